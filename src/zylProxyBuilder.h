@@ -1,0 +1,68 @@
+/// @file zylProxyBuilder.h
+/// The one way in which the library makes, registers and drops server-manager proxies.
+///
+///     auto extract = zylProxyBuilder(pxm, "filters", "ExtractBlock")
+///                      .Input(source).Set("PruneOutput", 0).Make();
+///     ...
+///     zylUnregister(extract);
+///
+/// Private to the library.
+#ifndef zylProxyBuilder_h
+#define zylProxyBuilder_h
+
+#include "zylExport.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <vtkSmartPointer.h>
+
+class vtkSMProxy;
+class vtkSMSessionProxyManager;
+class vtkSMSourceProxy;
+
+class ZYL_PRIVATE zylProxyBuilder
+{
+public:
+  /// Nothing is made before Make(). `manager` may be null: Make() then returns null.
+  zylProxyBuilder(vtkSMSessionProxyManager* manager, const char* group, const char* name);
+
+  /// Connect output port 0 of `source` (borrowed; null is skipped) to the input property.
+  zylProxyBuilder& Input(vtkSMProxy* source, const char* property = "Input");
+
+  /// Values that are in place before the proxy is post-initialised. Unknown names are skipped.
+  zylProxyBuilder& Set(const char* property, int value);
+  zylProxyBuilder& Set(const char* property, double value);
+  zylProxyBuilder& Set(const char* property, const char* value);
+  zylProxyBuilder& Set(const char* property, const std::vector<int>& values);
+
+  /// New, pre-initialise, inputs and values, push, post-initialise, register as a pipeline proxy.
+  /// Returns null (and traces why) when the session does not know the proxy.
+  vtkSmartPointer<vtkSMSourceProxy> Make();
+
+  /// A short-lived proxy that is neither initialised by the controller nor registered; values pushed.
+  vtkSmartPointer<vtkSMSourceProxy> MakeUnregistered();
+
+  /// As MakeUnregistered() for proxies that are no sources (settings, "misc", representations).
+  vtkSmartPointer<vtkSMProxy> MakeProxy();
+
+private:
+  vtkSmartPointer<vtkSMProxy> New() const;
+  void Configure(vtkSMProxy* proxy) const;
+
+  vtkSMSessionProxyManager* Manager;
+  std::string Group;
+  std::string Name;
+  std::vector<std::function<void(vtkSMProxy*)>> Steps;
+};
+
+/// Set the single input of `proxy` to output port 0 of `source` and push it. Nothing is sent when it
+/// is connected so already; null arguments do nothing.
+ZYL_PRIVATE void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property = "Input");
+
+/// Counterpart of Make(): unregister a pipeline proxy. Null, or a proxy whose session has ended, is
+/// fine. The caller drops its own reference.
+ZYL_PRIVATE void zylUnregister(vtkSMProxy* proxy);
+
+#endif
