@@ -246,6 +246,9 @@ void AddReportOptions(CLI::App& app, zylViewOptions& o)
     ->group(group);
   app.add_flag("--stats", o.Stats, "Print the times of load, update, first frame and frame")
     ->group(group);
+  app.add_option("--frames", o.Frames, "Close the window after so many frames")
+    ->check(CLI::Range(1, 1000000))
+    ->group(group);
   const auto version = [] {
     std::puts("zylview " ZYL_APP_VERSION);
     throw CLI::Success();

@@ -77,6 +77,7 @@ struct zylViewOptions
   std::string Log;
   bool Verbose = false;
   bool Stats = false;
+  int Frames = 0; ///< close the window after so many; 0: when the user does
 };
 
 /// Fill `options` from the command line. Returns true when the program shall go on; otherwise help,

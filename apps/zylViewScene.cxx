@@ -196,21 +196,15 @@ void zylViewScene::Load()
     ? this->DataSet->LoadFromFile(this->Options.Files)
     : this->DataSet->LoadFromFile(
         this->Options.Files, this->Options.ReaderGroup, this->Options.ReaderName);
-  const std::string error = this->Messages.GetFirstError();
-  if (!loaded && this->DataSet->GetProxy() == nullptr && !this->Options.ReaderName.empty())
+  if (!loaded)
   {
-    throw zylViewError(zylViewUnknownName,
-      "there is no reader '" + this->Options.ReaderGroup + "/" + this->Options.ReaderName + "'");
+    const auto names = this->Options.ReaderName.empty() ? "" : this->Options.ReaderName;
+    throw zylViewError(zylViewBadFile, "cannot read '" + first + "'" + this->Explanation());
   }
-  if (!loaded || (!error.empty() && this->DataSet->GetNumberOfPoints() == 0))
+  if (!this->DataSet->GetReadErrors().empty())
   {
-    throw zylViewError(
-      zylViewBadFile, "cannot read '" + first + "'" + (error.empty() ? "" : ": " + error));
-  }
-  if (!error.empty())
-  {
-    std::fprintf(
-      stderr, "zylview: a part of '%s' could not be read: %s\n", first.c_str(), error.c_str());
+    std::fprintf(stderr, "zylview: a part of '%s' could not be read%s\n", first.c_str(),
+      this->Explanation().c_str());
   }
   if (this->Options.Time)
   {

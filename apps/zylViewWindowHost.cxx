@@ -130,6 +130,7 @@ void WindowHost::Run(zylViewScene& scene)
   this->Observe();
   this->UpdateTitle();
   double lastStep = glfwGetTime();
+  int frames = 0;
   while (glfwWindowShouldClose(this->Window) == GLFW_FALSE)
   {
     if (this->Playing && glfwGetTime() - lastStep >= SecondsPerTimeStep)
@@ -139,11 +140,16 @@ void WindowHost::Run(zylViewScene& scene)
       this->UpdateTitle();
       this->Dirty = true;
     }
+    this->Dirty |= this->Options.Frames > 0;
     if (this->Dirty && this->Width > 0 && this->Height > 0)
     {
       this->Draw();
+      if (++frames == this->Options.Frames)
+      {
+        return;
+      }
     }
-    this->Playing ? glfwWaitEventsTimeout(SecondsPerTimeStep / 4) : glfwWaitEvents();
+    this->Playing || this->Options.Frames > 0 ? glfwWaitEventsTimeout(0.01) : glfwWaitEvents();
   }
 }
 
