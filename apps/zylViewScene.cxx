@@ -25,11 +25,14 @@
 #include <zylView.h>
 
 #include <vtkCamera.h>
+#include <vtkPVProxyDefinitionIterator.h>
 #include <vtkPVRenderView.h>
 #include <vtkProcessModule.h>
 #include <vtkRenderer.h>
+#include <vtkSMProxyDefinitionManager.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
+#include <vtkSMSessionProxyManager.h>
 #include <vtkTextActor.h>
 #include <vtkTextProperty.h>
 
@@ -131,6 +134,25 @@ void CheckReadable(const std::string& file)
     throw zylViewError(zylViewBadFile, "cannot read '" + file + "': the file is empty");
   }
 }
+//--------------------------------------------------------------------------------------------------
+void CheckReader(const zylViewOptions& options)
+{
+  vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
+  const char* group = options.ReaderGroup.c_str();
+  if (options.ReaderName.empty() ||
+    manager->GetPrototypeProxy(group, options.ReaderName.c_str()) != nullptr)
+  {
+    return;
+  }
+  std::vector<std::string> known;
+  auto proxies = vtkSmartPointer<vtkPVProxyDefinitionIterator>::Take(
+    manager->GetProxyDefinitionManager()->NewSingleGroupIterator(group));
+  for (proxies->InitTraversal(); !proxies->IsDoneWithTraversal(); proxies->GoToNextItem())
+  {
+    known.push_back(options.ReaderGroup + "/" + proxies->GetProxyName());
+  }
+  throw zylUnknownName("reader", options.ReaderGroup + "/" + options.ReaderName, known);
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -186,6 +208,7 @@ void zylViewScene::Load()
   {
     std::for_each(this->Options.Files.begin(), this->Options.Files.end(), &CheckReadable);
   }
+  CheckReader(this->Options);
   const std::string first = this->Options.Files.front();
   zylViewProgress progress("loading " + std::filesystem::path(first).filename().string());
   progress.Observe(ProgressOf(zylCore::GetInstance()));
@@ -198,18 +221,29 @@ void zylViewScene::Load()
         this->Options.Files, this->Options.ReaderGroup, this->Options.ReaderName);
   if (!loaded)
   {
-    const auto names = this->Options.ReaderName.empty() ? "" : this->Options.ReaderName;
-    throw zylViewError(zylViewBadFile, "cannot read '" + first + "'" + this->Explanation());
+    throw zylViewError(zylViewBadFile, "cannot read '" + first + "'" + this->Explain());
   }
   if (!this->DataSet->GetReadErrors().empty())
   {
     std::fprintf(stderr, "zylview: a part of '%s' could not be read%s\n", first.c_str(),
-      this->Explanation().c_str());
+      this->Explain().c_str());
   }
   if (this->Options.Time)
   {
     zylTimeController::GetInstance()->GoToTime(*this->Options.Time);
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewScene::Explain() const
+{
+  const auto& errors = this->DataSet->GetReadErrors();
+  if (!errors.empty())
+  {
+    return ": " + errors.front().substr(0, errors.front().find('\n'));
+  }
+  const bool unknown = this->Messages.GetFirstError().find("No reader found") != std::string::npos;
+  return unknown ? ": no reader for this kind of file" : "";
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -61,6 +61,7 @@ public:
 
 private:
   void Connect();
+  std::string Explain() const; ///< why a file could not be read: ": reason" or nothing
   void SetInitialView();
 
   zylViewOptions& Options;
