@@ -196,7 +196,7 @@ void zylCore::ConfigureSession(vtkSMSession* session)
   {
     vtkLogF(ERROR, "Could not load required plugin VTKExtensions");
   }
-  manager->LoadConfigurationXML(zylProxyDefinitions());
+  manager->LoadConfigurationXML(zylCoreProxyDefinitions());
   ApplySettings(manager);
   RunStartupModule();
 }

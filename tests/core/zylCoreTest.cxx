@@ -88,7 +88,8 @@ TEST(zylCore, ListsFileTypesAndColorMaps)
 TEST(zylCore, FetchesToThisProcess)
 {
   auto sphere = MakeSphere();
-  auto data = vtkPolyData::SafeDownCast(zylCore::Fetch(sphere, nullptr));
+  const vtkSmartPointer<vtkDataObject> fetched = zylCore::Fetch(sphere, nullptr);
+  auto* data = vtkPolyData::SafeDownCast(fetched);
   ASSERT_NE(data, nullptr);
   EXPECT_EQ(data->GetNumberOfPoints(), 50);
   EXPECT_EQ(zylCore::Fetch(nullptr, nullptr), nullptr);
