@@ -230,6 +230,13 @@ void zylHostRenderWindow::FinishAdoption()
 }
 
 //--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::SupportsFrames() const
+{
+  // On an older context the functions that frames and initializing need do not exist.
+  return this->GlewInitValid && ContextVersion() >= 32;
+}
+
+//--------------------------------------------------------------------------------------------------
 bool zylHostRenderWindow::IsAdopted()
 {
   if (!this->Initialized || !this->IsCurrent())
@@ -455,8 +462,7 @@ void zylHostRenderWindow::TouchTextureUnit(int unit)
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::OpenGLInit()
 {
-  // On an older context the functions that initializing needs do not exist.
-  if (this->GlewInitValid && ContextVersion() >= 32)
+  if (this->SupportsFrames())
   {
     this->Superclass::OpenGLInit();
   }

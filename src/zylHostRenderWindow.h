@@ -43,6 +43,9 @@ public:
   void FinishAdoption();
   ///@}
 
+  /// Whether the current context is new enough for frames.
+  bool SupportsFrames() const;
+
   /// Whether the adopted context is current and still holds what was made in it.
   bool IsAdopted();
 
