@@ -296,6 +296,24 @@ void zylView::UpdateProxy()
 }
 
 //--------------------------------------------------------------------------------------------------
+vtkSMRenderViewProxy* zylView::GetProxy()
+{
+  return this->Proxy;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylPropertyCollection* zylView::GetProperties()
+{
+  return this->Properties;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylPropertyCollection* zylView::GetLightKitProperties()
+{
+  return this->LightKitProperties;
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylView::AddRepresentation(zylRepresentation* rep)
 {
   if (rep && this->Representations.count(rep) == 0)

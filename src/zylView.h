@@ -51,12 +51,12 @@ public:
   vtkTypeMacro(zylView, vtkObject);
 
   /// The server-manager view (borrowed); null when there was no session at construction.
-  vtkSMRenderViewProxy* GetProxy() { return this->Proxy; }
+  vtkSMRenderViewProxy* GetProxy();
 
   ///@{
   /// General and light kit settings (borrowed, never null).
-  zylPropertyCollection* GetProperties() { return this->Properties; }
-  zylPropertyCollection* GetLightKitProperties() { return this->LightKitProperties; }
+  zylPropertyCollection* GetProperties();
+  zylPropertyCollection* GetLightKitProperties();
   ///@}
 
   ///@{
