@@ -31,15 +31,21 @@ public:
   /// Connect output port 0 of `source` (borrowed; null is skipped) to the input property.
   zylProxyBuilder& Input(vtkSMProxy* source, const char* property = "Input");
 
-  /// Values that are in place before the proxy is post-initialised. Unknown names are skipped.
+  /// Values that are in place before the proxy is post-initialised. An unknown name is warned about by ParaView.
   zylProxyBuilder& Set(const char* property, int value);
   zylProxyBuilder& Set(const char* property, double value);
   zylProxyBuilder& Set(const char* property, const char* value);
   zylProxyBuilder& Set(const char* property, const std::vector<int>& values);
 
+  /// Anything else to do to the proxy at the same point, in the order of the calls.
+  zylProxyBuilder& Then(std::function<void(vtkSMProxy*)> step);
+
   /// New, pre-initialise, inputs and values, push, post-initialise, register as a pipeline proxy.
   /// Returns null (and traces why) when the session does not know the proxy.
   vtkSmartPointer<vtkSMSourceProxy> Make();
+
+  /// As Make(), but not registered: a stage that only its owner knows.
+  vtkSmartPointer<vtkSMSourceProxy> MakeInitialized();
 
   /// A short-lived proxy that is neither initialised by the controller nor registered; values pushed.
   vtkSmartPointer<vtkSMSourceProxy> MakeUnregistered();
@@ -60,6 +66,9 @@ private:
 /// Set the single input of `proxy` to output port 0 of `source` and push it. Nothing is sent when it
 /// is connected so already; null arguments do nothing.
 ZYL_PRIVATE void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property = "Input");
+
+/// Execute `source` and what is upstream of it at the active time (0 before any time is known).
+ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source);
 
 /// Counterpart of Make(): unregister a pipeline proxy. Null, or a proxy whose session has ended, is
 /// fine. The caller drops its own reference.
