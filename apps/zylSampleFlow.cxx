@@ -380,6 +380,18 @@ public:
     return root;
   }
 
+  void AddWalls(vtkMultiBlockDataSet* walls)
+  {
+    const Map skin = [](double u, double v) {
+      const double angle = 4.0 * std::acos(0.0) * u, r = zylSampleField::Radius;
+      return Point{ r * std::cos(angle), r * std::sin(angle), Height * v };
+    };
+    auto chimney = this->Add(walls, "Chimney", Surface({ { { 56, 2 * Layers }, skin } }));
+    AddWallShear(chimney, this->Field, false);
+    auto floor = this->Add(walls, "Floor", this->Horizontal(0.0));
+    AddWallShear(floor, this->Field, true);
+  }
+
 private:
   vtkPointSet* Add(vtkMultiBlockDataSet* group, const char* name, vtkSmartPointer<vtkPointSet> mesh)
   {
@@ -416,15 +428,7 @@ private:
   {
     this->Add(boundaries, "Inlet", Surface({ Wall(West, North, West, South, 28) }));
     this->Add(boundaries, "Outlet", Surface({ Wall(East, South, East, North, 28) }));
-    vtkMultiBlockDataSet* walls = AppendGroup(boundaries, "Walls");
-    const Map skin = [](double u, double v) {
-      const double angle = 4.0 * std::acos(0.0) * u, r = zylSampleField::Radius;
-      return Point{ r * std::cos(angle), r * std::sin(angle), Height * v };
-    };
-    auto chimney = this->Add(walls, "Chimney", Surface({ { { 56, 2 * Layers }, skin } }));
-    AddWallShear(chimney, this->Field, false);
-    auto floor = this->Add(walls, "Floor", this->Horizontal(0.0));
-    AddWallShear(floor, this->Field, true);
+    this->AddWalls(AppendGroup(boundaries, "Walls"));
     vtkMultiBlockDataSet* symmetry = AppendGroup(boundaries, "Symmetry");
     this->Add(symmetry, "Top", this->Horizontal(Height));
     this->Add(symmetry, "Left side", Surface({ Wall(East, North, West, North, 46) }));
@@ -504,27 +508,16 @@ bool WriteIndex(const fs::path& file, const std::vector<std::pair<double, std::s
 zylSampleResult zylWriteSampleFlow(
   const std::string& directory, int steps, const std::function<void(int)>& progress)
 {
-  const fs::path target(directory), data = target / "chimney", fresh = target / "chimney.new";
-  std::error_code error;
-  fs::create_directories(target, error);
-  if (!error)
-  {
-    fs::remove_all(fresh, error);
-    fs::create_directory(fresh, error);
-  }
-  if (error)
-  {
-    return { "", "cannot write to '" + directory + "': " + error.message() };
-  }
+  const zylSampleFolder folder(directory, "chimney", "chimney.pvd");
+  std::string error = folder.Begin();
   std::vector<std::pair<double, std::string>> index;
-  for (int step = 0; step < std::max(steps, 1); ++step)
+  for (int step = 0; error.empty() && step < std::max(steps, 1); ++step)
   {
     const double time = zylSampleField::Period * step / std::max(steps, 1);
     const std::string name = "step_" + std::to_string(step) + ".vtm";
-    if (!WriteStep(fresh / name, Builder(time).Build()))
+    if (!WriteStep(folder.GetFresh(name), Builder(time).Build()))
     {
-      fs::remove_all(fresh, error);
-      return { "", "cannot write '" + (fresh / name).string() + "'" };
+      error = "cannot write '" + folder.GetFresh(name) + "'";
     }
     index.emplace_back(time, "chimney/" + name);
     if (progress)
@@ -532,17 +525,69 @@ zylSampleResult zylWriteSampleFlow(
       progress(step + 1);
     }
   }
-  const fs::path file = target / "chimney.pvd", freshFile = target / "chimney.pvd.new";
-  const bool indexed = WriteIndex(freshFile, index);
-  fs::remove_all(data, error);
-  fs::rename(fresh, data, error);
-  if (indexed && !error)
+  return folder.Finish(error, [&](const std::string& file) { return WriteIndex(file, index); });
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylWriteSampleWalls(const std::string& file, double time)
+{
+  vtkNew<vtkMultiBlockDataSet> walls;
+  Builder(time).AddWalls(walls);
+  return WriteStep(file, walls);
+}
+
+//--------------------------------------------------------------------------------------------------
+zylSampleFolder::zylSampleFolder(
+  const std::string& directory, const std::string& data, const std::string& index)
+  : Directory(directory)
+  , Data((fs::path(directory) / data).string())
+  , Index((fs::path(directory) / index).string())
+{
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylSampleFolder::Begin() const
+{
+  std::error_code error;
+  fs::create_directories(this->Directory, error);
+  if (!error)
   {
-    fs::rename(freshFile, file, error);
+    fs::remove_all(this->Data + ".new", error);
+    fs::create_directory(this->Data + ".new", error);
   }
-  if (!indexed || error)
+  return error ? "cannot write to '" + this->Directory + "': " + error.message() : "";
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylSampleFolder::GetFresh(const std::string& name) const
+{
+  return (fs::path(this->Data + ".new") / name).string();
+}
+
+//--------------------------------------------------------------------------------------------------
+zylSampleResult zylSampleFolder::Finish(
+  std::string error, const std::function<bool(const std::string&)>& writeIndex) const
+{
+  std::error_code failed;
+  if (error.empty() && !writeIndex(this->Index + ".new"))
   {
-    return { "", "cannot write '" + file.string() + "'" };
+    error = "cannot write '" + this->Index + "'";
   }
-  return { file.string(), "" };
+  if (error.empty())
+  {
+    fs::remove_all(this->Data, failed);
+    fs::rename(this->Data + ".new", this->Data, failed);
+    if (!failed)
+    {
+      fs::rename(this->Index + ".new", this->Index, failed);
+    }
+    error = failed ? "cannot write '" + this->Index + "': " + failed.message() : "";
+  }
+  if (!error.empty())
+  {
+    fs::remove_all(this->Data + ".new", failed);
+    fs::remove(this->Index + ".new", failed);
+    return { "", error };
+  }
+  return { this->Index, "" };
 }

@@ -23,4 +23,27 @@ struct zylSampleResult
 zylSampleResult zylWriteSampleFlow(
   const std::string& directory, int steps = 8, const std::function<void(int)>& progress = {});
 
+/// Write the walls alone (chimney and floor) for one time, as a .vtm.
+bool zylWriteSampleWalls(const std::string& file, double time);
+
+/// Replaces a sample in a folder: new data are written beside the old ones, which give way only
+/// when the new ones are complete.
+class zylSampleFolder
+{
+public:
+  /// The sample is the folder `data` and the file `index` in `directory`.
+  zylSampleFolder(const std::string& directory, const std::string& data, const std::string& index);
+
+  /// Make the folders; the error, or nothing.
+  std::string Begin() const;
+  /// Where to write a file of the new data.
+  std::string GetFresh(const std::string& name) const;
+  /// Put the new data in place, with an index written by `writeIndex`; after an `error` drop them.
+  zylSampleResult Finish(
+    std::string error, const std::function<bool(const std::string&)>& writeIndex) const;
+
+private:
+  std::string Directory, Data, Index;
+};
+
 #endif
