@@ -436,6 +436,7 @@ void zylDataSet::RebuildTree()
     std::copy(nodes[0].Bounds, nodes[0].Bounds + 6, this->Bounds);
   }
   this->BuildNameMaps();
+  this->MultiBlockTree->Modified();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -239,31 +239,24 @@ BlockFlags CollectFlags(const int* pairs, std::size_t count, const zylMultiBlock
 
 #if ZYL_PARAVIEW_59
 
-// The (id, flag) pairs as they are, with one more pair for every leaf that they would show or hide
-// by inheritance against its own flag.
-std::vector<int> VisibilityPairs(
-  const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
+// The (id, flag) pairs as they are, and one more pair for whatever they would show by inheritance: a
+// leaf without a pair of its own below a shown inner node, or everything when the root has none.
+std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
 {
   std::vector<int> result(pairs, pairs + count);
-  const auto flags = FlagMap(pairs, count);
-  if (!tree)
-  {
-    return result;
-  }
+  auto flags = FlagMap(pairs, count);
   const BlockFlags blocks = CollectFlags(pairs, count, tree);
+  if (flags.emplace(0, false).second)
+  {
+    result.insert(result.end(), { 0, 0 });
+  }
   for (const auto& inner : blocks.InnerNodes)
   {
     const auto own = flags.find(static_cast<int>(inner.Id));
-    if (own == flags.end() || !own->second)
-    {
-      continue;
-    }
-    for (std::size_t i = inner.FirstLeaf; i < inner.EndLeaf; ++i)
+    for (std::size_t i = inner.FirstLeaf; own != flags.end() && own->second && i < inner.EndLeaf; ++i)
     {
       const int id = static_cast<int>(blocks.Leaves[i].Id);
-      if (flags.find(id) == flags.end() &&
-        std::find(result.begin() + static_cast<std::ptrdiff_t>(count), result.end(), id) ==
-          result.end())
+      if (flags.emplace(id, false).second)
       {
         result.insert(result.end(), { id, 0 });
       }
