@@ -218,7 +218,8 @@ void zylPrintDataSet(zylDataSet* dataset)
   {
     std::printf(" %g%s", times[i], i + 1 == times.size() ? "\n" : "");
   }
-  for (const zylViewBlock& block : zylViewBlocks(dataset).GetBlocks())
+  const zylViewBlocks blocks(dataset);
+  for (const zylViewBlock& block : blocks.GetBlocks())
   {
     std::printf("%*s%u %s\n", 2 * block.Depth, "", block.Id, block.Name.c_str());
     if (block.Leaf || block.Depth == 0)
