@@ -24,15 +24,19 @@
 #include <zylTimeController.h>
 #include <zylView.h>
 
+#include <vtkBoundingBox.h>
 #include <vtkCamera.h>
+#include <vtkCollection.h>
 #include <vtkPVProxyDefinitionIterator.h>
 #include <vtkPVRenderView.h>
 #include <vtkProcessModule.h>
 #include <vtkRenderer.h>
+#include <vtkSMPropertyHelper.h>
 #include <vtkSMProxyDefinitionManager.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
+#include <vtkSMTransferFunctionProxy.h>
 #include <vtkTextActor.h>
 #include <vtkTextProperty.h>
 
@@ -265,7 +269,39 @@ void zylViewScene::Show(int width, int height)
   zylViewSettings(this->Options, blocks, this->Representation).Apply();
   this->View->AddRepresentation(this->Representation); // updates it
   this->View->Update();
+  this->UpdateBounds();
+  this->FormatLegend();
   this->SetInitialView();
+}
+
+//--------------------------------------------------------------------------------------------------
+// Arrows and tubes reach a little beyond the data.
+void zylViewScene::UpdateBounds()
+{
+  this->View->GetBounds(this->Bounds);
+  vtkBoundingBox box(this->Bounds);
+  box.Inflate(0.05 * box.GetDiagonalLength());
+  box.GetBounds(this->Bounds);
+}
+
+//--------------------------------------------------------------------------------------------------
+// Plain numbers at the ends of the legend, as at its ticks.
+void zylViewScene::FormatLegend()
+{
+  const auto proxies = this->Representation->GetPVRepresentations();
+  for (int i = 0; i < proxies->GetNumberOfItems(); ++i)
+  {
+    auto proxy = vtkSMProxy::SafeDownCast(proxies->GetItemAsObject(i));
+    vtkSMProxy* colors = vtkSMPropertyHelper(proxy, "LookupTable", true).GetAsProxy();
+    vtkSMProxy* legend = colors == nullptr
+      ? nullptr
+      : vtkSMTransferFunctionProxy::FindScalarBarRepresentation(colors, this->View->GetProxy());
+    if (legend != nullptr)
+    {
+      vtkSMPropertyHelper(legend, "RangeLabelFormat").Set("%.4g");
+      legend->UpdateVTKObjects();
+    }
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -277,9 +313,8 @@ void zylViewScene::SetInitialView()
   }
   else
   {
-    double b[6];
-    const bool known = this->View->GetBounds(b);
-    const bool flat = known && b[5] - b[4] <= 1e-3 * std::max(b[1] - b[0], b[3] - b[2]);
+    const double* b = this->Bounds;
+    const bool flat = b[0] <= b[1] && b[5] - b[4] <= 1e-3 * std::max(b[1] - b[0], b[3] - b[2]);
     std::array<double, 3> from{ -0.9, -1.5, 1.0 };
     from = flat ? std::array<double, 3>{ 0.0, 0.0, 1.0 } : from;
     from = this->Options.From.value_or(from);
@@ -330,7 +365,14 @@ vtkCamera* zylViewScene::GetCamera()
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::CameraChanged()
 {
-  this->View->ResetCameraClippingRange();
+  // By the representation's bounds: the renderer knows none before the first frame.
+  auto view = vtkPVRenderView::SafeDownCast(this->View->GetProxy()->GetClientSideView());
+  double bounds[6];
+  std::copy(std::begin(this->Bounds), std::end(this->Bounds), bounds);
+  if (bounds[0] <= bounds[1])
+  {
+    view->GetRenderer()->ResetCameraClippingRange(bounds);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -354,6 +396,8 @@ void zylViewScene::Step(int direction)
     now <= steps.front() ? time->GoToLastTimeStep() : time->GoToPreviousTimeStep();
   }
   this->Representation->Update();
+  this->UpdateBounds();
+  this->CameraChanged();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -63,6 +63,8 @@ private:
   void Connect();
   std::string Explain() const; ///< why a file could not be read: ": reason" or nothing
   void SetInitialView();
+  void UpdateBounds();
+  void FormatLegend();
 
   zylViewOptions& Options;
   zylViewMessages& Messages;
@@ -70,6 +72,7 @@ private:
   vtkSmartPointer<zylView> View;
   vtkSmartPointer<zylBoundaryRepresentation> Representation;
   vtkSmartPointer<vtkTextActor> Help;
+  double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< of what is visible
   bool FirstFrame = true;
   std::vector<std::pair<std::string, std::vector<double>>> Times;
 };
