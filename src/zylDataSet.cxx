@@ -112,8 +112,9 @@ void BuildTree(zylMultiBlockTree* node, const std::vector<vtkZYLBlockInformation
 bool IsComposite(vtkSMSourceProxy* source)
 {
   const char* name = source->GetOutputPort(0u)->GetDataClassName();
-  const int type = name ? vtkDataObjectTypes::GetTypeIdFromClassName(name) : -1;
-  return type >= 0 && vtkDataObjectTypes::TypeIdIsA(type, VTK_COMPOSITE_DATA_SET);
+  const auto object =
+    vtkSmartPointer<vtkDataObject>::Take(name ? vtkDataObjectTypes::NewDataObject(name) : nullptr);
+  return vtkCompositeDataSet::SafeDownCast(object) != nullptr;
 }
 
 std::vector<std::string> GetNames(
