@@ -1,7 +1,6 @@
 # Build options and the compile settings every target of this project shares.
 
 option(ZYL_BUILD_APPS "Build the host applications (zylview, zylsample)" ON)
-option(ZYL_BUILD_EXAMPLES "Build the example hosts" ON)
 option(ZYL_BUILD_TESTS "Build the tests" ON)
 option(ZYL_BUILD_BENCHMARKS "Build the benchmarks" OFF)
 option(ZYL_WERROR "Treat warnings in our own code as errors" ON)

@@ -4,13 +4,16 @@
 #ifndef zylParaViewCompat_h
 #define zylParaViewCompat_h
 
+#include "Plugins/VTKExtensions/Core/vtkZYLBlockInformation.h"
 #include "zylExport.h"
 
 #include <cstddef>
+#include <vector>
 
-class vtkRenderer;
 class vtkSMProxy;
 class vtkSMRenderViewProxy;
+class vtkSMSession;
+class vtkSMSourceProxy;
 class zylMultiBlockTree;
 
 namespace zylParaView {
@@ -24,13 +27,24 @@ ZYL_PRIVATE bool StartClient(int argc, char** argv);
 /// the environment (VTK_SMP_BACKEND_IN_USE) has chosen one. Without effect where it is fixed.
 ZYL_PRIVATE void ChooseThreadedBackend();
 
+/// The data type of output port 0 of `source`: of the composite data if it is composite.
+ZYL_PRIVATE int GetOutputDataType(vtkSMSourceProxy* source);
+
+/// All blocks of the output of `source`, in flat order, with names, arrays, ranges, bounds and sizes:
+/// one round trip. On a server without the library's plugin ParaView's own information is used, which
+/// 5.11 has to ask for block by block. Empty when the source has no output.
+ZYL_PRIVATE std::vector<vtkZYLBlockInformation::Node> GetBlocks(vtkSMSourceProxy* source);
+
+/// Whether the server of the session (this process in a built-in one) has the library's plugin.
+ZYL_PRIVATE bool HasServerPlugin(vtkSMSession* session);
+
 /// Keep the values between `lower` and `upper` (both included) in a "Threshold" filter proxy.
 ZYL_PRIVATE void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper);
 
-/// Show exactly the leaf blocks whose flag is set: `pairs` holds `count` ints, (flat block id, flag)
-/// after one another; a block without a pair follows its nearest ancestor with one; a block without
-/// any is shown. `tree` is the block tree of the data the representation shows (borrowed; null: the
-/// ids are taken as leaves).
+/// Draw exactly the leaf blocks (blocks without children, or whose children are pieces) that have a
+/// pair with a non-zero flag. `pairs` holds (flat block id, flag) one after the other, `count` ints
+/// in all. `tree` is the block tree of the data that the representation shows (borrowed; null: the
+/// ids are taken as leaves). The value goes out with the proxy's next update.
 ZYL_PRIVATE void SetBlockVisibility(
   vtkSMProxy* representation, const int* pairs, std::size_t count, const zylMultiBlockTree* tree);
 

@@ -36,17 +36,74 @@ struct zylPropertyRow
   double Offset = 0.0;          ///< pushed value = Offset + Scale * value (Double only)
   double Scale = 1.0;
 
-  static constexpr zylPropertyRow Bool(const char* name, bool value);
-  static constexpr zylPropertyRow Int(const char* name, int value);
-  static constexpr zylPropertyRow Ints(const char* name); ///< no elements
-  static constexpr zylPropertyRow Double(const char* name, double value);
-  static constexpr zylPropertyRow Double2(const char* name, double a, double b);
-  static constexpr zylPropertyRow Double3(const char* name, double a, double b, double c);
-  static constexpr zylPropertyRow String(const char* name, const char* value);
+  static constexpr zylPropertyRow Bool(const char* name, bool value)
+  {
+    return Numbers(name, zylProperty::Bool, 1, value ? 1.0 : 0.0);
+  }
+  static constexpr zylPropertyRow Int(const char* name, int value)
+  {
+    return Numbers(name, zylProperty::Int, 1, value);
+  }
+  /// No elements.
+  static constexpr zylPropertyRow Ints(const char* name)
+  {
+    return Numbers(name, zylProperty::Int, 0, 0.0);
+  }
+  static constexpr zylPropertyRow Double(const char* name, double value)
+  {
+    return Numbers(name, zylProperty::Double, 1, value);
+  }
+  static constexpr zylPropertyRow Double2(const char* name, double a, double b)
+  {
+    return Numbers(name, zylProperty::Double, 2, a, b);
+  }
+  static constexpr zylPropertyRow Double3(const char* name, double a, double b, double c)
+  {
+    return Numbers(name, zylProperty::Double, 3, a, b, c);
+  }
+  static constexpr zylPropertyRow String(const char* name, const char* value)
+  {
+    zylPropertyRow row = Numbers(name, zylProperty::String, 1, 0.0);
+    row.Text = value;
+    return row;
+  }
 
-  constexpr zylPropertyRow To(const char* target) const;
-  constexpr zylPropertyRow Mapped(double offset, double scale) const;
-  constexpr zylPropertyRow NotInHash() const;
+  /// The same row, pushed to this proxy property.
+  constexpr zylPropertyRow To(const char* target) const
+  {
+    zylPropertyRow row = *this;
+    row.Target = target;
+    return row;
+  }
+  /// The same row, pushed as offset + scale * value.
+  constexpr zylPropertyRow Mapped(double offset, double scale) const
+  {
+    zylPropertyRow row = *this;
+    row.Offset = offset;
+    row.Scale = scale;
+    return row;
+  }
+  /// The same row, left out of the hash of the collection.
+  constexpr zylPropertyRow NotInHash() const
+  {
+    zylPropertyRow row = *this;
+    row.Hashed = false;
+    return row;
+  }
+
+private:
+  static constexpr zylPropertyRow Numbers(const char* name, zylProperty::PropertyType type,
+    unsigned int count, double a, double b = 0.0, double c = 0.0)
+  {
+    zylPropertyRow row;
+    row.Name = name;
+    row.Type = type;
+    row.Count = count;
+    row.Defaults[0] = a;
+    row.Defaults[1] = b;
+    row.Defaults[2] = c;
+    return row;
+  }
 };
 
 /// Make the properties of `rows` in `collection`, in table order.
@@ -59,8 +116,7 @@ ZYL_PRIVATE void zylPush(zylPropertyCollection* collection, const zylPropertyRow
   std::size_t count, vtkSMProxy* proxy);
 
 /// Set one proxy property from one collection property, element for element, by type.
-ZYL_PRIVATE void zylPushProperty(
-  zylProperty* property, vtkSMProxy* proxy, const char* target);
+ZYL_PRIVATE void zylPushProperty(zylProperty* property, vtkSMProxy* proxy, const char* target);
 
 template <std::size_t N>
 void zylDeclare(zylPropertyCollection* collection, const zylPropertyRow (&rows)[N])

@@ -12,10 +12,10 @@ class vtkClientServerInterpreter;
 class vtkPVPlugin;
 
 /// The one plugin object of this process, made on the first call. Never null; not to be deleted.
-extern "C" ZYL_PRIVATE vtkPVPlugin* pv_plugin_instance_VTKExtensions();
+extern "C" ZYL_EXPORT vtkPVPlugin* pv_plugin_instance_VTKExtensions();
 
 /// Register the wrapped classes of the plugin with an interpreter (borrowed, never null).
-extern "C" ZYL_PRIVATE void ZYLFiltersCS_Initialize(vtkClientServerInterpreter* interpreter);
-extern "C" ZYL_PRIVATE void ZYLReadersCS_Initialize(vtkClientServerInterpreter* interpreter);
+extern "C" ZYL_EXPORT void ZYLFiltersCS_Initialize(vtkClientServerInterpreter* interpreter);
+extern "C" ZYL_EXPORT void ZYLReadersCS_Initialize(vtkClientServerInterpreter* interpreter);
 
 #endif

@@ -1,0 +1,204 @@
+/**
+ * @class zylDataSet
+ * @brief One loaded dataset: a source on the server, its processing chain and its tree of blocks.
+ *
+ *     source -> ForceTime -> [GroupDataSets] -> [Threshold] -> [RedistributeDataSet]
+ *            -> [CellDataToPointData] -> PassThrough
+ *
+ * The stages in brackets are connected only while their condition holds. Everything that shows or
+ * measures the dataset takes GetOutput() and addresses blocks by flat index (see zylMultiBlockTree).
+ *
+ * Settings (GetProperties()), all taking effect at the next Update():
+ *
+ * | name                             | type, default    | effect                                     |
+ * |----------------------------------|------------------|--------------------------------------------|
+ * | "DistributeDataSet"              | bool, false      | spread the data evenly over the ranks      |
+ * | "FreezeTime"                     | bool, false      | ignore the animation time                  |
+ * | "FrozenTime"                     | double, 0        | the time shown while frozen, snapped       |
+ * | "ThresholdDataSet"               | bool, false      | keep the cells within a range of values    |
+ * | "ThresholdVariable"              | string, ""       | point array to threshold by                |
+ * | "ThresholdRange"                 | 2 doubles, 0, 1  | lower and upper value, both included       |
+ * | "InterpolateCellDataToPointData" | bool, false      | add point arrays made from the cell arrays |
+ * | "PartIdArrayName"                | string, "part_id"    | given to the reader at load            |
+ * | "LevelMaskArrayName"             | string, "level_mask" | given to the reader at load            |
+ *
+ * The dataset follows zylTimeController: every change of time runs Update(), which shows the time
+ * step nearest to the active time.
+ */
+#ifndef zylDataSet_h
+#define zylDataSet_h
+
+#include "zylExport.h"
+
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <vtkObject.h>
+#include <vtkSmartPointer.h>
+
+class vtkDataObject;
+class vtkMultiBlockDataSet;
+class vtkSMSourceProxy;
+class zylArrayInformation;
+class zylCore;
+class zylErrorCapture;
+class zylMultiBlockTree;
+class zylPropertyCollection;
+
+class ZYL_EXPORT zylDataSet : public vtkObject
+{
+public:
+  static zylDataSet* New();
+  vtkTypeMacro(zylDataSet, vtkObject);
+
+  ///@{
+  /// Load result files. The reader is chosen for the first name by ParaView's reader factory, or is
+  /// the proxy `name` of the proxy group `group`; all names are given to it in order.
+  ///
+  /// False, with an error message, when a file cannot be read; what was loaded before then stays.
+  /// True with a non-empty GetReadErrors() when only some pieces of the data could be read.
+  bool LoadFromFile(const std::vector<std::string>& fileNames);
+  bool LoadFromFile(const std::vector<std::string>& fileNames, const std::string& group,
+    const std::string& name);
+  ///@}
+
+  ///@{
+  /// Show data of this process (shared; not copied) as the data of `time`. Call again with new data
+  /// any time. False in a session on a server.
+  bool InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double time);
+  bool InitializeFromVTKDataSet(vtkMultiBlockDataSet* data);
+  ///@}
+
+  /// Connect the chain as the settings say, execute it at the current time and rebuild the block tree
+  /// if the settings, the time or the data changed.
+  void Update();
+
+  /// What readers and filters complained about in the last load or update; empty if nothing. Errors
+  /// of a server are printed by the server.
+  const std::vector<std::string>& GetReadErrors() const { return this->ReadErrors; }
+
+  /// The settings (borrowed).
+  zylPropertyCollection* GetProperties();
+
+  /// The source: a reader or a trivial producer (borrowed); null before anything was loaded.
+  vtkSMSourceProxy* GetProxy();
+
+  /// The end of the chain, which everything downstream connects to (borrowed); null before the first
+  /// update.
+  vtkSMSourceProxy* GetOutput();
+
+  /// The root of the block tree (borrowed, never null). Rebuilt by Update().
+  zylMultiBlockTree* GetMultiBlockTree();
+
+  /// Bounds of the output (xmin, xmax, ymin, ymax, zmin, zmax). False, and inverted bounds, when
+  /// there is nothing.
+  bool GetBounds(double bounds[6]);
+
+  ///@{
+  /// Totals of the output, 0 before anything was loaded.
+  vtkIdType GetNumberOfPoints();
+  vtkIdType GetNumberOfCells();
+  ///@}
+
+  ///@{
+  /// What the source says about itself; empty when it does not.
+  std::vector<double> GetTimestepValues();
+  std::vector<std::string> GetFileNames();
+  /// Three values a block.
+  std::vector<double> GetBlockCentroids();
+  std::string GetDataGroupingString();
+  ///@}
+
+  ///@{
+  /// Blocks by name. Of several blocks of one name the map holds the one met last in breadth-first
+  /// order; the second map lists all leaf blocks of a name. Pieces are no blocks.
+  const std::map<std::string, unsigned int>& GetBlockMap() const { return this->BlockMap; }
+  const std::map<std::string, std::vector<unsigned int>>& GetBlockNameToIDsMap() const
+  {
+    return this->BlockNameToIDsMap;
+  }
+  unsigned int GetNumberOfBlocks();
+  ///@}
+
+  /// Flat indices of all blocks (no pieces) in pre-order; the first is the root, 0.
+  std::vector<unsigned int> GetBlockIDs();
+  /// Flat index of the parent; 0xFFFFFFFF for the root and for unknown blocks.
+  unsigned int GetParent(unsigned int blockIndex);
+  /// Flat indices of the children in order; empty for leaves and unknown blocks.
+  std::vector<unsigned int> GetChildren(unsigned int blockIndex);
+
+  ///@{
+  /// Arrays of a block; without argument of the root, which has the arrays of all blocks. Zero or
+  /// empty for unknown blocks. The description is borrowed and valid until the tree is rebuilt; for a
+  /// bad block or array index a warning is given and null returned.
+  unsigned int GetNumberOfPointArrays();
+  unsigned int GetNumberOfPointArrays(unsigned int block);
+  std::vector<std::string> GetPointArrayNames();
+  std::vector<std::string> GetPointArrayNames(unsigned int block);
+  zylArrayInformation* GetPointArrayInformation(unsigned int arrayIndex);
+  zylArrayInformation* GetPointArrayInformation(unsigned int arrayIndex, unsigned int block);
+  unsigned int GetNumberOfCellArrays();
+  unsigned int GetNumberOfCellArrays(unsigned int block);
+  std::vector<std::string> GetCellArrayNames();
+  std::vector<std::string> GetCellArrayNames(unsigned int block);
+  zylArrayInformation* GetCellArrayInformation(unsigned int arrayIndex);
+  zylArrayInformation* GetCellArrayInformation(unsigned int arrayIndex, unsigned int block);
+  ///@}
+
+  /// VTK cell type of the first cell of a block of the source's data; -1 if it has none. One cell is
+  /// fetched.
+  int GetCellType(unsigned int block);
+  /// The same for all blocks with one request: element i is for flat index i of the fetched data,
+  /// which is that of the tree with one process; with several a level per process comes above it.
+  std::vector<int> GetCellTypes();
+
+  ///@{
+  /// @deprecated Use GetProperties() and the property "DistributeDataSet".
+  void SetDistributeDataSet(bool distribute);
+  bool GetDistributeDataSet();
+  ///@}
+
+protected:
+  zylDataSet();
+  ~zylDataSet() override;
+
+private:
+  zylDataSet(const zylDataSet&) = delete;
+  void operator=(const zylDataSet&) = delete;
+
+  void UpdateCallback(vtkObject*, unsigned long, void*);
+  bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture);
+  bool ConnectChain(double time, const std::vector<double>& steps);
+  vtkSMSourceProxy* Stage(
+    vtkSmartPointer<vtkSMSourceProxy>& stage, const char* name, vtkSMSourceProxy* input);
+  void DropChain();
+  void RebuildTree();
+  void BuildNameMaps();
+  zylMultiBlockTree* FindBlock(unsigned int block);
+  vtkSmartPointer<vtkDataObject> FetchCells(const char* source, std::vector<int> ids);
+
+  vtkSmartPointer<zylCore> Core;
+  vtkSmartPointer<vtkSMSourceProxy> Proxy;
+  vtkSmartPointer<vtkSMSourceProxy> ForceTimeProxy;
+  vtkSmartPointer<vtkSMSourceProxy> GroupDataSetsProxy;
+  vtkSmartPointer<vtkSMSourceProxy> ThresholdProxy;
+  vtkSmartPointer<vtkSMSourceProxy> RedistributeProxy;
+  vtkSmartPointer<vtkSMSourceProxy> CellDataToPointDataProxy;
+  vtkSmartPointer<vtkSMSourceProxy> PassThroughProxy;
+  vtkSmartPointer<zylPropertyCollection> Properties;
+  std::map<std::string, unsigned int> BlockMap;
+  std::map<std::string, std::vector<unsigned int>> BlockNameToIDsMap;
+  vtkSmartPointer<zylMultiBlockTree> MultiBlockTree;
+  vtkTypeUInt64 LastPropertiesHash = 0;
+  double LastUpdateTime = -1e299;
+  unsigned long TimeObserverTag = 0;
+  std::unordered_map<unsigned int, zylMultiBlockTree*> Index; // into the tree
+  vtkIdType NumberOfPoints = 0;
+  vtkIdType NumberOfCells = 0;
+  double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
+  std::vector<std::string> ReadErrors;
+};
+
+#endif

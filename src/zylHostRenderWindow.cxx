@@ -1,0 +1,583 @@
+#include "zylHostRenderWindow.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <set>
+#include <sstream>
+
+#include <vtkCollection.h>
+#include <vtkLogger.h>
+#include <vtkObjectFactory.h>
+#include <vtkObjectFactoryCollection.h>
+#include <vtkOpenGLFramebufferObject.h>
+#include <vtkOpenGLState.h>
+#include <vtkPVView.h>
+#include <vtkRenderer.h>
+#include <vtkRendererCollection.h>
+#include <vtkTextureObject.h>
+#include <vtkTextureUnitManager.h>
+#include <vtkVersion.h>
+#include <vtk_glew.h>
+
+namespace {
+constexpr const char* WindowClass = "vtkRenderWindow";
+
+std::set<const zylHostRenderWindow*> LiveWindows;
+
+// Tells the window which texture units the renderer uses, before it does.
+class TextureUnits : public vtkTextureUnitManager
+{
+public:
+  static TextureUnits* New();
+  vtkTypeMacro(TextureUnits, vtkTextureUnitManager);
+
+  int Allocate() override { return this->Touch(this->Superclass::Allocate()); }
+  int Allocate(int unit) override { return this->Touch(this->Superclass::Allocate(unit)); }
+
+  zylHostRenderWindow* Window = nullptr; // borrowed; lives longer than its state's unit manager
+
+private:
+  int Touch(int unit)
+  {
+    if (unit >= 0)
+    {
+      this->Window->TouchTextureUnit(unit);
+    }
+    return unit;
+  }
+};
+vtkStandardNewMacro(TextureUnits);
+
+class WindowFactory : public vtkObjectFactory
+{
+public:
+  static WindowFactory* New();
+  vtkTypeMacro(WindowFactory, vtkObjectFactory);
+  const char* GetVTKSourceVersion() override { return VTK_SOURCE_VERSION; }
+  const char* GetDescription() override { return "render windows in the host's context"; }
+
+protected:
+  WindowFactory()
+  {
+    this->RegisterOverride(WindowClass, "zylHostRenderWindow", "draws in the host's context", 1,
+      []() -> vtkObject* { return zylHostRenderWindow::New(); });
+  }
+};
+vtkStandardNewMacro(WindowFactory);
+
+// 10 * major + minor of the current context, also of one too old to answer by number.
+int ContextVersion()
+{
+  const char* text = reinterpret_cast<const char*>(glGetString(GL_VERSION));
+  int major = 0;
+  int minor = 0;
+  if (text)
+  {
+    std::sscanf(text, "%d.%d", &major, &minor);
+  }
+  return 10 * major + minor;
+}
+
+void ClearErrors()
+{
+  // A lost context repeats its error for ever.
+  for (int i = 0; i < 16 && glGetError() != GL_NO_ERROR; ++i)
+  {
+  }
+}
+
+int AttachmentValue(GLenum target, GLenum attachment, GLenum name)
+{
+  GLint value = 0;
+  glGetFramebufferAttachmentParameteriv(target, attachment, name, &value);
+  return value;
+}
+
+// The internal format of the depth buffer that is bound to `target`; 0 when there is none.
+GLenum DepthFormatOf(GLenum target)
+{
+  const GLenum binding =
+    target == GL_READ_FRAMEBUFFER ? GL_READ_FRAMEBUFFER_BINDING : GL_DRAW_FRAMEBUFFER_BINDING;
+  GLint name = 0;
+  glGetIntegerv(binding, &name);
+  const GLenum depth = name ? GL_DEPTH_ATTACHMENT : GL_DEPTH;
+  const GLenum stencil = name ? GL_DEPTH_ATTACHMENT : GL_STENCIL;
+  if (AttachmentValue(target, depth, GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE) == GL_NONE)
+  {
+    return 0;
+  }
+  const int bits = AttachmentValue(target, depth, GL_FRAMEBUFFER_ATTACHMENT_DEPTH_SIZE);
+  const bool real =
+    AttachmentValue(target, depth, GL_FRAMEBUFFER_ATTACHMENT_COMPONENT_TYPE) == GL_FLOAT;
+  const bool packed =
+    AttachmentValue(target, stencil, GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE) != GL_NONE &&
+    AttachmentValue(target, stencil, GL_FRAMEBUFFER_ATTACHMENT_STENCIL_SIZE) > 0;
+  switch (bits)
+  {
+    case 0:
+      return 0;
+    case 16:
+      return GL_DEPTH_COMPONENT16;
+    case 32:
+      return !real ? GL_DEPTH_COMPONENT32 : packed ? GL_DEPTH32F_STENCIL8 : GL_DEPTH_COMPONENT32F;
+    default:
+      return packed ? GL_DEPTH24_STENCIL8 : GL_DEPTH_COMPONENT24;
+  }
+}
+
+std::string Hexadecimal(unsigned int value)
+{
+  std::ostringstream text;
+  text << "0x" << std::hex << value;
+  return text.str();
+}
+
+// With one draw buffer only, the picture does not land in the host's other color attachments.
+class SingleDrawBuffer
+{
+public:
+  SingleDrawBuffer()
+  {
+    GLint count = 0;
+    glGetIntegerv(GL_MAX_DRAW_BUFFERS, &count);
+    int used = 0;
+    GLenum first = GL_NONE;
+    for (GLint i = 0; i < count; ++i)
+    {
+      GLint buffer = GL_NONE;
+      glGetIntegerv(GL_DRAW_BUFFER0 + i, &buffer);
+      this->Saved.push_back(buffer);
+      used += buffer != GL_NONE;
+      first = first == GL_NONE ? buffer : first;
+    }
+    if (used < 2)
+    {
+      this->Saved.clear();
+      return;
+    }
+    glDrawBuffer(first);
+  }
+  ~SingleDrawBuffer()
+  {
+    if (!this->Saved.empty())
+    {
+      glDrawBuffers(static_cast<GLsizei>(this->Saved.size()), this->Saved.data());
+    }
+  }
+  SingleDrawBuffer(const SingleDrawBuffer&) = delete;
+  SingleDrawBuffer& operator=(const SingleDrawBuffer&) = delete;
+
+private:
+  std::vector<GLenum> Saved;
+};
+} // namespace
+
+vtkStandardNewMacro(zylHostRenderWindow);
+
+//--------------------------------------------------------------------------------------------------
+zylHostRenderWindow::zylHostRenderWindow()
+{
+  this->SetReadyForRendering(true); // whether there is a context is asked for each frame
+  this->SetMapped(true);
+  this->SetOwnContext(0);
+  LiveWindows.insert(this);
+}
+
+//--------------------------------------------------------------------------------------------------
+zylHostRenderWindow::~zylHostRenderWindow()
+{
+  LiveWindows.erase(this);
+  this->Frames.clear();
+  this->Finalize(); // here, while PushContext() is still this class's
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::BeginAdoption()
+{
+  const zylHostContext current = zylHostContext::Current();
+  if (!current)
+  {
+    return false;
+  }
+  if (this->Adopted && !this->IsAdopted())
+  {
+    this->Lost = true;
+    this->ReleaseGraphicsResources(this);
+    this->Lost = false;
+  }
+  this->Adopted = current;
+  this->Frames.clear();
+  this->Initialized = false;
+  this->DepthFormat = 0;
+  // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is no
+  // GLX display.
+  glewExperimental = GL_TRUE;
+  const GLenum result = glewInit();
+  this->GlewInitValid = result == GLEW_OK || result == GLEW_ERROR_NO_GLX_DISPLAY;
+  ClearErrors();
+  return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::FinishAdoption()
+{
+  this->SetIsCurrent(true);
+  vtkSmartPointer<TextureUnits> units = vtkSmartPointer<TextureUnits>::New();
+  units->Window = this;
+  units->Initialize();
+  this->GetState()->SetTextureUnitManager(units);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::SupportsFrames() const
+{
+  // On an older context the functions that frames and initializing need do not exist.
+  return this->GlewInitValid && ContextVersion() >= 32;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::IsAdopted()
+{
+  if (!this->Initialized || !this->IsCurrent())
+  {
+    return false;
+  }
+  // A new context may have the address of a deleted one, but not its framebuffers.
+  const unsigned int name = this->RenderFramebuffer->GetFBOIndex();
+  return name == 0 || glIsFramebuffer(name) == GL_TRUE;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::BeginFrame()
+{
+  this->Frames.push_back(std::make_unique<zylHostGLState>());
+  this->Frames.back()->Save();
+  vtkTextureUnitManager* units = this->GetState()->GetTextureUnitManager();
+  for (int i = 0; i < units->GetNumberOfTextureUnits(); ++i)
+  {
+    if (units->IsAllocated(i))
+    {
+      this->Frames.back()->SaveTextureUnit(i);
+    }
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::EndFrame()
+{
+  if (!this->Frames.empty())
+  {
+    this->Frames.back()->Restore();
+    this->Frames.pop_back();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::CopyFromHost()
+{
+  if (!this->HasArea())
+  {
+    return;
+  }
+  std::string problem;
+  GLint colorBuffer = GL_NONE;
+  GLenum depthFormat = 0;
+  const GLenum status = glCheckFramebufferStatus(GL_READ_FRAMEBUFFER);
+  if (status == GL_FRAMEBUFFER_COMPLETE)
+  {
+    glGetIntegerv(GL_READ_BUFFER, &colorBuffer);
+    depthFormat = DepthFormatOf(GL_READ_FRAMEBUFFER);
+  }
+  else
+  {
+    problem = "the framebuffer to read from is not complete (" + Hexadecimal(status) + ")";
+  }
+  this->MatchFramebuffers(depthFormat);
+  // What the host does not have, the renderer clears as it does in a window of its own.
+  vtkCollectionSimpleIterator iterator;
+  this->Renderers->InitTraversal(iterator);
+  while (vtkRenderer* renderer = this->Renderers->GetNextRenderer(iterator))
+  {
+    if (renderer->GetLayer() == 0)
+    {
+      renderer->SetPreserveColorBuffer(colorBuffer != GL_NONE);
+      renderer->SetPreserveDepthBuffer(depthFormat != 0);
+    }
+  }
+  if (status == GL_FRAMEBUFFER_COMPLETE)
+  {
+    ClearErrors();
+    this->BlitToRenderFramebuffer(true);
+    const GLenum error = glGetError();
+    if (error != GL_NO_ERROR)
+    {
+      problem = "OpenGL error " + Hexadecimal(error);
+    }
+  }
+  this->Report(this->CopyInProblem,
+    problem.empty() ? problem : "The host's image cannot be copied in: " + problem);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::CopyToHost()
+{
+  if (!this->HasArea() || this->DisplayFramebuffer->GetFBOIndex() == 0)
+  {
+    return;
+  }
+  const GLenum status = glCheckFramebufferStatus(GL_DRAW_FRAMEBUFFER);
+  if (status != GL_FRAMEBUFFER_COMPLETE)
+  {
+    this->Report(this->CopyOutProblem,
+      "The picture cannot be copied out: the framebuffer to draw to is not complete (" +
+        Hexadecimal(status) + ")");
+    return;
+  }
+  std::string problem;
+  const GLenum depthFormat = DepthFormatOf(GL_DRAW_FRAMEBUFFER);
+  GLbitfield mask = GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT;
+  if (depthFormat != 0 && depthFormat != this->DepthFormat && this->MultiSamples <= 1)
+  {
+    mask = GL_COLOR_BUFFER_BIT;
+    problem = "The depths cannot be copied out: the framebuffers to read from and to draw to have "
+              "different depth formats (" +
+      Hexadecimal(this->DepthFormat) + ", " + Hexadecimal(depthFormat) + ")";
+  }
+  ClearErrors();
+  SingleDrawBuffer single;
+  const int* size = this->Size;
+  this->BlitDisplayFramebuffer(
+    0, 0, 0, size[0], size[1], 0, 0, size[0], size[1], mask, GL_NEAREST);
+  const GLenum error = glGetError();
+  if (error != GL_NO_ERROR)
+  {
+    problem = "The picture cannot be copied out: OpenGL error " + Hexadecimal(error);
+  }
+  this->Report(this->CopyOutProblem, problem);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::IsHostFramebuffer(unsigned int name) const
+{
+  if (name == 0)
+  {
+    return true;
+  }
+  for (const zylHostRenderWindow* window : LiveWindows)
+  {
+    if (window->Adopted.SameContext(this->Adopted))
+    {
+      for (vtkOpenGLFramebufferObject* own : { window->RenderFramebuffer,
+             window->DisplayFramebuffer, window->ResolveFramebuffer })
+      {
+        if (own->GetFBOIndex() == name)
+        {
+          return false;
+        }
+      }
+    }
+  }
+  return glIsFramebuffer(name) == GL_TRUE;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::IsCurrent()
+{
+  return !this->Lost && this->Adopted && this->Adopted.SameContext(zylHostContext::Current());
+}
+
+//--------------------------------------------------------------------------------------------------
+const char* zylHostRenderWindow::ReportCapabilities()
+{
+  std::ostringstream report;
+  const std::pair<const char*, GLenum> rows[] = { { "vendor", GL_VENDOR },
+    { "renderer", GL_RENDERER }, { "version", GL_VERSION } };
+  for (const auto& row : rows)
+  {
+    if (const GLubyte* text = glGetString(row.second))
+    {
+      report << "OpenGL " << row.first << " string:  " << text << '\n';
+    }
+  }
+  if (ContextVersion() >= 30 && glGetStringi)
+  {
+    report << "OpenGL extensions:  \n";
+    GLint count = 0;
+    glGetIntegerv(GL_NUM_EXTENSIONS, &count);
+    for (GLint i = 0; i < count; ++i)
+    {
+      report << "  " << glGetStringi(GL_EXTENSIONS, i) << '\n';
+    }
+  }
+  this->CapabilityReport = report.str();
+  return this->CapabilityReport.c_str();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::PushContext()
+{
+  if (this->PushDepth++ > 0 || !this->Adopted || this->InFrame())
+  {
+    return;
+  }
+  if (this->Initialized && this->IsCurrent())
+  {
+    this->BeginFrame();
+    this->GetState()->Reset();
+    this->PushedFrame = true;
+    return;
+  }
+  // Names of the adopted context mean something else in this one. Without any context the releasing
+  // calls do nothing.
+  this->Suspended = zylHostContext::Current();
+  this->Suspended.Release();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::PopContext()
+{
+  if (--this->PushDepth > 0)
+  {
+    return;
+  }
+  if (this->PushedFrame)
+  {
+    this->PushedFrame = false;
+    this->EndFrame();
+  }
+  this->Suspended.MakeCurrent();
+  this->Suspended = zylHostContext();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::TouchTextureUnit(int unit)
+{
+  if (!this->Frames.empty())
+  {
+    this->Frames.back()->SaveTextureUnit(unit);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::OpenGLInit()
+{
+  if (this->SupportsFrames())
+  {
+    this->Superclass::OpenGLInit();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::OpenGLInitContext()
+{
+  this->ContextCreationTime.Modified();
+  if (!this->Initialized)
+  {
+    this->Initialized = true;
+    GLfloat range[2] = { 1.0f, 1.0f };
+    glGetFloatv(GL_ALIASED_LINE_WIDTH_RANGE, range);
+    this->MaximumHardwareLineWidth = range[1];
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::MatchFramebuffers(unsigned int depthFormat)
+{
+  // Depths can be copied between buffers of one format only. Multisampled rendering needs the
+  // toolkit's own set of framebuffers.
+  if (this->MultiSamples > 1)
+  {
+    return;
+  }
+  const unsigned int wanted =
+    depthFormat ? depthFormat : this->DepthFormat ? this->DepthFormat : GL_DEPTH24_STENCIL8;
+  if (this->DepthFormat == wanted && this->RenderFramebuffer->GetFBOIndex())
+  {
+    return;
+  }
+  this->DepthFormat = wanted;
+  this->Populate(this->RenderFramebuffer, 1);
+  this->Populate(this->DisplayFramebuffer, 2);
+  this->LastMultiSamples = this->MultiSamples; // or the render framebuffer is made anew
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::Populate(vtkOpenGLFramebufferObject* framebuffer, int colors)
+{
+  vtkOpenGLState* state = this->GetState();
+  framebuffer->ReleaseGraphicsResources(this);
+  state->PushFramebufferBindings();
+  framebuffer->PopulateFramebuffer(
+    this->Size[0], this->Size[1], true, colors, VTK_UNSIGNED_CHAR, false, 0, 0);
+  vtkNew<vtkTextureObject> depth;
+  depth->SetContext(this);
+  depth->SetWrapS(vtkTextureObject::ClampToEdge);
+  depth->SetWrapT(vtkTextureObject::ClampToEdge);
+  depth->SetMinificationFilter(vtkTextureObject::Nearest);
+  depth->SetMagnificationFilter(vtkTextureObject::Nearest);
+  if (this->DepthFormat == GL_DEPTH24_STENCIL8)
+  {
+    depth->AllocateDepthStencil(this->Size[0], this->Size[1]);
+  }
+  else
+  {
+    const bool real =
+      this->DepthFormat == GL_DEPTH_COMPONENT32F || this->DepthFormat == GL_DEPTH32F_STENCIL8;
+    depth->SetInternalFormat(this->DepthFormat);
+    depth->SetDataType(real ? GL_FLOAT : GL_UNSIGNED_INT);
+    depth->AllocateDepth(this->Size[0], this->Size[1], vtkTextureObject::Native);
+  }
+  framebuffer->AddDepthAttachment(depth);
+  state->PopFramebufferBindings();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::Report(std::string& last, const std::string& problem)
+{
+  if (problem != last)
+  {
+    last = problem;
+    if (!problem.empty())
+    {
+      vtkLogF(ERROR, "%s", problem.c_str());
+    }
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+zylHostRenderWindowScope::zylHostRenderWindowScope()
+  : Factory(vtkSmartPointer<WindowFactory>::New())
+  , Generic(vtkPVView::GetUseGenericOpenGLRenderWindow())
+{
+  vtkPVView::SetUseGenericOpenGLRenderWindow(false);
+  vtkObjectFactoryCollection* factories = vtkObjectFactory::GetRegisteredFactories();
+  vtkCollectionSimpleIterator iterator;
+  factories->InitTraversal(iterator);
+  while (auto* factory =
+           static_cast<vtkObjectFactory*>(factories->GetNextItemAsObject(iterator)))
+  {
+    for (int i = 0; i < factory->GetNumberOfOverrides(); ++i)
+    {
+      if (std::strcmp(factory->GetClassOverrideName(i), WindowClass) == 0 &&
+        factory->GetEnableFlag(i))
+      {
+        const std::string subclass = factory->GetClassOverrideWithName(i);
+        factory->SetEnableFlag(0, WindowClass, subclass.c_str());
+        this->Disabled.emplace_back(factory, subclass);
+      }
+    }
+  }
+  vtkObjectFactory::RegisterFactory(this->Factory);
+}
+
+//--------------------------------------------------------------------------------------------------
+zylHostRenderWindowScope::~zylHostRenderWindowScope()
+{
+  vtkObjectFactory::UnRegisterFactory(this->Factory);
+  for (const auto& item : this->Disabled)
+  {
+    item.first->SetEnableFlag(1, WindowClass, item.second.c_str());
+  }
+  vtkPVView::SetUseGenericOpenGLRenderWindow(this->Generic);
+}

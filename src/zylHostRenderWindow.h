@@ -1,0 +1,130 @@
+/**
+ * @class zylHostRenderWindow
+ * @brief A render window that draws in an OpenGL context of the host.
+ *
+ * Layer: view, below zylView. It adopts the context that is current, GLX or EGL, without owning or
+ * swapping it; keeps the host's OpenGL state apart from the renderer's; gives its framebuffers the
+ * host's depth format, so that colors and depths can be copied both ways; and never touches another
+ * context than the one it adopted: resources released while that one is not current are forgotten,
+ * and go with it.
+ *
+ * Private to the library. It is made by the view proxy while a zylHostRenderWindowScope lives.
+ */
+#ifndef zylHostRenderWindow_h
+#define zylHostRenderWindow_h
+
+#include "zylExport.h"
+#include "zylHostContext.h"
+#include "zylHostGLState.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <vtkGenericOpenGLRenderWindow.h>
+#include <vtkSmartPointer.h>
+
+class vtkObjectFactory;
+class vtkOpenGLFramebufferObject;
+class vtkTextureUnitManager;
+
+class ZYL_PRIVATE zylHostRenderWindow : public vtkGenericOpenGLRenderWindow
+{
+public:
+  static zylHostRenderWindow* New();
+  vtkTypeMacro(zylHostRenderWindow, vtkGenericOpenGLRenderWindow);
+
+  ///@{
+  /// Take the current context as the one to draw in, forgetting what was made in another. Several
+  /// steps, so that the caller can check the version between them: BeginAdoption() is false without
+  /// a current context; the window then initializes itself and knows its version.
+  bool BeginAdoption();
+  void FinishAdoption();
+  ///@}
+
+  /// Whether the current context is new enough for frames.
+  bool SupportsFrames() const;
+
+  /// Whether the adopted context is current and still holds what was made in it.
+  bool IsAdopted();
+
+  ///@{
+  /// Between these two the host's state is put aside and the OpenGL state is neutral. They nest. The
+  /// adopted context must be current.
+  void BeginFrame();
+  void EndFrame();
+  bool InFrame() const { return !this->Frames.empty(); }
+  ///@}
+
+  ///@{
+  /// Inside a frame: copy color and depth from the framebuffer bound for reading into the one that is
+  /// rendered to, or the finished picture into the one bound for drawing. What cannot be copied is
+  /// reported, once until it works again.
+  void CopyFromHost();
+  void CopyToHost();
+  ///@}
+
+  /// Whether the window has pixels.
+  bool HasArea() const { return this->Size[0] > 0 && this->Size[1] > 0; }
+
+  /// Whether a framebuffer of this name is the host's: it exists and no window of the library made it.
+  /// The adopted context must be current.
+  bool IsHostFramebuffer(unsigned int name) const;
+
+  bool IsCurrent() override;
+  int SupportsOpenGL() override { return 1; }
+  const char* ReportCapabilities() override;
+
+  ///@{
+  /// Frame the release of graphics resources outside a frame.
+  void PushContext() override;
+  void PopContext() override;
+  ///@}
+
+  /// The texture unit is about to be used.
+  void TouchTextureUnit(int unit);
+
+protected:
+  zylHostRenderWindow();
+  ~zylHostRenderWindow() override;
+
+  void OpenGLInit() override;
+  void OpenGLInitContext() override;
+
+private:
+  zylHostRenderWindow(const zylHostRenderWindow&) = delete;
+  void operator=(const zylHostRenderWindow&) = delete;
+
+  void MatchFramebuffers(unsigned int depthFormat);
+  void Populate(vtkOpenGLFramebufferObject* framebuffer, int colors);
+  void Report(std::string& last, const std::string& problem);
+
+  zylHostContext Adopted;
+  bool Lost = false; // the adopted context is gone although its handle may look alive
+  std::vector<std::unique_ptr<zylHostGLState>> Frames;
+  zylHostContext Suspended; // current before PushContext() of a release elsewhere
+  int PushDepth = 0;
+  bool PushedFrame = false;
+  unsigned int DepthFormat = 0; // of our framebuffers; 0 when not made yet
+  std::string CopyInProblem;
+  std::string CopyOutProblem;
+  std::string CapabilityReport;
+};
+
+/// While it lives, a new vtkRenderWindow is a zylHostRenderWindow; afterwards everything is as it was.
+class ZYL_PRIVATE zylHostRenderWindowScope
+{
+public:
+  zylHostRenderWindowScope();
+  ~zylHostRenderWindowScope();
+  zylHostRenderWindowScope(const zylHostRenderWindowScope&) = delete;
+  zylHostRenderWindowScope& operator=(const zylHostRenderWindowScope&) = delete;
+
+private:
+  vtkSmartPointer<vtkObjectFactory> Factory;
+  std::vector<std::pair<vtkObjectFactory*, std::string>> Disabled;
+  bool Generic;
+};
+
+#endif

@@ -1,0 +1,128 @@
+#include "zylMultiBlockTree.h"
+
+#include "zylArrayInformation.h"
+
+#include <iostream>
+
+#include <vtkObjectFactory.h>
+
+vtkStandardNewMacro(zylMultiBlockTree);
+
+namespace {
+void PrintArrays(const std::vector<vtkSmartPointer<zylArrayInformation>>& arrays,
+  const std::string& indent, const char* title)
+{
+  if (arrays.empty())
+  {
+    return;
+  }
+  std::cout << indent << title << '\n';
+  for (const auto& array : arrays)
+  {
+    const unsigned int components = array->GetNumberOfComponents();
+    std::cout << indent << "  " << array->GetName() << ": (" << components << ") - ";
+    double range[2];
+    for (unsigned int c = 0; c < components; ++c)
+    {
+      array->GetComponentRange(c, range);
+      std::cout << "[" << range[0] << ", " << range[1] << "], ";
+    }
+    if (components >= 2)
+    {
+      array->GetComponentRange(components, range);
+      std::cout << "[" << range[0] << ", " << range[1] << "]";
+    }
+    std::cout << '\n';
+  }
+}
+
+template <class Match>
+zylMultiBlockTree* Find(zylMultiBlockTree* node, const Match& match)
+{
+  if (match(node))
+  {
+    return node;
+  }
+  for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
+  {
+    if (zylMultiBlockTree* found = Find(node->GetChild(i), match))
+    {
+      return found;
+    }
+  }
+  return nullptr;
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiBlockTree::AddChild(zylMultiBlockTree* child)
+{
+  if (child)
+  {
+    this->Children.emplace_back(child);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiBlockTree::ClearChildren()
+{
+  this->Children.clear();
+}
+
+//--------------------------------------------------------------------------------------------------
+zylMultiBlockTree* zylMultiBlockTree::GetChild(unsigned int position) const
+{
+  return position < this->Children.size() ? this->Children[position].Get() : nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+unsigned int zylMultiBlockTree::GetNumberOfChildren() const
+{
+  return static_cast<unsigned int>(this->Children.size());
+}
+
+//--------------------------------------------------------------------------------------------------
+zylMultiBlockTree* zylMultiBlockTree::FindChildWithBlockIndex(unsigned int index)
+{
+  return Find(this, [index](zylMultiBlockTree* node) { return node->BlockIndex == index; });
+}
+
+//--------------------------------------------------------------------------------------------------
+zylMultiBlockTree* zylMultiBlockTree::FindChildWithBlockName(const std::string& name)
+{
+  return Find(this, [&name](zylMultiBlockTree* node) { return node->BlockName == name; });
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<unsigned int> zylMultiBlockTree::GetBlockIDs()
+{
+  std::vector<unsigned int> ids;
+  this->CollectBlockIDs(ids);
+  return ids;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiBlockTree::CollectBlockIDs(std::vector<unsigned int>& ids) const
+{
+  if (!this->IsPiece)
+  {
+    ids.push_back(this->BlockIndex);
+  }
+  for (const auto& child : this->Children)
+  {
+    child->CollectBlockIDs(ids);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiBlockTree::Print(const std::string& indent)
+{
+  std::cout << indent << "Block " << this->BlockIndex << ": " << this->BlockName << '\n';
+  PrintArrays(this->PointArrays, indent + "  ", "Point data arrays:");
+  PrintArrays(this->CellArrays, indent + "  ", "Cell data arrays:");
+  for (const auto& child : this->Children)
+  {
+    child->Print(indent + "  ");
+  }
+  std::cout.flush();
+}

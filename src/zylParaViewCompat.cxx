@@ -1,0 +1,471 @@
+#include "zylParaViewCompat.h"
+
+#include "zylMultiBlockTree.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <dlfcn.h>
+
+#include <vtkInitializationHelper.h>
+#include <vtkLogger.h>
+#include <vtkNew.h>
+#include <vtkPVArrayInformation.h>
+#include <vtkPVDataInformation.h>
+#include <vtkPVDataSetAttributesInformation.h>
+#include <vtkProcessModule.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMProxy.h>
+#include <vtkSMProxyManager.h>
+#include <vtkSMRenderViewProxy.h>
+#include <vtkSMSession.h>
+#include <vtkSMSessionProxyManager.h>
+#include <vtkSMSourceProxy.h>
+#include <vtkSMPTools.h>
+#include <vtkSmartPointer.h>
+
+#if __has_include(<vtkPVPythonOptions.h>)
+#define ZYL_PARAVIEW_59 1
+#include <vtkPVCompositeDataInformation.h>
+#include <vtkPVPythonOptions.h>
+#else
+#define ZYL_PARAVIEW_59 0
+#include <vtkDataAssembly.h>
+#endif
+
+namespace {
+
+// Whether the host has started MPI. Asked without linking MPI: ParaView brings it if it uses it.
+bool HostStartedMPI()
+{
+  using Function = int (*)(int*);
+  auto initialized = reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, "MPI_Initialized"));
+  int flag = 0;
+  return initialized && initialized(&flag) == 0 && flag;
+}
+
+bool IsLeaf(const zylMultiBlockTree* node)
+{
+  auto* block = const_cast<zylMultiBlockTree*>(node);
+  return block->GetNumberOfChildren() == 0 || block->GetChild(0)->GetIsPiece();
+}
+
+// The flags of all leaves in flat order, and for every inner node how far its subtree reaches.
+struct BlockFlags
+{
+  struct Leaf
+  {
+    unsigned int Id;
+    bool Visible;
+  };
+  struct Inner
+  {
+    unsigned int Id;
+    std::size_t FirstLeaf;
+    std::size_t EndLeaf;
+  };
+  std::vector<Leaf> Leaves;
+  std::vector<Inner> InnerNodes; // ascending id
+
+  void Collect(const zylMultiBlockTree* node, const std::unordered_map<int, bool>& flags)
+  {
+    auto* block = const_cast<zylMultiBlockTree*>(node);
+    const unsigned int id = block->GetBlockIndex();
+    if (IsLeaf(node))
+    {
+      const auto found = flags.find(static_cast<int>(id));
+      this->Leaves.push_back({ id, found != flags.end() && found->second });
+      return;
+    }
+    const std::size_t slot = this->InnerNodes.size();
+    this->InnerNodes.push_back({ id, this->Leaves.size(), 0 });
+    for (unsigned int i = 0; i < block->GetNumberOfChildren(); ++i)
+    {
+      this->Collect(block->GetChild(i), flags);
+    }
+    this->InnerNodes[slot].EndLeaf = this->Leaves.size();
+  }
+};
+
+using BlockNode = vtkZYLBlockInformation::Node;
+
+std::vector<vtkZYLBlockInformation::Array> DescribeArrays(vtkPVDataSetAttributesInformation* info)
+{
+  std::vector<vtkZYLBlockInformation::Array> arrays;
+  for (int i = 0; info && i < info->GetNumberOfArrays(); ++i)
+  {
+    vtkPVArrayInformation* array = info->GetArrayInformation(i);
+    vtkZYLBlockInformation::Array result;
+    result.Name = array->GetName();
+    result.NumberOfComponents = array->GetNumberOfComponents();
+    double range[2];
+    for (int c = 0; c < result.NumberOfComponents; ++c)
+    {
+      array->GetComponentRange(c, range);
+      result.Ranges.insert(result.Ranges.end(), range, range + 2);
+    }
+    if (result.NumberOfComponents >= 2)
+    {
+      array->GetComponentFiniteRange(-1, range);
+      result.Ranges.insert(result.Ranges.end(), range, range + 2);
+    }
+    arrays.push_back(result);
+  }
+  return arrays;
+}
+
+void Describe(vtkPVDataInformation* info, BlockNode& node)
+{
+  node.HasData = true;
+  node.NumberOfPoints = info->GetNumberOfPoints();
+  node.NumberOfCells = info->GetNumberOfCells();
+  info->GetBounds(node.Bounds);
+  node.PointArrays = DescribeArrays(info->GetPointDataInformation());
+  node.CellArrays = DescribeArrays(info->GetCellDataInformation());
+}
+
+#if ZYL_PARAVIEW_59
+
+void Walk(vtkPVDataInformation* info, int parent, bool isPiece, std::vector<BlockNode>& nodes)
+{
+  const int self = static_cast<int>(nodes.size());
+  nodes.emplace_back();
+  nodes[self].Parent = parent;
+  nodes[self].IsPiece = isPiece;
+  if (!info)
+  {
+    return;
+  }
+  Describe(info, nodes[self]);
+  if (parent >= 0 && info->GetCompositeDataSetName())
+  {
+    nodes[self].Name = info->GetCompositeDataSetName();
+  }
+  vtkPVCompositeDataInformation* composite = info->GetCompositeDataInformation();
+  const unsigned int children = composite ? composite->GetNumberOfChildren() : 0;
+  nodes[self].NumberOfChildren = static_cast<int>(children);
+  for (unsigned int i = 0; i < children; ++i)
+  {
+    Walk(composite->GetDataInformation(i), self, composite->GetDataIsMultiPiece() != 0, nodes);
+  }
+}
+
+std::vector<BlockNode> AskParaView(vtkSMSourceProxy* source)
+{
+  std::vector<BlockNode> nodes;
+  Walk(source->GetDataInformation(0), -1, false, nodes);
+  return nodes;
+}
+
+#else
+
+void Walk(vtkSMSourceProxy* source, vtkDataAssembly* hierarchy, int id, int parent,
+  std::vector<BlockNode>& nodes)
+{
+  const int self = static_cast<int>(nodes.size());
+  nodes.emplace_back();
+  nodes[self].Parent = parent;
+  if (parent >= 0)
+  {
+    nodes[self].Name = hierarchy->GetAttributeOrDefault(id, "label", "");
+  }
+  if (vtkPVDataInformation* info =
+        source->GetSubsetDataInformation(0u, static_cast<unsigned int>(self)))
+  {
+    Describe(info, nodes[self]);
+  }
+  const int pieces = hierarchy->GetAttributeOrDefault(id, "vtk_num_pieces", 0);
+  const std::vector<int> children = hierarchy->GetChildNodes(id, false);
+  nodes[self].NumberOfChildren = static_cast<int>(children.size()) + pieces;
+  for (int i = 0; i < pieces; ++i)
+  {
+    nodes.emplace_back();
+    nodes.back().Parent = self;
+    nodes.back().IsPiece = true;
+  }
+  for (const int child : children)
+  {
+    Walk(source, hierarchy, child, self, nodes);
+  }
+}
+
+std::vector<BlockNode> AskParaView(vtkSMSourceProxy* source)
+{
+  std::vector<BlockNode> nodes;
+  vtkPVDataInformation* info = source->GetDataInformation(0);
+  if (vtkDataAssembly* hierarchy = info->GetHierarchy())
+  {
+    Walk(source, hierarchy, vtkDataAssembly::GetRootNode(), -1, nodes);
+  }
+  if (nodes.empty())
+  {
+    nodes.emplace_back();
+  }
+  Describe(info, nodes[0]); // the root carries what all blocks have together
+  return nodes;
+}
+
+#endif
+
+std::unordered_map<int, bool> FlagMap(const int* pairs, std::size_t count)
+{
+  std::unordered_map<int, bool> flags;
+  flags.reserve(count);
+  for (std::size_t i = 0; i + 1 < count; i += 2)
+  {
+    flags[pairs[i]] = pairs[i + 1] != 0;
+  }
+  return flags;
+}
+
+BlockFlags CollectFlags(const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
+{
+  BlockFlags blocks;
+  const auto flags = FlagMap(pairs, count);
+  if (tree)
+  {
+    blocks.Collect(tree, flags);
+    return blocks;
+  }
+  for (std::size_t i = 0; i + 1 < count; i += 2)
+  {
+    blocks.Leaves.push_back({ static_cast<unsigned int>(pairs[i]), pairs[i + 1] != 0 });
+  }
+  return blocks;
+}
+
+#if ZYL_PARAVIEW_59
+
+// The (id, flag) pairs as they are, and one more pair for whatever they would show by inheritance: a
+// leaf without a pair of its own below a shown inner node, or everything when the root has none.
+std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
+{
+  std::vector<int> result(pairs, pairs + count);
+  auto flags = FlagMap(pairs, count);
+  const BlockFlags blocks = CollectFlags(pairs, count, tree);
+  if (flags.emplace(0, false).second)
+  {
+    result.insert(result.end(), { 0, 0 });
+  }
+  for (const auto& inner : blocks.InnerNodes)
+  {
+    const auto own = flags.find(static_cast<int>(inner.Id));
+    for (std::size_t i = inner.FirstLeaf; own != flags.end() && own->second && i < inner.EndLeaf; ++i)
+    {
+      const int id = static_cast<int>(blocks.Leaves[i].Id);
+      if (flags.emplace(id, false).second)
+      {
+        result.insert(result.end(), { id, 0 });
+      }
+    }
+  }
+  return result;
+}
+
+#else
+
+// Selectors of the hierarchy that together name exactly the visible leaves. A selector takes whole
+// subtrees, and a range of ids also catches the inner nodes in between: a run of visible leaves is
+// split at every inner node whose subtree reaches beyond the run.
+std::vector<std::string> VisibilitySelectors(const BlockFlags& blocks)
+{
+  const auto& leaves = blocks.Leaves;
+  const auto visible = [](const BlockFlags::Leaf& leaf) { return leaf.Visible; };
+  if (std::all_of(leaves.begin(), leaves.end(), visible))
+  {
+    return { "/" };
+  }
+  std::vector<std::string> selectors;
+  const auto add = [&selectors](unsigned int first, unsigned int last) {
+    selectors.push_back(first == last
+        ? "//*[@cid=" + std::to_string(first) + "]"
+        : "//*[@cid>=" + std::to_string(first) + " and @cid<=" + std::to_string(last) + "]");
+  };
+  std::size_t inner = 0;
+  for (std::size_t begin = 0; begin < leaves.size();)
+  {
+    if (!leaves[begin].Visible)
+    {
+      ++begin;
+      continue;
+    }
+    std::size_t end = begin;
+    while (end < leaves.size() && leaves[end].Visible)
+    {
+      ++end;
+    }
+    unsigned int first = leaves[begin].Id;
+    std::size_t from = begin;
+    while (inner < blocks.InnerNodes.size() && blocks.InnerNodes[inner].Id < first)
+    {
+      ++inner;
+    }
+    for (; inner < blocks.InnerNodes.size() && blocks.InnerNodes[inner].Id < leaves[end - 1].Id;
+         ++inner)
+    {
+      const auto& node = blocks.InnerNodes[inner];
+      if (node.EndLeaf > end && node.FirstLeaf > from)
+      {
+        add(first, leaves[node.FirstLeaf - 1].Id);
+        from = node.FirstLeaf;
+        first = leaves[from].Id;
+      }
+    }
+    add(first, leaves[end - 1].Id);
+    begin = end;
+  }
+  return selectors;
+}
+
+#endif
+} // namespace
+
+namespace zylParaView {
+
+//--------------------------------------------------------------------------------------------------
+bool StartClient(int argc, char** argv)
+{
+#if ZYL_PARAVIEW_59
+  static vtkNew<vtkPVPythonOptions> options;
+  if (!HostStartedMPI())
+  {
+    options->SetForceNoMPIInitOnClient(1);
+  }
+  vtkInitializationHelper::Initialize(argc, argv, vtkProcessModule::PROCESS_CLIENT, options);
+  if (options->GetHelpSelected() || options->GetTellVersion() || options->GetPrintMonitors())
+  {
+    vtkInitializationHelper::Finalize();
+    return false;
+  }
+  return true;
+#else
+  static char noMPI[] = "--no-mpi";
+  static std::vector<char*> arguments;
+  arguments.assign(argv, argv + argc);
+  if (!HostStartedMPI())
+  {
+    arguments.push_back(noMPI);
+  }
+  const int number = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  // On false ParaView has taken itself down again.
+  return vtkInitializationHelper::Initialize(
+    number, arguments.data(), vtkProcessModule::PROCESS_CLIENT);
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+void ChooseThreadedBackend()
+{
+#if !ZYL_PARAVIEW_59
+  const char* current = vtkSMPTools::GetBackend();
+  if (std::getenv("VTK_SMP_BACKEND_IN_USE") || !current || std::string(current) != "Sequential")
+  {
+    return;
+  }
+  vtkSMPTools::SetBackend("STDThread");
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+int GetOutputDataType(vtkSMSourceProxy* source)
+{
+  vtkPVDataInformation* data = source->GetDataInformation(0);
+  return data->GetCompositeDataSetType() > 0 ? data->GetCompositeDataSetType()
+                                             : data->GetDataSetType();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<vtkZYLBlockInformation::Node> GetBlocks(vtkSMSourceProxy* source)
+{
+  if (HasServerPlugin(source->GetSession()))
+  {
+    vtkNew<vtkZYLBlockInformation> info;
+    source->GatherInformation(info);
+    return info->GetNodes();
+  }
+  return AskParaView(source);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool HasServerPlugin(vtkSMSession* session)
+{
+  // The loader's answer concerns this process only, so look whether the server knows a definition.
+  return session &&
+    (session->GetProcessRoles() & vtkPVSession::DATA_SERVER ||
+      vtkSMProxyManager::GetProxyManager()
+          ->GetSessionProxyManager(session)
+          ->GetPrototypeProxy("sources", "ZYLVolumeSurfaceReader") != nullptr);
+}
+
+//--------------------------------------------------------------------------------------------------
+void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper)
+{
+#if ZYL_PARAVIEW_59
+  const double range[2] = { lower, upper };
+  vtkSMPropertyHelper(threshold, "ThresholdBetween").Set(range, 2);
+#else
+  vtkSMPropertyHelper(threshold, "LowerThreshold").Set(lower);
+  vtkSMPropertyHelper(threshold, "UpperThreshold").Set(upper);
+  vtkSMPropertyHelper(threshold, "ThresholdMethod").Set(0);
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+void SetBlockVisibility(
+  vtkSMProxy* representation, const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
+{
+#if ZYL_PARAVIEW_59
+  const std::vector<int> values = VisibilityPairs(pairs, count, tree);
+  vtkSMPropertyHelper helper(representation, "BlockVisibility");
+  helper.SetNumberOfElements(static_cast<unsigned int>(values.size()));
+  helper.Set(values.data(), static_cast<unsigned int>(values.size()));
+#else
+  const std::vector<std::string> selectors =
+    VisibilitySelectors(CollectFlags(pairs, count, tree));
+  vtkSMPropertyHelper helper(representation, "BlockSelectors");
+  helper.SetNumberOfElements(static_cast<unsigned int>(selectors.size()));
+  for (unsigned int i = 0; i < selectors.size(); ++i)
+  {
+    helper.Set(i, selectors[i].c_str());
+  }
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+void ResetCamera(vtkSMRenderViewProxy* view, const double* bounds)
+{
+#if ZYL_PARAVIEW_59
+  if (bounds)
+  {
+    view->ResetCamera(bounds[0], bounds[1], bounds[2], bounds[3], bounds[4], bounds[5]);
+  }
+  else
+  {
+    view->ResetCamera();
+  }
+#else
+  if (bounds)
+  {
+    view->ResetCamera(bounds[0], bounds[1], bounds[2], bounds[3], bounds[4], bounds[5], false);
+  }
+  else
+  {
+    view->ResetCamera(false);
+  }
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+void UseOwnBackground(vtkSMRenderViewProxy* view)
+{
+  if (view->GetProperty("UseColorPaletteForBackground"))
+  {
+    vtkSMPropertyHelper(view, "UseColorPaletteForBackground").Set(0);
+  }
+}
+
+} // namespace zylParaView

@@ -1,0 +1,241 @@
+#include "zylProxyBuilder.h"
+
+#include "zylTimeController.h"
+
+#include <vtkCommand.h>
+#include <vtkLogger.h>
+#include <vtkNew.h>
+#include <vtkSMParaViewPipelineController.h>
+#include <vtkSMProperty.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMProxy.h>
+#include <vtkSMSession.h>
+#include <vtkSMSessionProxyManager.h>
+#include <vtkSMSourceProxy.h>
+
+namespace {
+// The parts of a compound proxy can be asked for by position from within proxy classes only.
+struct SubProxies : public vtkSMProxy
+{
+  static unsigned int Count(vtkSMProxy* proxy)
+  {
+    return (proxy->*&SubProxies::GetNumberOfSubProxies)();
+  }
+  static vtkSMProxy* Get(vtkSMProxy* proxy, unsigned int i)
+  {
+    constexpr vtkSMProxy* (vtkSMProxy::*get)(unsigned int) = &SubProxies::GetSubProxy;
+    return (proxy->*get)(i);
+  }
+};
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylProxyBuilder::zylProxyBuilder(
+  vtkSMSessionProxyManager* manager, const char* group, const char* name)
+  : Manager(manager)
+  , Group(group)
+  , Name(name)
+{
+}
+
+//--------------------------------------------------------------------------------------------------
+zylProxyBuilder& zylProxyBuilder::Input(vtkSMProxy* source, const char* property)
+{
+  if (source)
+  {
+    this->Steps.emplace_back([name = std::string(property), source](vtkSMProxy* proxy) {
+      vtkSMPropertyHelper(proxy, name.c_str()).Set(source, 0);
+    });
+  }
+  return *this;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylProxyBuilder& zylProxyBuilder::Set(const char* property, int value)
+{
+  return this->Set(property, std::vector<int>{ value });
+}
+
+//--------------------------------------------------------------------------------------------------
+zylProxyBuilder& zylProxyBuilder::Set(const char* property, double value)
+{
+  this->Steps.emplace_back([name = std::string(property), value](vtkSMProxy* proxy) {
+    vtkSMPropertyHelper(proxy, name.c_str()).Set(value);
+  });
+  return *this;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylProxyBuilder& zylProxyBuilder::Set(const char* property, const char* value)
+{
+  this->Steps.emplace_back(
+    [name = std::string(property), text = std::string(value)](
+      vtkSMProxy* proxy) { vtkSMPropertyHelper(proxy, name.c_str()).Set(text.c_str()); });
+  return *this;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylProxyBuilder& zylProxyBuilder::Set(const char* property, const std::vector<int>& values)
+{
+  this->Steps.emplace_back([name = std::string(property), values](vtkSMProxy* proxy) {
+    vtkSMPropertyHelper(proxy, name.c_str())
+      .Set(values.data(), static_cast<unsigned int>(values.size()));
+  });
+  return *this;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylProxyBuilder& zylProxyBuilder::Then(std::function<void(vtkSMProxy*)> step)
+{
+  this->Steps.push_back(std::move(step));
+  return *this;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMProxy> zylProxyBuilder::New() const
+{
+  vtkSmartPointer<vtkSMProxy> proxy;
+  if (this->Manager)
+  {
+    proxy.TakeReference(this->Manager->NewProxy(this->Group.c_str(), this->Name.c_str()));
+  }
+  if (!proxy)
+  {
+    vtkVLogF(vtkLogger::VERBOSITY_TRACE, "no proxy '%s' in group '%s'", this->Name.c_str(),
+      this->Group.c_str());
+  }
+  return proxy;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylProxyBuilder::Configure(vtkSMProxy* proxy) const
+{
+  for (const auto& step : this->Steps)
+  {
+    step(proxy);
+  }
+  proxy->UpdateVTKObjects();
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::Make()
+{
+  auto source = this->MakeInitialized();
+  if (source)
+  {
+    vtkNew<vtkSMParaViewPipelineController> controller;
+    controller->RegisterPipelineProxy(source);
+  }
+  return source;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeInitialized()
+{
+  vtkSmartPointer<vtkSMSourceProxy> source = vtkSMSourceProxy::SafeDownCast(this->New());
+  if (source)
+  {
+    vtkNew<vtkSMParaViewPipelineController> controller;
+    controller->PreInitializeProxy(source);
+    this->Configure(source);
+    controller->PostInitializeProxy(source);
+  }
+  return source;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeUnregistered()
+{
+  return vtkSMSourceProxy::SafeDownCast(this->MakeProxy());
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeProxy()
+{
+  auto proxy = this->New();
+  if (proxy)
+  {
+    this->Configure(proxy);
+  }
+  return proxy;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view)
+{
+  auto proxy = this->New();
+  if (!proxy || !view)
+  {
+    return nullptr;
+  }
+  vtkNew<vtkSMParaViewPipelineController> controller;
+  controller->PreInitializeProxy(proxy);
+  zylMuteDomains(proxy);
+  this->Configure(proxy);
+  zylMuteDomains(proxy);
+  controller->PostInitializeProxy(proxy);
+  controller->RegisterRepresentationProxy(proxy);
+  vtkSMPropertyHelper(view, "Representations").Add(proxy);
+  view->UpdateVTKObjects();
+  return proxy;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMuteDomains(vtkSMProxy* proxy)
+{
+  if (!proxy)
+  {
+    return;
+  }
+  if (vtkSMProperty* input = proxy->GetProperty("Input"))
+  {
+    // The observers through which a property updates the domains that depend on it: on a change of
+    // its own, and when one of its producers has executed.
+    input->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
+    vtkSMPropertyHelper helper(input);
+    for (unsigned int i = 0; i < helper.GetNumberOfElements(); ++i)
+    {
+      if (vtkSMProxy* producer = helper.GetAsProxy(i))
+      {
+        producer->RemoveObservers(vtkCommand::UpdateDataEvent);
+      }
+    }
+  }
+  for (unsigned int i = 0; i < SubProxies::Count(proxy); ++i)
+  {
+    zylMuteDomains(SubProxies::Get(proxy, i));
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
+{
+  if (!proxy || !source)
+  {
+    return;
+  }
+  vtkSMPropertyHelper helper(proxy, property);
+  if (helper.GetNumberOfElements() != 1 || helper.GetAsProxy(0) != source ||
+    helper.GetOutputPort(0) != 0)
+  {
+    helper.Set(source, 0);
+  }
+  proxy->UpdateVTKObjects();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylUpdatePipeline(vtkSMSourceProxy* source)
+{
+  const double time = zylTimeController::GetInstance()->GetActiveTime();
+  source->UpdatePipeline(time == 1e299 ? 0.0 : time);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylUnregister(vtkSMProxy* proxy)
+{
+  if (proxy && proxy->GetSession())
+  {
+    vtkNew<vtkSMParaViewPipelineController> controller;
+    controller->UnRegisterProxy(proxy);
+  }
+}

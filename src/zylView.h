@@ -1,0 +1,207 @@
+/**
+ * @class zylView
+ * @brief Renders representations into the host application's own OpenGL context.
+ *
+ * The host owns the window, the context and its framebuffer; the view borrows them for one Render()
+ * and hands them back as they were. What the host has drawn, color and depth, is the background:
+ *
+ *     auto view = vtkSmartPointer<zylView>::New();
+ *     view->SetSourceFBO(0);            // the host draws into its window
+ *     view->SetWindowSize(800, 600);
+ *     view->AddRepresentation(representation);
+ *     view->ResetCamera();
+ *     // each frame, with the context current and the framebuffer bound:
+ *     view->Render();
+ *
+ * Everything that touches OpenGL (New, Render, screenshots, the setup pairs, Delete, and updates of
+ * representations that were drawn before) is called with the context current; it leaves context and
+ * OpenGL state as they were. What is released without it is forgotten and goes with the context.
+ *
+ * Settings are changed in GetProperties() and GetLightKitProperties() and take effect at Update().
+ * One thread; nothing is locked. Without a session the view does nothing and GetProxy() is null.
+ */
+#ifndef zylView_h
+#define zylView_h
+
+#include "zylExport.h"
+
+#include <set>
+#include <string>
+
+#include <vtkObject.h>
+#include <vtkSmartPointer.h>
+#include <vtkWeakPointer.h>
+
+class vtkCallbackCommand;
+class vtkCamera;
+class vtkGraphicsFactory;
+class vtkImageData;
+class vtkOpenGLRenderWindow;
+class vtkRenderer;
+class vtkSMProxy;
+class vtkSMRenderViewProxy;
+class zylHostRenderWindow;
+class zylPropertyCollection;
+class zylRepresentation;
+
+class ZYL_EXPORT zylView : public vtkObject
+{
+public:
+  static zylView* New();
+  vtkTypeMacro(zylView, vtkObject);
+
+  /// The server-manager view (borrowed); null when there was no session at construction.
+  vtkSMRenderViewProxy* GetProxy();
+
+  ///@{
+  /// General and light kit settings (borrowed, never null).
+  zylPropertyCollection* GetProperties();
+  zylPropertyCollection* GetLightKitProperties();
+  ///@}
+
+  ///@{
+  /// Show a representation (shared) and update it, or take it out. Null, twice, or one that is not
+  /// shown: nothing happens.
+  void AddRepresentation(zylRepresentation* rep);
+  void RemoveRepresentation(zylRepresentation* rep);
+  ///@}
+
+  /// The first representation whose dataset was loaded from a file of exactly this name, or null.
+  vtkSmartPointer<zylRepresentation> FindRepresentationForFileName(std::string& fileName);
+
+  /// Draw one frame. The host's context is current and its framebuffer bound.
+  void Render();
+
+  ///@{
+  /// What frames a render: host image in, state put aside; picture out, state back. A call out of
+  /// order is reported and carried out all the same.
+  void PreRenderSetup();
+  void PostRenderCleanup();
+  ///@}
+
+  ///@{
+  /// The same for a selection, which copies no image. The two kinds of pairs may nest.
+  void PreSelectSetup();
+  void PostSelectCleanup();
+  ///@}
+
+  /// Apply the settings to the view.
+  void Update();
+
+  /// Name of the framebuffer object that holds the host's image; 0 is the window, a negative value
+  /// the one that is bound for reading. The default is 1.
+  void SetSourceFBO(int fbo);
+  int GetSourceFBO() { return this->SourceFBO; }
+
+  ///@{
+  /// Fit the camera to what is visible, or to a box.
+  void ResetCamera();
+  void ResetCamera(double xmin, double xmax, double ymin, double ymax, double zmin, double zmax);
+  void ResetCameraClippingRange();
+  ///@}
+
+  /// Look at `c` against the direction of `n`, starting at c + n; fits the camera and renders. A zero
+  /// `n` is an error.
+  void ResetCameraToNormal(double cx, double cy, double cz, double nx, double ny, double nz);
+
+  /// Look along an axis: 1 is +z, 2 -z, 3 -y, 4 +y, 5 +x, any other -x (where the camera is, seen
+  /// from the center of what is visible); `flip` looks from the other side.
+  void SetViewDir(int direction, bool flip);
+
+  /// Take the camera from the host's matrices, 16 doubles each, row by row: the model-view matrix is
+  /// first x second (either may be null), then the projection as OpenGL defines it, perspective or
+  /// orthographic. Matrices that describe no camera are an error and change nothing.
+  void SetCameraMatrices(const double* first, const double* second, const double* projection);
+
+  void SetParallelProjection(bool on);
+  ///@{
+  /// Degrees.
+  void Pitch(double angle);
+  void Yaw(double angle);
+  ///@}
+  ///@{
+  /// Zoom by a factor. Azimuth() does the same.
+  void SetZoom(double factor);
+  void Azimuth(double factor);
+  ///@}
+
+  /// RGB in [0, 1]. Seen where the host brings no color of its own.
+  void SetBackground(double r, double g, double b);
+
+  ///@{
+  /// Size in pixels. Without area nothing is drawn; a negative size is an error.
+  void SetWindowSize(int w, int h);
+  void GetWindowSize(int size[2]);
+  ///@}
+
+  /// Draw into a part of the window, in pixels from its lower left corner.
+  void SetViewport(int x, int y, int w, int h);
+
+  /// On: render off screen only, and silence the toolkit's messages for good.
+  void SetOffScreenRendering(bool on);
+
+  /// Show the orientation axes, from the next Update() on.
+  void SetOrientationAxis(bool on);
+
+  ///@{
+  /// How far surfaces, lines and points of the same place are kept apart in depth, in all views.
+  void SetPolygonalOffset(double factor, double units);
+  void SetLineOffset(double factor, double units);
+  void SetPointOffset(double units);
+  ///@}
+
+  /// Bounds (xmin, xmax, ymin, ...) of the visible representations; false, and an inverted box, when
+  /// there is none.
+  bool GetBounds(double bounds[6]);
+
+  /// The picture, host image included; null on failure.
+  vtkSmartPointer<vtkImageData> CaptureImage();
+
+  /// Write the picture to a file; the extension names the format. False, with a message, on failure.
+  bool SaveScreenshot(const char* fileName);
+
+protected:
+  zylView();
+  ~zylView() override;
+
+  static void StartRenderCallback(
+    vtkObject* caller, unsigned long event, void* clientData, void* callData);
+
+private:
+  zylView(const zylView&) = delete;
+  void operator=(const zylView&) = delete;
+
+  void CreateProxy();
+  bool HasSession(const char* operation);
+  void UpdateProxy();
+  bool AdoptHostContext();
+  bool BeginHostFrame();
+  bool FindHostFrame();
+  void BindSourceFramebuffer();
+  void ResetCameraInBounds(const double* bounds);
+  vtkCamera* GetCamera();
+  vtkSMProxy* GetRenderViewSettings();
+  vtkSmartPointer<vtkSMProxy> NewScreenshotProxy(const char* fileName);
+  bool BeginCapture(const char* operation);
+  zylRepresentation* GetZYLRepresentation(vtkSMProxy* proxy);
+
+  bool IgnoreHostContext = false;
+  int SourceFBO = 1;
+  vtkSmartPointer<vtkSMRenderViewProxy> Proxy;
+  vtkWeakPointer<vtkRenderer> Renderer; // these two go with the session
+  vtkWeakPointer<vtkOpenGLRenderWindow> RenderWindow;
+  bool ContextInitialized = false;
+  std::set<vtkSmartPointer<zylRepresentation>> Representations;
+  vtkSmartPointer<zylPropertyCollection> Properties;
+  vtkSmartPointer<zylPropertyCollection> LightKitProperties;
+  vtkSmartPointer<vtkGraphicsFactory> GraphicsFactory;
+  bool InRenderSetup = false;
+  bool InSelectSetup = false;
+  bool OpenGLStatePushed = false;
+  vtkSmartPointer<vtkCallbackCommand> StartRenderCommand;
+
+  zylHostRenderWindow* GetHostWindow();
+  int BadSourceFBO = -1; // reported already
+};
+
+#endif

@@ -1,0 +1,284 @@
+#include "zylDataSet.h"
+
+#include "zylArrayInformation.h"
+#include "zylCore.h"
+#include "zylMultiBlockTree.h"
+#include "zylPropertyCollection.h"
+#include "zylTestData.h"
+#include "zylTestLog.h"
+#include "zylTimeController.h"
+
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include <vtkCellType.h>
+#include <vtkLogger.h>
+#include <vtkMultiBlockDataSet.h>
+#include <vtkNew.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMSourceProxy.h>
+#include <vtkUnstructuredGrid.h>
+
+namespace {
+using Ids = std::vector<unsigned int>;
+
+std::vector<std::string> ChainOf(zylDataSet* data)
+{
+  std::vector<std::string> names;
+  for (vtkSMProxy* proxy = data->GetOutput(); proxy != data->GetProxy();
+       proxy = vtkSMPropertyHelper(proxy, "Input").GetAsProxy(0))
+  {
+    names.insert(names.begin(), proxy->GetXMLName());
+  }
+  return names;
+}
+} // namespace
+
+TEST(zylDataSet, NumbersAndNamesTheBlocks)
+{
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeTree()));
+  EXPECT_EQ(data->GetBlockIDs(), Ids({ 0, 1, 2, 3, 4, 7, 8 }));
+  EXPECT_EQ(data->GetChildren(0), Ids({ 1, 2, 7, 8 }));
+  EXPECT_EQ(data->GetChildren(2), Ids({ 3, 4 }));
+  EXPECT_EQ(data->GetParent(3), 2u);
+  EXPECT_EQ(data->GetParent(0), 0xFFFFFFFFu);
+  EXPECT_EQ(data->GetParent(99), 0xFFFFFFFFu);
+  EXPECT_TRUE(data->GetChildren(99).empty());
+
+  zylMultiBlockTree* root = data->GetMultiBlockTree();
+  EXPECT_EQ(root->GetBlockName(), "root");
+  EXPECT_EQ(root->FindChildWithBlockIndex(7)->GetBlockName(), "Block7");
+  EXPECT_TRUE(root->FindChildWithBlockIndex(7)->PointArrays.empty());
+  EXPECT_TRUE(root->FindChildWithBlockIndex(5)->GetIsPiece());
+  EXPECT_FALSE(root->FindChildWithBlockIndex(4)->GetIsPiece());
+  EXPECT_EQ(root->FindChildWithBlockName("A")->GetBlockIndex(), 1u);
+  EXPECT_EQ(root->FindChildWithBlockName("a"), nullptr);
+
+  EXPECT_EQ(data->GetBlockMap().at("A"), 8u);
+  EXPECT_EQ(data->GetBlockNameToIDsMap().at("A"), Ids({ 1, 8 }));
+  EXPECT_EQ(data->GetBlockNameToIDsMap().at("P"), Ids({ 4 }));
+  EXPECT_EQ(data->GetBlockNameToIDsMap().count("G"), 0u);
+  EXPECT_EQ(data->GetNumberOfBlocks(), 6u); // the two blocks named A are one entry
+
+  double bounds[6];
+  EXPECT_TRUE(data->GetBounds(bounds));
+  EXPECT_EQ(bounds[1], 6.0);
+  EXPECT_EQ(data->GetNumberOfCells(), 5 * 8);
+  EXPECT_EQ(data->GetNumberOfPoints(), 5 * 27);
+}
+
+TEST(zylDataSet, DescribesTheArrays)
+{
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeTree()));
+  EXPECT_EQ(data->GetPointArrayNames(), std::vector<std::string>({ "pressure", "velocity" }));
+  EXPECT_EQ(data->GetCellArrayNames(8), std::vector<std::string>({ "quality" }));
+  EXPECT_EQ(data->GetNumberOfPointArrays(7), 0u);
+  double range[2];
+  data->GetPointArrayInformation(0)->GetComponentRange(0, range); // the root has the union
+  EXPECT_EQ(range[0], 0.0);
+  EXPECT_EQ(range[1], 6.0);
+  zylArrayInformation* velocity = data->GetPointArrayInformation(1, 8);
+  EXPECT_EQ(velocity->GetNumberOfComponents(), 3u);
+  velocity->GetComponentRange(1, range);
+  EXPECT_EQ(range[0], -5.0);
+  EXPECT_EQ(range[1], -4.0);
+  velocity->GetComponentRange(3, range);
+  EXPECT_DOUBLE_EQ(range[0], 4.0);
+  EXPECT_DOUBLE_EQ(range[1], std::sqrt(27.0));
+
+  zylTestLog log;
+  velocity->GetComponentRange(4, range);
+  EXPECT_TRUE(
+    log.Has(vtkLogger::VERBOSITY_ERROR, "Component 4 out of valid range [0, 4]"));
+  EXPECT_EQ(data->GetPointArrayInformation(0, 99), nullptr);
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "No block at index 99 found."));
+  EXPECT_EQ(data->GetPointArrayInformation(2, 8), nullptr);
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "Index 2 is an invalid point array index."));
+  EXPECT_EQ(data->GetCellArrayInformation(1), nullptr);
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "Index 1 is an invalid cell array index."));
+
+  const std::string text = zylConsole(
+    [&] { data->GetMultiBlockTree()->FindChildWithBlockIndex(1)->Print("  "); });
+  EXPECT_EQ(text,
+    "  Block 1: A\n    Point data arrays:\n      pressure: (1) - [0, 1], \n"
+    "      velocity: (3) - [0, 1], [0, 1], [0, 1], [0, 1.73205]\n"
+    "    Cell data arrays:\n      quality: (1) - [0, 7], \n");
+}
+
+TEST(zylDataSet, ConnectsTheStagesThatAreOn)
+{
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(2)));
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(ChainOf(data), Names({ "ForceTime", "PassThrough" }));
+  auto* settings = data->GetProperties();
+  settings->Set("ThresholdDataSet", true);
+  settings->Set("ThresholdVariable", "pressure");
+  settings->Set("ThresholdRange", 0, 0.4);
+  settings->Set("ThresholdRange", 1, 1.1);
+  settings->Set("DistributeDataSet", true);
+  settings->Set("InterpolateCellDataToPointData", true);
+  data->Update();
+  EXPECT_EQ(ChainOf(data),
+    Names({ "ForceTime", "Threshold", "RedistributeDataSet", "CellDataToPointData",
+      "PassThrough" }));
+  EXPECT_EQ(data->GetNumberOfCells(), 4); // x in [0.5, 1]
+  EXPECT_EQ(data->GetPointArrayNames(),
+    std::vector<std::string>({ "pressure", "quality", "velocity" }));
+  settings->Set("ThresholdDataSet", false);
+  settings->Set("DistributeDataSet", false);
+  settings->Set("InterpolateCellDataToPointData", false);
+  data->Update();
+  EXPECT_EQ(ChainOf(data), Names({ "ForceTime", "PassThrough" }));
+  EXPECT_EQ(data->GetNumberOfCells(), 16);
+}
+
+TEST(zylDataSet, GroupsSimpleData)
+{
+  const std::string folder = zylTestData::MakeFolder();
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(
+    data->LoadFromFile({ zylTestData::Write(zylTestData::MakeCube(0, 0, 0), folder + "/a.vtu") }));
+  EXPECT_EQ(ChainOf(data)[1], "GroupDataSets");
+  EXPECT_EQ(data->GetBlockIDs(), Ids({ 0, 1 }));
+  EXPECT_EQ(data->GetNumberOfCells(), 8);
+  EXPECT_EQ(data->GetFileNames(), std::vector<std::string>({ folder + "/a.vtu" }));
+  EXPECT_TRUE(data->GetTimestepValues().empty());
+  EXPECT_TRUE(data->GetBlockCentroids().empty());
+  EXPECT_EQ(data->GetDataGroupingString(), "");
+}
+
+TEST(zylDataSet, TellsCellTypes)
+{
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeTree()));
+  EXPECT_EQ(data->GetCellType(3), VTK_HEXAHEDRON);
+  EXPECT_EQ(data->GetCellType(7), -1);
+  EXPECT_EQ(data->GetCellType(99), -1);
+  const auto types = data->GetCellTypes();
+  ASSERT_EQ(types.size(), 9u);
+  EXPECT_EQ(types[0], -1);
+  EXPECT_EQ(types[1], VTK_HEXAHEDRON);
+  EXPECT_EQ(types[6], VTK_HEXAHEDRON);
+  EXPECT_EQ(types[8], VTK_HEXAHEDRON);
+}
+
+TEST(zylDataSet, TakesNewDataAtTheSameTime)
+{
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(2)));
+  vtkSMSourceProxy* producer = data->GetProxy();
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(5)));
+  EXPECT_EQ(data->GetProxy(), producer);
+  EXPECT_EQ(data->GetBlockIDs().size(), 6u);
+  EXPECT_FALSE(data->InitializeFromVTKDataSet(nullptr));
+  EXPECT_EQ(data->GetBlockIDs().size(), 6u);
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(vtkNew<vtkMultiBlockDataSet>())); // no blocks
+  EXPECT_EQ(data->GetBlockIDs(), Ids({ 0 }));
+  double bounds[6];
+  EXPECT_FALSE(data->GetBounds(bounds));
+  EXPECT_GT(bounds[0], bounds[1]);
+}
+
+class zylDataSetBadInput : public ::testing::Test
+{
+protected:
+  void SetUp() override
+  {
+    this->Folder = zylTestData::MakeFolder();
+    this->Good = zylTestData::Write(zylTestData::MakeRow(3), this->Folder + "/good.vtm");
+    ASSERT_TRUE(this->Data->LoadFromFile({ this->Good }));
+  }
+  void TearDown() override
+  {
+    // Whatever failed in between, the good data are still there.
+    EXPECT_EQ(this->Data->GetNumberOfCells(), 24);
+    EXPECT_EQ(this->Data->GetFileNames(), std::vector<std::string>({ this->Good }));
+  }
+  std::string Make(const std::string& name, const std::string& content)
+  {
+    std::ofstream(this->Folder + "/" + name) << content;
+    return this->Folder + "/" + name;
+  }
+  void ExpectFailure(const std::string& file, const std::string& message)
+  {
+    zylTestLog log;
+    EXPECT_FALSE(this->Data->LoadFromFile({ file })) << file;
+    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, message)) << log.Dump();
+  }
+
+  vtkNew<zylDataSet> Data;
+  std::string Folder;
+  std::string Good;
+};
+
+TEST_F(zylDataSetBadInput, FilesThatCannotBeRead)
+{
+  this->ExpectFailure(this->Folder + "/none.vtm", "File not readable " + this->Folder + "/none.vtm");
+  this->ExpectFailure(this->Make("a.unknown", "hello"), "File not readable. No reader found for ");
+  this->ExpectFailure(this->Make("empty.vtm", ""), "");
+  this->ExpectFailure(this->Make("garbage.vtu", "\x01\x02 not xml"), "");
+  this->ExpectFailure(this->Folder, "");
+  std::ostringstream good;
+  good << std::ifstream(this->Folder + "/good/good_0.vtu").rdbuf();
+  this->ExpectFailure(this->Make("cut.vtu", good.str().substr(0, good.str().size() / 2)), "Failed to read ");
+  zylTestLog log;
+  EXPECT_FALSE(this->Data->LoadFromFile({}));
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "NewDataSet called with no file names"));
+}
+
+TEST_F(zylDataSetBadInput, UnknownReader)
+{
+  zylTestLog log;
+  EXPECT_FALSE(this->Data->LoadFromFile({ this->Good }, "sources", "NoSuchReader"));
+  EXPECT_FALSE(this->Data->LoadFromFile({ this->Good }, "", ""));
+  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, "Failed to create new dataset"), 2);
+}
+
+TEST_F(zylDataSetBadInput, PartialDataAreReported)
+{
+  vtkNew<zylDataSet> partial;
+  const std::string folder = zylTestData::MakeFolder();
+  const std::string file = zylTestData::Write(zylTestData::MakeRow(3), folder + "/part.vtm");
+  std::remove((folder + "/part/part_1.vtu").c_str());
+  EXPECT_TRUE(partial->LoadFromFile({ file }));
+  EXPECT_GE(partial->GetNumberOfCells(), 16);
+  ASSERT_FALSE(partial->GetReadErrors().empty());
+  EXPECT_TRUE(this->Data->GetReadErrors().empty());
+}
+
+TEST_F(zylDataSetBadInput, UseBeforeAnythingIsLoaded)
+{
+  vtkNew<zylDataSet> empty;
+  zylTestLog log;
+  empty->Update();
+  EXPECT_TRUE(
+    log.Has(vtkLogger::VERBOSITY_WARNING, "Update() called when no dataset proxy was set"));
+  double bounds[6];
+  EXPECT_FALSE(empty->GetBounds(bounds));
+  EXPECT_EQ(empty->GetNumberOfPoints(), 0);
+  EXPECT_EQ(empty->GetOutput(), nullptr);
+  EXPECT_EQ(empty->GetCellType(0), -1);
+  EXPECT_TRUE(empty->GetCellTypes().empty());
+  EXPECT_TRUE(empty->GetFileNames().empty());
+  EXPECT_TRUE(empty->GetPointArrayNames().empty());
+  empty->SetDistributeDataSet(true);
+  EXPECT_TRUE(empty->GetDistributeDataSet());
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_INFO, "This function has been deprecated. Use "));
+}
+
+// Last: it ends the session.
+TEST(zylDataSetEnd, SurvivesTheEndOfTheSession)
+{
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(2)));
+  zylCore::GetInstance()->Disconnect();
+  data->Update();
+  EXPECT_FALSE(data->LoadFromFile({ "anything.vtm" }));
+  EXPECT_FALSE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(2)));
+  EXPECT_EQ(data->GetCellType(1), -1);
+  zylTimeController::GetInstance()->GoToTime(5.0);
+}

@@ -1,0 +1,272 @@
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <set>
+#include <vector>
+
+#include <malloc.h>
+
+#include <gtest/gtest.h>
+#include <vtkLogger.h>
+#include <vtkNew.h>
+#include <zylPropertyCollection.h>
+#include <zylTestLog.h>
+
+namespace {
+using Names = std::vector<std::string>;
+
+//--------------------------------------------------------------------------------------------------
+// About what a display pipeline declares: 34 settings, most of them single numbers.
+void Fill(zylPropertyCollection* collection, int kind)
+{
+  const double color[] = { 1.0, 0.7, 0.1 };
+  const std::string prefix(1, static_cast<char>('A' + kind));
+  for (int i = 0; i < 12; ++i)
+  {
+    collection->MakeInt(prefix + "IntegerSetting" + std::to_string(i), i);
+    collection->MakeDouble(prefix + "NumberSetting" + std::to_string(i), 0.1 * i);
+  }
+  for (int i = 0; i < 4; ++i)
+  {
+    collection->MakeDouble(prefix + "ColorOfSomething" + std::to_string(i), color, 3);
+    collection->MakeBool(prefix + "SwitchForThis" + std::to_string(i), false);
+  }
+  collection->MakeString(prefix + "VariableName", "Pressure");
+  collection->MakeString(prefix + "ColorMapName", "Cool to Warm");
+}
+
+//--------------------------------------------------------------------------------------------------
+double CpuMilliseconds()
+{
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, NamesAreOrderedByBytes)
+{
+  vtkNew<zylPropertyCollection> collection;
+  for (const char* name : { "b", "a", "B", "\xc3\xa4", "" })
+  {
+    collection->MakeInt(name, 1);
+  }
+  EXPECT_EQ(collection->GetPropertyNames(), (Names{ "", "B", "a", "b", "\xc3\xa4" }));
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, MakingReplaces)
+{
+  vtkNew<zylPropertyCollection> collection;
+  vtkSmartPointer<zylProperty> first = collection->MakeDouble("X");
+  EXPECT_EQ(first->GetNumberOfElements(), 0u);
+  const bool values[] = { true, false };
+  const auto before = collection->GetMTime();
+  zylProperty* second = collection->MakeBool("X", values, 2);
+  EXPECT_GT(collection->GetMTime(), before);
+  EXPECT_EQ(collection->GetProperty("X"), second);
+  EXPECT_EQ(first->GetReferenceCount(), 1);
+  EXPECT_EQ(collection->GetPropertyNames(), Names{ "X" });
+  EXPECT_TRUE(collection->GetBool("X"));
+  EXPECT_FALSE(collection->GetBool("X", 1));
+  collection->Clear();
+  EXPECT_FALSE(collection->Has("X"));
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, MissingNamesWarn)
+{
+  vtkNew<zylPropertyCollection> collection;
+  const int one = 1;
+  zylTestLog log;
+  EXPECT_FALSE(collection->Has("Nope"));
+  EXPECT_EQ(collection->GetProperty("Nope"), nullptr);
+  EXPECT_EQ(log.Dump(), "");
+
+  EXPECT_EQ(collection->GetDouble("Nope"), 0.0);
+  EXPECT_EQ(collection->GetString("Nope", 3), "");
+  EXPECT_EQ(collection->GetStringElements("Nope"), nullptr);
+  collection->Set("Nope", 1);
+  collection->Set("Nope", &one, 1);
+  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_WARNING,
+              "No property named 'Nope' exists in 'zylPropertyCollection' "),
+    5);
+  collection->SetName("view");
+  collection->GetBool("Nope");
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING,
+    "No property named 'Nope' exists in 'zylPropertyCollection' view"));
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, TraceOfSetters)
+{
+  vtkNew<zylPropertyCollection> collection;
+  collection->MakeBool("B", false);
+  collection->MakeInt("I", 0);
+  collection->MakeDouble("D", std::vector<double>(3).data(), 3);
+  collection->MakeString("S", "");
+  zylTestLog log;
+  for (int repeat = 0; repeat < 2; ++repeat)
+  {
+    collection->Set("B", true);
+    collection->Set("I", 5);
+    collection->Set("D", 2, 0.5);
+    collection->Set("S", "text");
+  }
+  EXPECT_EQ(log.Dump(),
+    "9: Property 'B' [0] set to 1\n"
+    "9: Property 'D' [2] set to 0.500000\n"
+    "9: Property 'S' [0] set to text\n");
+  EXPECT_EQ(collection->GetInt("I"), 5);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, WhoseTimeAdvances)
+{
+  vtkNew<zylPropertyCollection> collection;
+  zylProperty* property = collection->MakeDouble("D", 0.0);
+  auto collectionTime = collection->GetMTime();
+  auto propertyTime = property->GetMTime();
+  const auto advanced = [&](bool ofCollection, bool ofProperty) {
+    EXPECT_EQ(collection->GetMTime() > collectionTime, ofCollection);
+    EXPECT_EQ(property->GetMTime() > propertyTime, ofProperty);
+    collectionTime = collection->GetMTime();
+    propertyTime = property->GetMTime();
+  };
+  collection->Set("D", 0.0);
+  advanced(false, false);
+  collection->Set("D", 1.0);
+  advanced(true, true);
+  const double two = 2.0;
+  collection->Set("D", &two, 1);
+  advanced(false, true);
+  property->Set(3.0);
+  advanced(false, true);
+  collection->SetName("name");
+  advanced(false, false);
+  zylConsole([&] { collection->Set("D", 1); });
+  advanced(true, false);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, WrongTypeThroughTheCollection)
+{
+  vtkNew<zylPropertyCollection> collection;
+  collection->MakeBool("B", false);
+  EXPECT_EQ(zylConsole([&] { collection->Set("B", 1); }),
+    "Cannot retrieve int element from Bool property.\nCannot set int element on Bool property.\n");
+  // The default of the wrong kind counts as equal, so nothing is set.
+  EXPECT_EQ(zylConsole([&] { collection->Set("B", 0); }),
+    "Cannot retrieve int element from Bool property.\n");
+  EXPECT_FALSE(collection->GetBool("B"));
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, Hash)
+{
+  vtkNew<zylPropertyCollection> collection;
+  EXPECT_EQ(collection->GetHashValue(), 0u);
+  const int ints[] = { 1, -2 };
+  const bool bools[] = { false, true };
+  collection->MakeBool("Z", bools, 2);
+  collection->MakeInt("A", ints, 2);
+  // Computed by a program of another language.
+  EXPECT_EQ(collection->GetHashValue(), 0x47d02a88f2b18217u);
+  collection->MakeDouble("M", 1.0)->SetIncludeInHash(false);
+  EXPECT_EQ(collection->GetHashValue(), 0x47d02a88f2b18217u);
+  collection->GetProperty("M")->SetIncludeInHash(true);
+  EXPECT_NE(collection->GetHashValue(), 0x47d02a88f2b18217u);
+
+  vtkNew<zylPropertyCollection> renamed;
+  renamed->MakeInt("B", ints, 2);
+  renamed->MakeBool("C", bools, 2);
+  EXPECT_EQ(renamed->GetHashValue(), 0x47d02a88f2b18217u);
+  renamed->GetProperty("B")->SetElement(1, 2); // behind the collection's back
+  EXPECT_NE(renamed->GetHashValue(), 0x47d02a88f2b18217u);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, DeepCopyReplacesEverything)
+{
+  vtkNew<zylPropertyCollection> source;
+  source->SetName("source");
+  Fill(source, 0);
+  source->MakeInt("Hidden", 3)->SetIncludeInHash(false);
+  vtkNew<zylPropertyCollection> target;
+  target->SetName("target");
+  target->MakeInt("Old", 1);
+  target->DeepCopy(source);
+  EXPECT_EQ(target->PrintPropertiesToString(), source->PrintPropertiesToString());
+  EXPECT_EQ(target->GetHashValue(), source->GetHashValue());
+  EXPECT_EQ(target->GetName(), "target");
+  target->Set("Hidden", 4);
+  EXPECT_EQ(source->GetInt("Hidden"), 3);
+  EXPECT_EQ(target->GetHashValue(), source->GetHashValue());
+
+  vtkNew<zylPropertyCollection> empty;
+  const auto before = target->GetMTime();
+  target->DeepCopy(nullptr);
+  EXPECT_EQ(target->GetMTime(), before);
+  target->DeepCopy(empty);
+  EXPECT_GT(target->GetMTime(), before);
+  EXPECT_TRUE(target->GetPropertyNames().empty());
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylPropertyCollection, Printing)
+{
+  vtkNew<zylPropertyCollection> collection;
+  const double range[] = { 0, 1 };
+  collection->MakeDouble("ColorMapRange", range, 2);
+  collection->MakeDouble("Big", 1234567.0);
+  collection->MakeBool("On", true);
+  EXPECT_EQ(collection->PrintPropertiesToString(),
+    "zylPropertyCollection has property Big: 1.23457e+06 \n"
+    "zylPropertyCollection has property ColorMapRange: 0 1 \n"
+    "zylPropertyCollection has property On: 1 \n");
+}
+
+//--------------------------------------------------------------------------------------------------
+// Boundary representations keep five collections for each of thousands of blocks and hash them all
+// at every update.
+TEST(zylPropertyCollection, ThousandsOfBlocks)
+{
+  constexpr int blocks = 4000;
+  constexpr int kinds = 5;
+  vtkSmartPointer<zylPropertyCollection> prototypes[kinds];
+  for (int kind = 0; kind < kinds; ++kind)
+  {
+    prototypes[kind] = vtkSmartPointer<zylPropertyCollection>::New();
+    Fill(prototypes[kind], kind);
+  }
+  std::vector<vtkSmartPointer<zylPropertyCollection>> collections;
+  collections.reserve(blocks * kinds);
+  const auto bytesBefore = mallinfo2().uordblks;
+  const double start = CpuMilliseconds();
+  for (int i = 0; i < blocks * kinds; ++i)
+  {
+    collections.push_back(vtkSmartPointer<zylPropertyCollection>::New());
+    collections.back()->DeepCopy(prototypes[i % kinds]);
+  }
+  const double copied = CpuMilliseconds() - start;
+  const double bytes = static_cast<double>(mallinfo2().uordblks - bytesBefore) / blocks;
+
+  double fastest = 1e9;
+  for (int repeat = 0; repeat < 5; ++repeat)
+  {
+    std::set<std::uint64_t> hashes;
+    const double begin = CpuMilliseconds();
+    for (zylPropertyCollection* collection : collections)
+    {
+      hashes.insert(collection->GetHashValue());
+    }
+    fastest = std::min(fastest, CpuMilliseconds() - begin);
+    EXPECT_EQ(hashes.size(), 1u); // names do not enter
+  }
+  std::printf("%.0f bytes a block, %.1f a property; copying %.0f ms, hashing %.1f ms\n", bytes,
+    bytes / (34 * kinds), copied, fastest);
+  EXPECT_LT(bytes, 40000);
+  EXPECT_LT(fastest, 40);
+}
