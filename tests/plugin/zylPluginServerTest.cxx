@@ -151,6 +151,7 @@ TEST_P(PluginServer, ReadsSplitsAndDescribes)
   }
   auto* manager = core->GetSessionProxyManager();
   EXPECT_NE(manager->GetPrototypeProxy("filters", "AMRPartThreshold"), nullptr);
+  core->Disconnect();
 }
 
 INSTANTIATE_TEST_SUITE_P(Ranks, PluginServer, testing::Values(1, 2),

@@ -259,7 +259,7 @@ struct Linear
   Linear()
   {
     this->Wavelet = Builder("sources", "RTAnalyticSource").Make();
-    this->Tetrahedra = Builder("filters", "Tetrahedralize").Input(this->Wavelet).Make();
+    this->Tetrahedra = Builder("filters", "DataSetTriangleFilter").Input(this->Wavelet).Make();
     this->Blocks = Builder("filters", "GroupDataSets").Input(this->Tetrahedra).Make();
     this->Blocks->UpdatePipeline();
   }
