@@ -290,7 +290,10 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
 // Arrows and tubes reach a little beyond the data.
 void zylViewScene::UpdateBounds()
 {
-  this->View->GetBounds(this->Bounds);
+  if (!this->View->GetBounds(this->Bounds))
+  {
+    return; // nothing is visible
+  }
   vtkBoundingBox box(this->Bounds);
   box.Inflate(0.05 * box.GetDiagonalLength());
   box.GetBounds(this->Bounds);
