@@ -87,7 +87,8 @@ std::string ChooseArray(const zylViewBlocks& blocks)
     {
       continue;
     }
-    if (array.PointData && array.Components == 1 && array.Range[0] < array.Range[1])
+    const double spread = array.Range[1] - array.Range[0];
+    if (array.PointData && array.Components == 1 && spread > 1e-3 * std::abs(array.Range[1]))
     {
       return name;
     }
@@ -134,7 +135,7 @@ void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOption
     settings.push_back(last + "ScaleFactor=" + std::to_string(size / 40.0));
     settings.push_back(last + "Color=0.1,0.1,0.1");
   }
-  if (leaves.size() > 1 || few)
+  if (few)
   {
     settings.push_back(std::to_string(leaves.front()) + ":MeshLine.Visibility=true");
   }
