@@ -58,7 +58,6 @@ std::set<std::array<double, 3>> Colors(const fs::path& file)
   }
   return colors;
 }
-} // namespace
 
 class zylPackage : public testing::Test
 {
@@ -88,7 +87,7 @@ protected:
   static testing::AssertionResult Installed;
 };
 testing::AssertionResult zylPackage::Installed = testing::AssertionFailure();
-}
+} // namespace
 
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylPackage, ServesAHostThatNamesNothingButZyl)
