@@ -349,20 +349,24 @@ void zylDataSet::Update()
     vtkErrorMacro("The session in which the dataset was loaded has ended");
     return;
   }
-  zylErrorCapture errors;
   zylTimeController* controller = zylTimeController::GetInstance();
   const std::vector<double> steps = controller->GetTimestepValues();
   const double time = Snap(controller->GetActiveTime(), steps);
+  const vtkTypeUInt64 hash = this->Properties->GetHashValue();
+  const vtkMTimeType sourceTime = this->Proxy->GetMTime();
+  if (hash == this->LastPropertiesHash && time == this->LastUpdateTime &&
+    sourceTime == this->LastSourceTime)
+  {
+    return; // nothing to ask or tell the server
+  }
+  zylErrorCapture errors;
   if (this->ConnectChain(time, steps))
   {
     this->PassThroughProxy->UpdatePipeline(time);
-    const vtkTypeUInt64 hash = this->Properties->GetHashValue();
-    if (hash != this->LastPropertiesHash || time != this->LastUpdateTime)
-    {
-      this->RebuildTree();
-      this->LastPropertiesHash = hash;
-      this->LastUpdateTime = time;
-    }
+    this->RebuildTree();
+    this->LastPropertiesHash = hash;
+    this->LastUpdateTime = time;
+    this->LastSourceTime = this->Proxy->GetMTime();
   }
   else
   {

@@ -120,25 +120,30 @@ void zylProxyBuilder::Configure(vtkSMProxy* proxy) const
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::Make()
 {
-  auto source = this->MakeInitialized();
-  if (source)
-  {
-    vtkNew<vtkSMParaViewPipelineController> controller;
-    controller->RegisterPipelineProxy(source);
-  }
-  return source;
+  return this->MakeSource(true);
 }
 
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeInitialized()
 {
+  return this->MakeSource(false);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeSource(bool registered)
+{
   vtkSmartPointer<vtkSMSourceProxy> source = vtkSMSourceProxy::SafeDownCast(this->New());
   if (source)
   {
+    // One controller for all steps: it remembers what it has begun to initialize.
     vtkNew<vtkSMParaViewPipelineController> controller;
     controller->PreInitializeProxy(source);
     this->Configure(source);
     controller->PostInitializeProxy(source);
+    if (registered)
+    {
+      controller->RegisterPipelineProxy(source);
+    }
   }
   return source;
 }

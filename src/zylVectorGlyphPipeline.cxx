@@ -8,6 +8,7 @@
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
 #include <vtkSMPVRepresentationProxy.h>
+#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxyListDomain.h>
 #include <vtkSMSourceProxy.h>
