@@ -28,22 +28,41 @@ void SetBlocks(zylViewOptions& options, const std::vector<std::string>& texts)
 }
 
 //--------------------------------------------------------------------------------------------------
+// The channel opened by a slanting cut: the floor's mesh, the street of vortices on the plane at
+// mid-height, the vortex cores that stand in it.
 void FillForSample(zylViewOptions& options)
 {
   SetUnlessChosen(options.Array, "Velocity_Magnitude");
-  SetUnlessChosen(options.ContourArray, "Pressure");
-  SetUnlessChosen(options.GlyphArray, "Velocity");
-  options.GlyphScale = 0.5;
+  if (!options.Range && options.Array == "Velocity_Magnitude")
+  {
+    options.Range = { 4.0, 16.0 }; // around the wind, 10 m/s
+  }
+  if (!options.Time)
+  {
+    options.Time = 0.125;
+  }
+  if (options.View == 0 && !options.From)
+  {
+    options.From = { -0.45, -1.2, 0.85 };
+    options.Zoom *= 1.38;
+  }
   if (options.Clips.empty())
   {
-    options.Clips.push_back(zylParseClip("plane:4,-4,1.2,0,-0.6,0.8"));
+    options.Clips.push_back(zylParseClip("plane:4,-4,0.6,0,-0.6,0.8"));
   }
   SetBlocks(options,
-    { "root:Visibility=false", "root:Contour.Visibility=false", "root:VectorGlyph.Visibility=false",
-      "Extracts:Visibility=true", "Walls:Visibility=true", "Left side:Visibility=true",
-      "Outlet:Visibility=true", "Mid-plane:Contour.Visibility=true",
-      "Rake:VectorGlyph.Visibility=true", "Floor:MeshLine.Visibility=true", "Floor:ColorMode=0",
-      "Floor:Color=0.85,0.85,0.82", "Chimney:ColorMode=0", "Chimney:Color=0.70,0.30,0.20" });
+    { "root:Visibility=false", "root:Ambient=0.2", "root:Diffuse=0.95",
+      "root:ColorLegendLocation=4", "Extracts:Visibility=true", "Walls:Visibility=true",
+      "Inlet:Visibility=true", "Outlet:Visibility=true", "Left side:Visibility=true",
+      "Right side:Visibility=true", "Floor:ColorMode=0", "Floor:Color=0.85,0.85,0.82",
+      "Floor:MeshLine.Visibility=true", "Floor:MeshLine.Color=0.35,0.35,0.37",
+      "Chimney:ColorMode=0", "Chimney:Color=0.82,0.36,0.23", "Vortex cores:ColorMode=0",
+      "Vortex cores:Color=1,0.80,0.28", "Vortex cores:Transparency=0.25",
+      "Mid-plane:Contour.Visibility=true", "Mid-plane:Contour.ContourVariableName=Pressure",
+      "Mid-plane:Contour.ContourRange=-60,20", "Mid-plane:Contour.NumberOfContours=17",
+      "Mid-plane:Contour.Color=0.15,0.15,0.2", "Rake:VectorGlyph.Visibility=true",
+      "Rake:VectorGlyph.VectorVariable=Velocity", "Rake:VectorGlyph.ScaleFactor=0.5",
+      "Rake:VectorGlyph.Color=0.08,0.08,0.1" });
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -95,10 +114,11 @@ void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOption
   std::vector<std::string> settings;
   if (options.GlyphArray.empty() && !vector.empty() && few)
   {
-    options.GlyphArray = vector;
-    options.GlyphScale = size / 40.0;
-    settings.emplace_back("root:VectorGlyph.Visibility=false");
-    settings.push_back(std::to_string(leaves.back()) + ":VectorGlyph.Visibility=true");
+    const std::string last = std::to_string(leaves.back()) + ":VectorGlyph.";
+    settings.push_back(last + "Visibility=true");
+    settings.push_back(last + "VectorVariable=" + vector);
+    settings.push_back(last + "ScaleFactor=" + std::to_string(size / 40.0));
+    settings.push_back(last + "Color=0.1,0.1,0.1");
   }
   settings.push_back(std::to_string(leaves.front()) + ":MeshLine.Visibility=true");
   if (leaves.size() > 1)

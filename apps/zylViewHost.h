@@ -16,6 +16,7 @@ public:
   virtual void MakeCurrent() = 0;
   virtual int GetWidth() const = 0; ///< of the framebuffer, pixels
   virtual int GetHeight() const = 0;
+  virtual int GetPixelRatio() const = 0; ///< pixels per pixel of a usual screen, each way
   /// Show `scene` until the user quits, or write the picture. Throws zylViewError.
   virtual void Run(zylViewScene& scene) = 0;
 };

@@ -43,7 +43,7 @@ void Run(zylViewOptions& options)
     return;
   }
   host->MakeCurrent();
-  scene.Show(host->GetWidth(), host->GetHeight());
+  scene.Show(host->GetWidth(), host->GetHeight(), host->GetPixelRatio());
   host->Run(scene);
   if (options.Stats)
   {

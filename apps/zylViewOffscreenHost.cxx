@@ -4,7 +4,8 @@
 #include "zylViewOptions.h"
 #include "zylViewScene.h"
 
-#include <cstring>
+#include <string>
+#include <vector>
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
@@ -96,8 +97,9 @@ public:
     }
   }
 
-  int GetWidth() const override { return this->Options.Width; }
-  int GetHeight() const override { return this->Options.Height; }
+  int GetWidth() const override { return this->Options.Width * this->Options.Samples; }
+  int GetHeight() const override { return this->Options.Height * this->Options.Samples; }
+  int GetPixelRatio() const override { return this->Options.Samples; }
 
   void Run(zylViewScene& scene) override
   {
@@ -161,13 +163,27 @@ private:
 
   void Write() const
   {
-    vtkNew<vtkImageData> image;
-    image->SetDimensions(this->GetWidth(), this->GetHeight(), 1);
-    image->AllocateScalars(VTK_UNSIGNED_CHAR, 3);
+    const int width = this->GetWidth(), height = this->GetHeight(), n = this->Options.Samples;
+    std::vector<unsigned char> pixels(3 * static_cast<std::size_t>(width) * height);
     glBindFramebuffer(GL_FRAMEBUFFER, this->Framebuffer);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(0, 0, this->GetWidth(), this->GetHeight(), GL_RGB, GL_UNSIGNED_BYTE,
-      image->GetScalarPointer());
+    glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
+
+    vtkNew<vtkImageData> image;
+    image->SetDimensions(this->Options.Width, this->Options.Height, 1);
+    image->AllocateScalars(VTK_UNSIGNED_CHAR, 3);
+    auto out = static_cast<unsigned char*>(image->GetScalarPointer());
+    for (int i = 0; i < 3 * this->Options.Width * this->Options.Height; ++i)
+    {
+      const int x = i / 3 % this->Options.Width, y = i / 3 / this->Options.Width;
+      int sum = n * n / 2;
+      for (int s = 0; s < n * n; ++s)
+      {
+        sum +=
+          pixels[3 * (static_cast<std::size_t>(y * n + s / n) * width + x * n + s % n) + i % 3];
+      }
+      out[i] = static_cast<unsigned char>(sum / (n * n));
+    }
     vtkNew<vtkPNGWriter> writer;
     writer->SetFileName(this->Options.Output.c_str());
     writer->SetInputData(image);

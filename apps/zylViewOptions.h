@@ -49,6 +49,7 @@ struct zylViewOptions
   std::string Output; ///< empty: a window
   int Width = 1200;
   int Height = 800;
+  int Samples = 2; ///< pixels of the framebuffer for one of the picture, each way
   std::array<double, 3> BackgroundTop{ 0.56, 0.66, 0.78 };
   std::array<double, 3> BackgroundBottom{ 0.95, 0.96, 0.98 };
 

@@ -30,6 +30,7 @@
 #include <vtkPVProxyDefinitionIterator.h>
 #include <vtkPVRenderView.h>
 #include <vtkProcessModule.h>
+#include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxyDefinitionManager.h>
@@ -232,10 +233,6 @@ void zylViewScene::Load()
     std::fprintf(stderr, "zylview: a part of '%s' could not be read%s\n", first.c_str(),
       this->Explain().c_str());
   }
-  if (this->Options.Time)
-  {
-    zylTimeController::GetInstance()->GoToTime(*this->Options.Time);
-  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -251,18 +248,23 @@ std::string zylViewScene::Explain() const
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewScene::Show(int width, int height)
+void zylViewScene::Show(int width, int height, int pixelRatio)
 {
   zylViewProgress progress("preparing the view");
   progress.Observe(ProgressOf(zylCore::GetInstance()));
   Stopwatch watch(this, "update");
-  const zylViewBlocks blocks(this->DataSet);
   if (this->Options.Demo)
   {
-    zylFillDemoOptions(blocks, this->DataSet, this->Options);
+    zylFillDemoOptions(zylViewBlocks(this->DataSet), this->DataSet, this->Options);
   }
+  if (this->Options.Time)
+  {
+    zylTimeController::GetInstance()->GoToTime(*this->Options.Time); // the dataset follows
+  }
+  const zylViewBlocks blocks(this->DataSet);
   this->View = vtkSmartPointer<zylView>::New();
   this->View->SetWindowSize(width, height);
+  this->View->GetProxy()->GetRenderWindow()->SetDPI(72 * pixelRatio); // the size of text
 
   this->Representation = vtkSmartPointer<zylBoundaryRepresentation>::New();
   this->Representation->SetDataSet(this->DataSet);

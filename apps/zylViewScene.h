@@ -31,9 +31,9 @@ public:
   /// Connect if asked to, and load the files. Needs no OpenGL. Throws zylViewError.
   void Load();
 
-  /// Make the view and what it shows. The host's context must be current; it still is afterwards.
-  /// Throws zylViewError.
-  void Show(int width, int height);
+  /// Make the view and what it shows; its size in pixels, and how many pixels make up one of a
+  /// usual screen. The host's context must be current; it still is afterwards. Throws zylViewError.
+  void Show(int width, int height, int pixelRatio);
 
   /// Draw over what is in `framebuffer` (bound by the host). Context current.
   void Render(int framebuffer);

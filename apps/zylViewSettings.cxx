@@ -206,18 +206,26 @@ void zylViewSettings::ApplyLines()
     zylPropertyCollection* feature = this->Representation->GetFeatureLineProperties(block);
     feature->Set("Visibility", this->Options.FeatureLines);
     SetTriple(feature, "Color", Ink);
+    mesh->Set("TubeRadius", this->GetLineWidth());
+    feature->Set("TubeRadius", this->GetLineWidth());
   }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewSettings::ApplyContours()
 {
+  const auto leaves = this->Blocks.GetLeaves();
+  for (unsigned int block : leaves)
+  {
+    zylPropertyCollection* contour = this->Representation->GetContourProperties(block);
+    SetTriple(contour, "Color", Ink);
+    contour->Set("TubeRadius", this->GetLineWidth());
+  }
   if (this->Options.ContourArray.empty())
   {
     return;
   }
   const std::string& name = this->Options.ContourArray;
-  const auto leaves = this->Blocks.GetLeaves();
   const auto array = this->Blocks.NeedArray(name, leaves, true, 1);
   const auto range = Usable(this->Blocks.GetArray(name, this->GetShownBlocks()).Range);
   for (unsigned int block : leaves)
@@ -227,7 +235,6 @@ void zylViewSettings::ApplyContours()
     contour->Set("ContourVariableName", name);
     contour->Set("NumberOfContours", this->Options.NumberOfContours);
     contour->Set("ContourRange", range.data(), 2);
-    SetTriple(contour, "Color", Ink);
   }
 }
 
@@ -340,6 +347,13 @@ zylPropertyCollection* zylViewSettings::GetCollection(
     names.emplace_back(k.Name);
   }
   throw zylUnknownName("kind of display", kind, names);
+}
+
+//--------------------------------------------------------------------------------------------------
+double zylViewSettings::GetLineWidth() const
+{
+  // A picture with more samples than pixels wants lines of as many samples.
+  return this->Options.Output.empty() ? 1.0 : this->Options.Samples;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -38,6 +38,7 @@ private:
 
   zylPropertyCollection* GetCollection(const std::string& kind, unsigned int block) const;
   std::vector<unsigned int> GetShownBlocks() const;
+  double GetLineWidth() const; ///< pixels
 
   const zylViewOptions& Options;
   const zylViewBlocks& Blocks;

@@ -5,6 +5,7 @@
 #include "zylViewOptions.h"
 #include "zylViewScene.h"
 
+#include <algorithm>
 #include <cmath>
 
 #define GLFW_INCLUDE_NONE
@@ -25,6 +26,7 @@ public:
   void MakeCurrent() override { glfwMakeContextCurrent(this->Window); }
   int GetWidth() const override { return this->Width; }
   int GetHeight() const override { return this->Height; }
+  int GetPixelRatio() const override;
   void Run(zylViewScene& scene) override;
 
 private:
@@ -84,6 +86,14 @@ WindowHost::~WindowHost()
 {
   glfwDestroyWindow(this->Window);
   glfwTerminate();
+}
+
+//--------------------------------------------------------------------------------------------------
+int WindowHost::GetPixelRatio() const
+{
+  float x = 1.0f, y = 1.0f;
+  glfwGetWindowContentScale(this->Window, &x, &y);
+  return std::max(1, static_cast<int>(std::lround(x)));
 }
 
 //--------------------------------------------------------------------------------------------------
