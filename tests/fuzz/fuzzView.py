@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Feeds damaged files and odd arguments to zylview and keeps what makes it crash.
 
-    fuzz.py ZYLVIEW SEEDS KEEP SECONDS [RANDOM SEED]
+    fuzzView.py ZYLVIEW SEEDS KEEP SECONDS [RANDOM SEED]
 
 ZYLVIEW is the program (best built with sanitizers), SEEDS a folder of good files, KEEP the folder for
 what crashed. A run that ends by a signal, with a sanitizer's report or not at all is a finding; an
