@@ -73,8 +73,8 @@ TEST_P(PluginServer, ReadsSplitsAndDescribes)
 
     EXPECT_EQ(data->GetNumberOfCells(), zylSmallPlotfileCells + 1);
     EXPECT_EQ(data->GetMultiBlockTree()->GetChild(1)->GetNumberOfChildren(), 2u);
-    EXPECT_EQ(data->GetCellArrayNames(5),
-      (std::vector<std::string>{ "level_mask", "part_id", "value" }));
+    EXPECT_EQ(
+      data->GetCellArrayNames(5), (std::vector<std::string>{ "level_mask", "part_id", "value" }));
   }
   auto* manager = core->GetSessionProxyManager();
   EXPECT_NE(manager->GetPrototypeProxy("filters", "AMRPartThreshold"), nullptr);
@@ -97,8 +97,7 @@ TEST(PluginServerMissing, ServersWithoutThePluginAreReported)
   zylTestLog log;
   core->Connect(server.GetUrl().c_str(), 60);
   ASSERT_NE(core->GetSession(), nullptr);
-  EXPECT_TRUE(
-    log.Has(vtkLogger::VERBOSITY_ERROR, "Could not load required plugin VTKExtensions"))
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "Could not load required plugin VTKExtensions"))
     << log.Dump();
   {
     vtkNew<zylDataSet> data;
