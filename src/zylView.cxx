@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <vector>
 
 #include <vtkBoundingBox.h>
@@ -42,6 +43,7 @@
 #include <vtkTransform.h>
 #include <vtk_glew.h>
 #include <vtksys/SystemInformation.hxx>
+#include <vtksys/SystemTools.hxx>
 
 namespace {
 constexpr zylPropertyRow GeneralRows[] = {
@@ -90,12 +92,56 @@ constexpr Direction Directions[] = {
   { { 0, 0, 1 }, { 1, 0, 0 } },
 };
 
+// The OpenGL objects of what is dropped meanwhile are deleted in the adopted context or not at all.
+class ResourceScope
+{
+public:
+  explicit ResourceScope(vtkOpenGLRenderWindow* window)
+    : Window(window)
+  {
+    if (window)
+    {
+      window->PushContext();
+    }
+  }
+  ~ResourceScope()
+  {
+    if (this->Window)
+    {
+      this->Window->PopContext();
+    }
+  }
+  ResourceScope(const ResourceScope&) = delete;
+  ResourceScope& operator=(const ResourceScope&) = delete;
+
+private:
+  vtkWeakPointer<vtkOpenGLRenderWindow> Window;
+};
+
 constexpr const char* NoContext = "No OpenGL context is current";
 constexpr const char* NoRenderer = "No Renderer is available in the view";
 
 void Mark(const char* text)
 {
   vtkOpenGLRenderUtilities::MarkDebugEvent(text);
+}
+
+// Whether the file can be opened for writing; a file that does not exist is not left behind.
+bool IsWritable(const char* fileName)
+{
+  const bool existed = vtksys::SystemTools::FileExists(fileName);
+  const bool opened = std::ofstream(fileName, std::ios::app).is_open();
+  if (opened && !existed)
+  {
+    vtksys::SystemTools::RemoveFile(fileName);
+  }
+  return opened;
+}
+
+bool IsWritten(const char* fileName)
+{
+  return vtksys::SystemTools::FileExists(fileName, true) &&
+    vtksys::SystemTools::FileLength(fileName) > 0;
 }
 
 // A camera read from matrices, before it is known to be one.
@@ -220,6 +266,11 @@ zylView::~zylView()
     const vtkSmartPointer<zylRepresentation> rep = *this->Representations.begin();
     this->RemoveRepresentation(rep);
   }
+  if (this->RenderWindow)
+  {
+    // Mappers that are destroyed with OpenGL objects delete them in whatever context is current.
+    this->RenderWindow->ReleaseGraphicsResources(this->RenderWindow);
+  }
   if (this->Proxy)
   {
     this->Proxy->RemoveObserver(this->StartRenderCommand);
@@ -318,6 +369,7 @@ void zylView::AddRepresentation(zylRepresentation* rep)
 {
   if (rep && this->Representations.count(rep) == 0)
   {
+    ResourceScope resources(this->RenderWindow);
     rep->SetView(this);
     this->Representations.insert(rep);
     rep->Update();
@@ -330,6 +382,7 @@ void zylView::RemoveRepresentation(zylRepresentation* rep)
   const auto found = rep ? this->Representations.find(rep) : this->Representations.end();
   if (found != this->Representations.end())
   {
+    ResourceScope resources(this->RenderWindow);
     rep->SetView(nullptr);
     this->Representations.erase(found);
   }
@@ -951,6 +1004,11 @@ bool zylView::SaveScreenshot(const char* fileName)
   {
     return false;
   }
+  if (!IsWritable(fileName))
+  {
+    vtkLogF(ERROR, "SaveScreenshot: '%s' cannot be written to", fileName);
+    return false;
+  }
   vtkSmartPointer<vtkSMProxy> proxy = this->NewScreenshotProxy(fileName);
   auto* screenshot = vtkSMSaveScreenshotProxy::SafeDownCast(proxy);
   if (!screenshot)
@@ -958,8 +1016,9 @@ bool zylView::SaveScreenshot(const char* fileName)
     return false;
   }
   this->PreRenderSetup();
-  const bool written = screenshot->WriteImage(fileName);
+  bool written = screenshot->WriteImage(fileName);
   this->PostRenderCleanup();
+  written = IsWritten(fileName) && written; // ParaView does not see all failures
   if (!written)
   {
     vtkLogF(ERROR, "SaveScreenshot: '%s' could not be written", fileName);

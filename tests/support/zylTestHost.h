@@ -82,7 +82,7 @@ protected:
   int WindowSize[2] = { 0, 0 };
 
 private:
-  unsigned int Resolved();
+  unsigned int Resolve(unsigned int mask);
   void DeleteFramebuffer();
 
   unsigned int Framebuffer = 0;
@@ -91,6 +91,7 @@ private:
   unsigned int Program = 0;
   unsigned int VertexArray = 0;
   unsigned int VertexBuffer = 0;
+  unsigned int Copies[2] = { 0, 0 }; // renderbuffers of resolved copies
 };
 
 #endif
