@@ -826,6 +826,10 @@ void zylView::SetBackground(double r, double g, double b)
   if (this->GetCamera())
   {
     this->Renderer->SetBackground(r, g, b);
+    // Some ParaViews set the renderer from this at every render.
+    const double color[3] = { r, g, b };
+    vtkSMPropertyHelper(this->Proxy, "Background").Set(color, 3);
+    this->UpdateProxy();
   }
 }
 
