@@ -1,5 +1,5 @@
-# What `cmake --install` installs: the library, its headers, the applications, the parts that a ParaView
-# server loads, and the package that find_package(zyl) finds.
+# What `cmake --install` installs: the library, its headers, the applications and the package that
+# find_package(zyl) finds. The plugin installs itself.
 include(CMakePackageConfigHelpers)
 
 set(zyl_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/zyl")
@@ -14,7 +14,6 @@ endforeach()
 
 # Everything finds the library from where it lies, so that the prefix can be moved.
 file(RELATIVE_PATH from_bin "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-file(RELATIVE_PATH from_plugin "/${zyl_plugin_dir}" "/${CMAKE_INSTALL_LIBDIR}")
 set_target_properties(zyl zylxml PROPERTIES INSTALL_RPATH "\$ORIGIN")
 if(zyl_apps)
   set_target_properties(${zyl_apps} PROPERTIES INSTALL_RPATH "\$ORIGIN/${from_bin}")
@@ -25,11 +24,6 @@ install(TARGETS zyl zylxml EXPORT zylTargets
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zyl")
 if(zyl_apps)
   install(TARGETS ${zyl_apps} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-endif()
-install(DIRECTORY DESTINATION "${zyl_plugin_dir}")
-if(TARGET VTKExtensions)
-  set_target_properties(VTKExtensions PROPERTIES INSTALL_RPATH "\$ORIGIN/${from_plugin}")
-  install(TARGETS VTKExtensions LIBRARY DESTINATION "${zyl_plugin_dir}")
 endif()
 
 list(TRANSFORM zyl_public_headers PREPEND "${PROJECT_SOURCE_DIR}/src/")

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <dlfcn.h>
@@ -23,8 +24,9 @@
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
-#include <vtkSMSourceProxy.h>
 #include <vtkSMPTools.h>
+#include <vtkSMSourceProxy.h>
+#include <vtkSMStringVectorProperty.h>
 #include <vtkSmartPointer.h>
 
 #if __has_include(<vtkPVPythonOptions.h>)
@@ -239,31 +241,24 @@ BlockFlags CollectFlags(const int* pairs, std::size_t count, const zylMultiBlock
 
 #if ZYL_PARAVIEW_59
 
-// The (id, flag) pairs as they are, with one more pair for every leaf that they would show or hide
-// by inheritance against its own flag.
-std::vector<int> VisibilityPairs(
-  const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
+// The (id, flag) pairs as they are, and one more pair for whatever they would show by inheritance: a
+// leaf without a pair of its own below a shown inner node, or everything when the root has none.
+std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
 {
   std::vector<int> result(pairs, pairs + count);
-  const auto flags = FlagMap(pairs, count);
-  if (!tree)
-  {
-    return result;
-  }
+  auto flags = FlagMap(pairs, count);
   const BlockFlags blocks = CollectFlags(pairs, count, tree);
+  if (flags.emplace(0, false).second)
+  {
+    result.insert(result.end(), { 0, 0 });
+  }
   for (const auto& inner : blocks.InnerNodes)
   {
     const auto own = flags.find(static_cast<int>(inner.Id));
-    if (own == flags.end() || !own->second)
-    {
-      continue;
-    }
-    for (std::size_t i = inner.FirstLeaf; i < inner.EndLeaf; ++i)
+    for (std::size_t i = inner.FirstLeaf; own != flags.end() && own->second && i < inner.EndLeaf; ++i)
     {
       const int id = static_cast<int>(blocks.Leaves[i].Id);
-      if (flags.find(id) == flags.end() &&
-        std::find(result.begin() + static_cast<std::ptrdiff_t>(count), result.end(), id) ==
-          result.end())
+      if (flags.emplace(id, false).second)
       {
         result.insert(result.end(), { id, 0 });
       }
@@ -273,6 +268,52 @@ std::vector<int> VisibilityPairs(
 }
 
 #else
+
+std::string Text(unsigned int id)
+{
+  return std::to_string(id);
+}
+
+std::vector<std::string> RangeSelectors(
+  const std::vector<std::pair<unsigned int, unsigned int>>& ranges)
+{
+  std::vector<std::string> selectors;
+  for (const auto& range : ranges)
+  {
+    selectors.push_back(range.first == range.second
+        ? "//*[@cid=" + Text(range.first) + "]"
+        : "//*[@cid>=" + Text(range.first) + " and @cid<=" + Text(range.second) + "]");
+  }
+  return selectors;
+}
+
+// Each selector costs a walk over all nodes, so every one names many leaves; the range in front
+// spares most nodes the search in the list.
+std::vector<std::string> ListSelectors(const std::vector<BlockFlags::Leaf>& leaves)
+{
+  constexpr std::size_t perSelector = 128;
+  std::vector<unsigned int> ids;
+  for (const auto& leaf : leaves)
+  {
+    if (leaf.Visible)
+    {
+      ids.push_back(leaf.Id);
+    }
+  }
+  std::vector<std::string> selectors;
+  for (std::size_t begin = 0; begin < ids.size(); begin += perSelector)
+  {
+    const std::size_t end = std::min(ids.size(), begin + perSelector);
+    std::string list;
+    for (std::size_t i = begin; i < end; ++i)
+    {
+      list += " " + Text(ids[i]);
+    }
+    selectors.push_back("//*[@cid>=" + Text(ids[begin]) + " and @cid<=" + Text(ids[end - 1]) +
+      "][contains('" + list + " ',concat(' ',@cid,' '))]");
+  }
+  return selectors;
+}
 
 // Selectors of the hierarchy that together name exactly the visible leaves. A selector takes whole
 // subtrees, and a range of ids also catches the inner nodes in between: a run of visible leaves is
@@ -285,11 +326,9 @@ std::vector<std::string> VisibilitySelectors(const BlockFlags& blocks)
   {
     return { "/" };
   }
-  std::vector<std::string> selectors;
-  const auto add = [&selectors](unsigned int first, unsigned int last) {
-    selectors.push_back(first == last
-        ? "//*[@cid=" + std::to_string(first) + "]"
-        : "//*[@cid>=" + std::to_string(first) + " and @cid<=" + std::to_string(last) + "]");
+  std::vector<std::pair<unsigned int, unsigned int>> ranges;
+  const auto add = [&ranges](unsigned int first, unsigned int last) {
+    ranges.emplace_back(first, last);
   };
   std::size_t inner = 0;
   for (std::size_t begin = 0; begin < leaves.size();)
@@ -324,7 +363,7 @@ std::vector<std::string> VisibilitySelectors(const BlockFlags& blocks)
     add(first, leaves[end - 1].Id);
     begin = end;
   }
-  return selectors;
+  return ranges.size() <= 8 ? RangeSelectors(ranges) : ListSelectors(leaves);
 }
 
 #endif
@@ -433,12 +472,9 @@ void SetBlockVisibility(
 #else
   const std::vector<std::string> selectors =
     VisibilitySelectors(CollectFlags(pairs, count, tree));
-  vtkSMPropertyHelper helper(representation, "BlockSelectors");
-  helper.SetNumberOfElements(static_cast<unsigned int>(selectors.size()));
-  for (unsigned int i = 0; i < selectors.size(); ++i)
-  {
-    helper.Set(i, selectors[i].c_str());
-  }
+  auto* property =
+    vtkSMStringVectorProperty::SafeDownCast(representation->GetProperty("BlockSelectors"));
+  property->SetElements(selectors); // element by element would be quadratic
 #endif
 }
 

@@ -2,14 +2,32 @@
 
 #include "zylTimeController.h"
 
+#include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
 #include <vtkSMParaViewPipelineController.h>
+#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
+
+namespace {
+// The parts of a compound proxy can be asked for by position from within proxy classes only.
+struct SubProxies : public vtkSMProxy
+{
+  static unsigned int Count(vtkSMProxy* proxy)
+  {
+    return (proxy->*&SubProxies::GetNumberOfSubProxies)();
+  }
+  static vtkSMProxy* Get(vtkSMProxy* proxy, unsigned int i)
+  {
+    constexpr vtkSMProxy* (vtkSMProxy::*get)(unsigned int) = &SubProxies::GetSubProxy;
+    return (proxy->*get)(i);
+  }
+};
+} // namespace
 
 //--------------------------------------------------------------------------------------------------
 zylProxyBuilder::zylProxyBuilder(
@@ -51,9 +69,8 @@ zylProxyBuilder& zylProxyBuilder::Set(const char* property, double value)
 zylProxyBuilder& zylProxyBuilder::Set(const char* property, const char* value)
 {
   this->Steps.emplace_back(
-    [name = std::string(property), text = std::string(value)](vtkSMProxy* proxy) {
-      vtkSMPropertyHelper(proxy, name.c_str()).Set(text.c_str());
-    });
+    [name = std::string(property), text = std::string(value)](
+      vtkSMProxy* proxy) { vtkSMPropertyHelper(proxy, name.c_str()).Set(text.c_str()); });
   return *this;
 }
 
@@ -103,25 +120,30 @@ void zylProxyBuilder::Configure(vtkSMProxy* proxy) const
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::Make()
 {
-  auto source = this->MakeInitialized();
-  if (source)
-  {
-    vtkNew<vtkSMParaViewPipelineController> controller;
-    controller->RegisterPipelineProxy(source);
-  }
-  return source;
+  return this->MakeSource(true);
 }
 
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeInitialized()
 {
+  return this->MakeSource(false);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeSource(bool registered)
+{
   vtkSmartPointer<vtkSMSourceProxy> source = vtkSMSourceProxy::SafeDownCast(this->New());
   if (source)
   {
+    // One controller for all steps: it remembers what it has begun to initialize.
     vtkNew<vtkSMParaViewPipelineController> controller;
     controller->PreInitializeProxy(source);
     this->Configure(source);
     controller->PostInitializeProxy(source);
+    if (registered)
+    {
+      controller->RegisterPipelineProxy(source);
+    }
   }
   return source;
 }
@@ -141,6 +163,53 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeProxy()
     this->Configure(proxy);
   }
   return proxy;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view)
+{
+  auto proxy = this->New();
+  if (!proxy || !view)
+  {
+    return nullptr;
+  }
+  vtkNew<vtkSMParaViewPipelineController> controller;
+  controller->PreInitializeProxy(proxy);
+  zylMuteDomains(proxy);
+  this->Configure(proxy);
+  zylMuteDomains(proxy);
+  controller->PostInitializeProxy(proxy);
+  controller->RegisterRepresentationProxy(proxy);
+  vtkSMPropertyHelper(view, "Representations").Add(proxy);
+  view->UpdateVTKObjects();
+  return proxy;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMuteDomains(vtkSMProxy* proxy)
+{
+  if (!proxy)
+  {
+    return;
+  }
+  if (vtkSMProperty* input = proxy->GetProperty("Input"))
+  {
+    // The observers through which a property updates the domains that depend on it: on a change of
+    // its own, and when one of its producers has executed.
+    input->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
+    vtkSMPropertyHelper helper(input);
+    for (unsigned int i = 0; i < helper.GetNumberOfElements(); ++i)
+    {
+      if (vtkSMProxy* producer = helper.GetAsProxy(i))
+      {
+        producer->RemoveObservers(vtkCommand::UpdateDataEvent);
+      }
+    }
+  }
+  for (unsigned int i = 0; i < SubProxies::Count(proxy); ++i)
+  {
+    zylMuteDomains(SubProxies::Get(proxy, i));
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -31,7 +31,8 @@ public:
   /// Connect output port 0 of `source` (borrowed; null is skipped) to the input property.
   zylProxyBuilder& Input(vtkSMProxy* source, const char* property = "Input");
 
-  /// Values that are in place before the proxy is post-initialised. An unknown name is warned about by ParaView.
+  /// Values that are in place before the proxy is post-initialised. An unknown name is warned about
+  /// by ParaView.
   zylProxyBuilder& Set(const char* property, int value);
   zylProxyBuilder& Set(const char* property, double value);
   zylProxyBuilder& Set(const char* property, const char* value);
@@ -47,13 +48,21 @@ public:
   /// As Make(), but not registered: a stage that only its owner knows.
   vtkSmartPointer<vtkSMSourceProxy> MakeInitialized();
 
-  /// A short-lived proxy that is neither initialised by the controller nor registered; values pushed.
+  /// A short-lived proxy that is neither initialised by the controller nor registered; values
+  /// pushed.
   vtkSmartPointer<vtkSMSourceProxy> MakeUnregistered();
 
   /// As MakeUnregistered() for proxies that are no sources (settings, "misc", representations).
   vtkSmartPointer<vtkSMProxy> MakeProxy();
 
+  /// A representation proxy, registered as such and added to `view` (borrowed). Unlike ParaView's
+  /// own way this asks the server nothing about the data, which takes seconds with thousands of
+  /// blocks: what ParaView would choose by the data (array to color by, glyph size) is left to the
+  /// caller.
+  vtkSmartPointer<vtkSMProxy> MakeRepresentation(vtkSMProxy* view);
+
 private:
+  vtkSmartPointer<vtkSMSourceProxy> MakeSource(bool registered);
   vtkSmartPointer<vtkSMProxy> New() const;
   void Configure(vtkSMProxy* proxy) const;
 
@@ -63,9 +72,15 @@ private:
   std::vector<std::function<void(vtkSMProxy*)>> Steps;
 };
 
-/// Set the single input of `proxy` to output port 0 of `source` and push it. Nothing is sent when it
-/// is connected so already; null arguments do nothing.
+/// Set the single input of `proxy` to output port 0 of `source` and push it. Nothing is sent when
+/// it is connected so already; null arguments do nothing.
 ZYL_PRIVATE void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property = "Input");
+
+/// Keep the choices that ParaView offers for the properties of `proxy` (its domains: lists of
+/// arrays, ranges, bounds) from following its present inputs. They would be worked out anew, by a
+/// gather of everything about the data, whenever the inputs execute; nothing in the library reads
+/// them. Null does nothing. To be repeated when an input is replaced.
+ZYL_PRIVATE void zylMuteDomains(vtkSMProxy* proxy);
 
 /// Execute `source` and what is upstream of it at the active time (0 before any time is known).
 ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source);

@@ -60,26 +60,53 @@ std::set<std::array<double, 3>> Colors(const fs::path& file)
 }
 } // namespace
 
-//------------------------------------------------------------------------------
-TEST(zylPackage, AHostBuildsAgainstItAndDraws)
+class zylPackage : public testing::Test
 {
-  fs::remove_all(ZYL_TEST_FOLDER);
-  fs::create_directories(ZYL_TEST_FOLDER);
-  const std::string prefix = Folder("prefix").string();
-  const std::string build = Folder("build").string();
-  ASSERT_TRUE(Runs(ZYL_CMAKE " --install '" ZYL_BUILD_TREE "' --prefix '" + prefix + "'"));
-  EXPECT_TRUE(fs::is_directory(prefix + "/" ZYL_PLUGIN_FOLDER));
+protected:
+  static void SetUpTestSuite()
+  {
+    fs::remove_all(ZYL_TEST_FOLDER);
+    fs::create_directories(ZYL_TEST_FOLDER);
+    Installed = Runs(
+      ZYL_CMAKE " --install '" ZYL_BUILD_TREE "' --prefix '" + Folder("prefix").string() + "'");
+    WriteTetrahedron(Folder("tetrahedron.vtk"));
+  }
 
-  fs::copy(ZYL_HOST_SOURCE, Folder("source"), fs::copy_options::recursive);
-  ASSERT_TRUE(Runs(ZYL_CMAKE " -G Ninja -S '" + Folder("source").string() + "' -B '" + build +
-    "' -DCMAKE_PREFIX_PATH='" + prefix + "' -DCMAKE_CXX_FLAGS='" ZYL_HOST_FLAGS "'"));
-  ASSERT_TRUE(Runs(ZYL_CMAKE " --build '" + build + "'"));
+  void SetUp() override { ASSERT_TRUE(Installed); }
 
-  WriteTetrahedron(Folder("tetrahedron.vtk"));
+  /// Builds a copy of the project in `source` with nothing but the prefix.
+  static testing::AssertionResult Builds(const std::string& name, const fs::path& source)
+  {
+    const std::string copy = Folder(name + "-source").string();
+    const std::string tree = Folder(name).string();
+    fs::copy(source, copy, fs::copy_options::recursive);
+    return Runs(ZYL_CMAKE " -G Ninja -S '" + copy + "' -B '" + tree + "' -DCMAKE_PREFIX_PATH='" +
+      Folder("prefix").string() +
+      "' -DCMAKE_CXX_FLAGS='" ZYL_HOST_FLAGS "' && " ZYL_CMAKE " --build '" + tree + "'");
+  }
+
+  static testing::AssertionResult Installed;
+};
+testing::AssertionResult zylPackage::Installed = testing::AssertionFailure();
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylPackage, ServesAHostThatNamesNothingButZyl)
+{
+  EXPECT_TRUE(fs::is_regular_file(Folder("prefix") / ZYL_PLUGIN_FOLDER / "VTKExtensions.so"));
+  ASSERT_TRUE(Builds("host", ZYL_HOST_SOURCE));
+  EXPECT_TRUE(
+    Runs("'" + Folder("host/host").string() + "' '" + Folder("tetrahedron.vtk").string() + "'"));
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylPackage, ServesTheExampleHosts)
+{
+  ASSERT_TRUE(Builds("examples", ZYL_EXAMPLES_SOURCE));
   const std::string picture = Folder("picture.png").string();
-  ASSERT_TRUE(
-    Runs("'" + build + "/host' '" + Folder("tetrahedron.vtk").string() + "' '" + picture + "'"));
+  ASSERT_TRUE(Runs("'" + Folder("examples/picture").string() + "' '" +
+    Folder("tetrahedron.vtk").string() + "' '" + picture + "'"));
   const std::set<std::array<double, 3>> colors = Colors(picture);
-  EXPECT_EQ(colors.count({ 51, 77, 102 }), 1u) << "the host's own background in " << picture;
+  EXPECT_EQ(colors.count({ 204, 217, 230 }), 1u) << "the host's own background in " << picture;
   EXPECT_GE(colors.size(), 3u) << "two or three lit faces in " << picture;
 }

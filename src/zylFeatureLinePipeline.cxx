@@ -1,0 +1,11 @@
+#include "zylFeatureLinePipeline.h"
+
+#include <vtkObjectFactory.h>
+
+vtkStandardNewMacro(zylFeatureLinePipeline);
+
+//--------------------------------------------------------------------------------------------------
+zylFeatureLinePipeline::zylFeatureLinePipeline()
+{
+  this->RepresentationType = "Feature Edges";
+}

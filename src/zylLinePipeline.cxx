@@ -1,0 +1,46 @@
+#include "zylLinePipeline.h"
+
+#include "zylPropertyCollection.h"
+#include "zylPropertyTable.h"
+
+#include <vtkObjectFactory.h>
+#include <vtkSMPVRepresentationProxy.h>
+#include <vtkSMSourceProxy.h>
+
+vtkStandardNewMacro(zylLinePipeline);
+
+namespace {
+constexpr zylPropertyRow Rows[] = {
+  zylPropertyRow::Bool("RenderAsTubes", false).To("RenderLinesAsTubes"),
+  zylPropertyRow::Double("TubeRadius", 1.0).To("LineWidth"),
+};
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylLinePipeline::zylLinePipeline()
+{
+  this->zylLinePipeline::InitializeProperties();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylLinePipeline::InitializeProperties()
+{
+  this->Superclass::InitializeProperties();
+  zylDeclare(this->Properties, Rows);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylLinePipeline::Update(zylView* view)
+{
+  if (!this->EnsureRepresentation(view, this->DataSource))
+  {
+    return;
+  }
+  this->UpdateLighting();
+  this->SetRepresentationType(this->RepresentationType);
+  this->UpdateColors(view);
+  this->UpdateVisibility();
+  zylPush(this->Properties, Rows, this->Representation);
+  this->UpdateColorLegend(view);
+  this->Representation->UpdateVTKObjects();
+}

@@ -1,0 +1,102 @@
+#include "zylMultiClip.h"
+
+#include "zylClipPipelineHelper.h"
+#include "zylPropertyCollection.h"
+#include "zylProxyBuilder.h"
+
+#include <algorithm>
+
+#include <vtkLogger.h>
+#include <vtkObjectFactory.h>
+#include <vtkSMProxyManager.h>
+#include <vtkSMSessionProxyManager.h>
+#include <vtkSMSourceProxy.h>
+
+vtkStandardNewMacro(zylMultiClip);
+
+//--------------------------------------------------------------------------------------------------
+zylMultiClip::zylMultiClip() = default;
+
+//--------------------------------------------------------------------------------------------------
+zylMultiClip::~zylMultiClip()
+{
+  vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "~zylMultiClip");
+  zylUnregister(this->Output);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiClip::SetNumberOfClips(int number)
+{
+  vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "SetNumberOfClips");
+  const auto count = static_cast<std::size_t>(std::max(number, 0));
+  while (this->Clips.size() > count)
+  {
+    this->Clips.pop_back();
+  }
+  while (this->Clips.size() < count)
+  {
+    this->Clips.push_back(vtkSmartPointer<zylClipPipelineHelper>::New());
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+int zylMultiClip::GetNumberOfClips()
+{
+  return static_cast<int>(this->Clips.size());
+}
+
+//--------------------------------------------------------------------------------------------------
+zylPropertyCollection* zylMultiClip::GetProperties(int i)
+{
+  return i >= 0 && i < this->GetNumberOfClips() ? this->Clips[i]->GetProperties() : nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiClip::SetInput(vtkSMSourceProxy* input)
+{
+  this->Input = input;
+  if (input && !this->Output)
+  {
+    this->Output =
+      zylProxyBuilder(vtkSMProxyManager::GetProxyManager()->GetActiveSessionProxyManager(),
+        "filters", "PassThrough")
+        .Then(zylMuteDomains)
+        .Input(input)
+        .Make();
+  }
+  zylConnect(this->Output, input);
+  zylMuteDomains(this->Output);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMSourceProxy* zylMultiClip::GetOutput()
+{
+  if (!this->Input)
+  {
+    vtkLogF(ERROR, "No Input");
+    return nullptr;
+  }
+  return this->Output;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiClip::Update()
+{
+  if (!this->Input)
+  {
+    vtkLogF(ERROR, "No Input");
+    return;
+  }
+  vtkSMSourceProxy* last = this->Input;
+  for (zylClipPipelineHelper* clip : this->Clips)
+  {
+    clip->SetInput(last);
+    last = clip->GetOutput();
+  }
+  zylConnect(this->Output, last);
+  zylMuteDomains(this->Output);
+  for (zylClipPipelineHelper* clip : this->Clips)
+  {
+    clip->Update();
+  }
+}

@@ -1,0 +1,68 @@
+#include "zylSurfacePipeline.h"
+
+#include "zylPropertyCollection.h"
+#include "zylPropertyTable.h"
+
+#include <vtkObjectFactory.h>
+#include <vtkSMPVRepresentationProxy.h>
+#include <vtkSMSourceProxy.h>
+
+vtkStandardNewMacro(zylSurfacePipeline);
+
+namespace {
+constexpr zylPropertyRow Rows[] = {
+  zylPropertyRow::Int("ColorMapStyle", 1),
+  zylPropertyRow::Int("NumberOfColors", 5),
+  zylPropertyRow::Double("Transparency", 0.0).To("Opacity").Mapped(1.0, -1.0),
+  zylPropertyRow::Int("DisplayStyle", 0),
+  zylPropertyRow::Bool("RenderPointsAsSpheres", false).To("RenderPointsAsSpheres"),
+  zylPropertyRow::Double("PointRadius", 1.0).To("PointSize"),
+  zylPropertyRow::Bool("RenderLinesAsTubes", false).To("RenderLinesAsTubes"),
+  zylPropertyRow::Double("TubeRadius", 1.0).To("LineWidth"),
+  zylPropertyRow::Double("PointGaussianRadius", 1.0).To("GaussianRadius"),
+  zylPropertyRow::Int("PointGaussianType", 1).To("ShaderPreset"),
+};
+
+//--------------------------------------------------------------------------------------------------
+const char* RepresentationOf(int displayStyle)
+{
+  switch (displayStyle)
+  {
+    case 1:
+      return "Points";
+    case 2:
+      return "Point Gaussian";
+    default:
+      return "Surface";
+  }
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylSurfacePipeline::zylSurfacePipeline()
+{
+  this->zylSurfacePipeline::InitializeProperties();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSurfacePipeline::InitializeProperties()
+{
+  this->Superclass::InitializeProperties();
+  zylDeclare(this->Properties, Rows);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSurfacePipeline::Update(zylView* view)
+{
+  if (!this->EnsureRepresentation(view, this->DataSource))
+  {
+    return;
+  }
+  this->UpdateLighting();
+  this->SetRepresentationType(RepresentationOf(this->Properties->GetInt("DisplayStyle")));
+  this->UpdateColors(view);
+  this->UpdateVisibility();
+  zylPush(this->Properties, Rows, this->Representation);
+  this->UpdateColorLegend(view);
+  this->Representation->UpdateVTKObjects();
+}
