@@ -155,7 +155,8 @@ struct CameraValues
 
   bool IsFinite() const
   {
-    double sum = this->Near + this->Far + this->WindowCenter[0] + this->WindowCenter[1] + this->Scale;
+    double sum =
+      this->Near + this->Far + this->WindowCenter[0] + this->WindowCenter[1] + this->Scale;
     for (int i = 0; i < 3; ++i)
     {
       sum += this->Position[i] + this->FocalPoint[i] + this->ViewUp[i];
@@ -501,7 +502,8 @@ bool zylView::FindHostFrame()
   {
     return true;
   }
-  // Called out of order. Popping needs a level on the toolkit's stack, which ends the process without.
+  // Called out of order. Popping needs a level on the toolkit's stack, which ends the process
+  // without.
   if (this->BeginHostFrame())
   {
     window->GetState()->Push();
@@ -538,8 +540,8 @@ void zylView::PreRenderSetup()
 {
   if (this->InRenderSetup)
   {
-    vtkLogF(ERROR,
-      "PreRenderSetup was called a second time without PostRenderCleanup() being called");
+    vtkLogF(
+      ERROR, "PreRenderSetup was called a second time without PostRenderCleanup() being called");
   }
   if (!this->IgnoreHostContext && this->BeginHostFrame())
   {
@@ -589,8 +591,8 @@ void zylView::PreSelectSetup()
 {
   if (this->InSelectSetup)
   {
-    vtkLogF(ERROR,
-      "PreSelectSetup was called a second time without PostSelectCleanup() being called");
+    vtkLogF(
+      ERROR, "PreSelectSetup was called a second time without PostSelectCleanup() being called");
   }
   if (this->BeginHostFrame())
   {
@@ -698,8 +700,7 @@ void zylView::ResetCameraClippingRange()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylView::ResetCameraToNormal(
-  double cx, double cy, double cz, double nx, double ny, double nz)
+void zylView::ResetCameraToNormal(double cx, double cy, double cz, double nx, double ny, double nz)
 {
   double normal[3] = { nx, ny, nz };
   const double length = vtkMath::Normalize(normal);
@@ -710,8 +711,7 @@ void zylView::ResetCameraToNormal(
   }
   if (vtkCamera* camera = this->GetCamera())
   {
-    camera->SetPosition(
-      cx + length * normal[0], cy + length * normal[1], cz + length * normal[2]);
+    camera->SetPosition(cx + length * normal[0], cy + length * normal[1], cz + length * normal[2]);
     camera->SetFocalPoint(cx, cy, cz);
     camera->OrthogonalizeViewUp();
     this->ResetCamera();
@@ -741,8 +741,7 @@ void zylView::SetViewDir(int direction, bool flip)
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylView::SetCameraMatrices(
-  const double* first, const double* second, const double* projection)
+void zylView::SetCameraMatrices(const double* first, const double* second, const double* projection)
 {
   vtkCamera* camera = this->GetCamera();
   if (!camera)
@@ -972,8 +971,8 @@ bool zylView::GetBounds(double bounds[6])
   {
     box.GetBounds(bounds);
   }
-  vtkVLogF(vtkLogger::VERBOSITY_TRACE, "GetBounds(): [%f, %f, %f, %f, %f, %f]", bounds[0], bounds[1],
-    bounds[2], bounds[3], bounds[4], bounds[5]);
+  vtkVLogF(vtkLogger::VERBOSITY_TRACE, "GetBounds(): [%f, %f, %f, %f, %f, %f]", bounds[0],
+    bounds[1], bounds[2], bounds[3], bounds[4], bounds[5]);
   return bounds[0] <= bounds[1];
 }
 
@@ -1043,8 +1042,7 @@ void zylView::StartRenderCallback(
   const bool suppressed = vtkSMPropertyHelper(proxy, "SuppressRendering").GetAsInt() != 0;
   if (!suppressed && !self->OpenGLStatePushed && !self->IgnoreHostContext)
   {
-    vtkLogF(
-      ERROR, "ParaView RenderView is being called without the OpenGL state being recorded");
+    vtkLogF(ERROR, "ParaView RenderView is being called without the OpenGL state being recorded");
     vtkLogF(ERROR, "%s", vtksys::SystemInformation::GetProgramStack(5, 1).c_str());
   }
 }

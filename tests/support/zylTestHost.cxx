@@ -100,9 +100,9 @@ public:
       return false;
     }
     eglBindAPI(EGL_OPENGL_API);
-    const EGLint wanted[] = { EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
-      EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_DEPTH_SIZE, 24, EGL_STENCIL_SIZE, 8,
-      EGL_NONE };
+    const EGLint wanted[] = { EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE,
+      EGL_OPENGL_BIT, EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_DEPTH_SIZE, 24,
+      EGL_STENCIL_SIZE, 8, EGL_NONE };
     EGLint count = 0;
     if (!eglChooseConfig(this->Connection, wanted, &this->Config, 1, &count) || count == 0)
     {
@@ -216,8 +216,7 @@ public:
   }
 
 private:
-  static constexpr GLenum Skips[3] = { GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS,
-    GL_PACK_SKIP_PIXELS };
+  static constexpr GLenum Skips[3] = { GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS };
   GLint Buffer = 0, Draw = 0, Read = 0, Renderbuffer = 0;
   GLint Values[3] = { 0, 0, 0 };
   bool Scissor, Srgb;
@@ -302,8 +301,7 @@ void zylTestHost::UseFramebuffer(int width, int height, const FramebufferOptions
     {
       glBindRenderbuffer(GL_RENDERBUFFER, this->Attachments[i]);
       glRenderbufferStorageMultisample(GL_RENDERBUFFER, options.Samples, format, width, height);
-      glFramebufferRenderbuffer(
-        GL_FRAMEBUFFER, points[i], GL_RENDERBUFFER, this->Attachments[i]);
+      glFramebufferRenderbuffer(GL_FRAMEBUFFER, points[i], GL_RENDERBUFFER, this->Attachments[i]);
     }
   }
   glBindRenderbuffer(GL_RENDERBUFFER, 0);

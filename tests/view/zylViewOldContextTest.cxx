@@ -1,5 +1,5 @@
-// The view in a context that is too old. The driver is told to report OpenGL 3.1, which it reads once
-// per process.
+// The view in a context that is too old. The driver is told to report OpenGL 3.1, which it reads
+// once per process.
 #include "zylHostTest.h"
 #include "zylTestLog.h"
 #include "zylView.h"

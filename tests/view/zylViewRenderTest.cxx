@@ -1,8 +1,8 @@
 // The view in the context of a host: pictures, and the host's context and state kept.
-#include "zylView.h"
 #include "zylCore.h"
 #include "zylHostTest.h"
 #include "zylTestLog.h"
+#include "zylView.h"
 
 #include <array>
 #include <cmath>
@@ -163,7 +163,9 @@ struct FormatCase
   Framebuffer Options;
 };
 
-class zylViewFormats : public zylViewRender, public ::testing::WithParamInterface<FormatCase>
+class zylViewFormats
+  : public zylViewRender
+  , public ::testing::WithParamInterface<FormatCase>
 {
 };
 
@@ -200,7 +202,8 @@ INSTANTIATE_TEST_SUITE_P(Framebuffers, zylViewFormats,
     FormatCase{ "Float", { 0, GL_RGBA16F, GL_DEPTH_COMPONENT32F, 1 } }),
   [](const auto& info) { return info.param.Name; });
 
-// Without depths of the host the sphere is drawn over everything, also after a frame that had depths.
+// Without depths of the host the sphere is drawn over everything, also after a frame that had
+// depths.
 TEST_F(zylViewRender, TakesAFramebufferWithoutDepth)
 {
   ShowSphere(this->View);
@@ -515,9 +518,8 @@ TEST_F(zylViewRender, GoesOnWhenCallsAreOutOfOrder)
   EXPECT_EQ(log.Count(Error,
               "PreRenderSetup was called a second time without PostRenderCleanup() being called"),
     1);
-  EXPECT_EQ(log.Count(
-              Error, "PostRenderCleanup() called without PreRenderSetup() being invoked"),
-    1);
+  EXPECT_EQ(
+    log.Count(Error, "PostRenderCleanup() called without PreRenderSetup() being invoked"), 1);
   this->Unchanged("select", [this] {
     this->View->PreSelectSetup();
     this->View->PreSelectSetup();
