@@ -309,8 +309,8 @@ bool zylWriteAMReX(const std::string& path, const zylAMReXPlotfile& plot, std::s
 }
 
 //--------------------------------------------------------------------------------------------------
-std::vector<zylAMReXBox> zylAMReXBoxes(const std::array<int, 3>& cells, int size,
-  const std::function<bool(const zylAMReXBox&)>& keep)
+std::vector<zylAMReXBox> zylAMReXBoxes(
+  const std::array<int, 3>& cells, int size, const std::function<bool(const zylAMReXBox&)>& keep)
 {
   std::vector<zylAMReXBox> boxes;
   for (int k = 0; k < cells[2]; k += size)

@@ -1,6 +1,6 @@
 /// @file zylAMReXWriter.h
-/// Writes AMReX plotfiles (HyperCLaw-V1.1, 64 bit little-endian numbers) from a function of the cell.
-/// Plain C++, for sample data, tests and benchmarks.
+/// Writes AMReX plotfiles (HyperCLaw-V1.1, 64 bit little-endian numbers) from a function of the
+/// cell. Plain C++, for sample data, tests and benchmarks.
 ///
 ///     zylAMReXPlotfile plot;
 ///     plot.Variables = { "pressure", "part_id", "level_mask" };

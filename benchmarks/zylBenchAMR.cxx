@@ -4,7 +4,8 @@
 //
 // Stages: "read" (the toolkit's AMReX reader) and "parts" (the filter alone), each with wall time,
 // user and system CPU in seconds and the peak resident size of the process so far. The SMP backend
-// and the number of threads come from the environment (VTK_SMP_BACKEND_IN_USE, VTK_SMP_MAX_THREADS).
+// and the number of threads come from the environment (VTK_SMP_BACKEND_IN_USE,
+// VTK_SMP_MAX_THREADS).
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -35,8 +36,9 @@ void Stage(const char* name, Action action)
   const double wall =
     std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   getrusage(RUSAGE_SELF, &after);
-  std::printf("{\"stage\": \"%s\", \"wall\": %.4f, \"user\": %.4f, \"sys\": %.4f, \"rss_mb\": %.1f}\n",
-    name, wall, Seconds(after.ru_utime) - Seconds(before.ru_utime),
+  std::printf(
+    "{\"stage\": \"%s\", \"wall\": %.4f, \"user\": %.4f, \"sys\": %.4f, \"rss_mb\": %.1f}\n", name,
+    wall, Seconds(after.ru_utime) - Seconds(before.ru_utime),
     Seconds(after.ru_stime) - Seconds(before.ru_stime),
     static_cast<double>(after.ru_maxrss) * 1024 / 1e6);
   std::fflush(stdout);

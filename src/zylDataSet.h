@@ -193,6 +193,7 @@ private:
   vtkSmartPointer<zylMultiBlockTree> MultiBlockTree;
   vtkTypeUInt64 LastPropertiesHash = 0;
   double LastUpdateTime = -1e299;
+  vtkMTimeType LastSourceTime = 0;
   unsigned long TimeObserverTag = 0;
   std::unordered_map<unsigned int, zylMultiBlockTree*> Index; // into the tree
   vtkIdType NumberOfPoints = 0;

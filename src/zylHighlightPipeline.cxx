@@ -41,6 +41,7 @@ const char* RepresentationOf(int style)
 //--------------------------------------------------------------------------------------------------
 zylHighlightPipeline::zylHighlightPipeline()
 {
+  this->InnerNodesMeanLeaves = true;
   this->zylHighlightPipeline::InitializeProperties();
 }
 

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <dlfcn.h>
@@ -23,8 +24,9 @@
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
-#include <vtkSMSourceProxy.h>
 #include <vtkSMPTools.h>
+#include <vtkSMSourceProxy.h>
+#include <vtkSMStringVectorProperty.h>
 #include <vtkSmartPointer.h>
 
 #if __has_include(<vtkPVPythonOptions.h>)
@@ -267,6 +269,52 @@ std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylM
 
 #else
 
+std::string Text(unsigned int id)
+{
+  return std::to_string(id);
+}
+
+std::vector<std::string> RangeSelectors(
+  const std::vector<std::pair<unsigned int, unsigned int>>& ranges)
+{
+  std::vector<std::string> selectors;
+  for (const auto& range : ranges)
+  {
+    selectors.push_back(range.first == range.second
+        ? "//*[@cid=" + Text(range.first) + "]"
+        : "//*[@cid>=" + Text(range.first) + " and @cid<=" + Text(range.second) + "]");
+  }
+  return selectors;
+}
+
+// Each selector costs a walk over all nodes, so every one names many leaves; the range in front
+// spares most nodes the search in the list.
+std::vector<std::string> ListSelectors(const std::vector<BlockFlags::Leaf>& leaves)
+{
+  constexpr std::size_t perSelector = 128;
+  std::vector<unsigned int> ids;
+  for (const auto& leaf : leaves)
+  {
+    if (leaf.Visible)
+    {
+      ids.push_back(leaf.Id);
+    }
+  }
+  std::vector<std::string> selectors;
+  for (std::size_t begin = 0; begin < ids.size(); begin += perSelector)
+  {
+    const std::size_t end = std::min(ids.size(), begin + perSelector);
+    std::string list;
+    for (std::size_t i = begin; i < end; ++i)
+    {
+      list += " " + Text(ids[i]);
+    }
+    selectors.push_back("//*[@cid>=" + Text(ids[begin]) + " and @cid<=" + Text(ids[end - 1]) +
+      "][contains('" + list + " ',concat(' ',@cid,' '))]");
+  }
+  return selectors;
+}
+
 // Selectors of the hierarchy that together name exactly the visible leaves. A selector takes whole
 // subtrees, and a range of ids also catches the inner nodes in between: a run of visible leaves is
 // split at every inner node whose subtree reaches beyond the run.
@@ -278,11 +326,9 @@ std::vector<std::string> VisibilitySelectors(const BlockFlags& blocks)
   {
     return { "/" };
   }
-  std::vector<std::string> selectors;
-  const auto add = [&selectors](unsigned int first, unsigned int last) {
-    selectors.push_back(first == last
-        ? "//*[@cid=" + std::to_string(first) + "]"
-        : "//*[@cid>=" + std::to_string(first) + " and @cid<=" + std::to_string(last) + "]");
+  std::vector<std::pair<unsigned int, unsigned int>> ranges;
+  const auto add = [&ranges](unsigned int first, unsigned int last) {
+    ranges.emplace_back(first, last);
   };
   std::size_t inner = 0;
   for (std::size_t begin = 0; begin < leaves.size();)
@@ -317,7 +363,7 @@ std::vector<std::string> VisibilitySelectors(const BlockFlags& blocks)
     add(first, leaves[end - 1].Id);
     begin = end;
   }
-  return selectors;
+  return ranges.size() <= 8 ? RangeSelectors(ranges) : ListSelectors(leaves);
 }
 
 #endif
@@ -426,12 +472,9 @@ void SetBlockVisibility(
 #else
   const std::vector<std::string> selectors =
     VisibilitySelectors(CollectFlags(pairs, count, tree));
-  vtkSMPropertyHelper helper(representation, "BlockSelectors");
-  helper.SetNumberOfElements(static_cast<unsigned int>(selectors.size()));
-  for (unsigned int i = 0; i < selectors.size(); ++i)
-  {
-    helper.Set(i, selectors[i].c_str());
-  }
+  auto* property =
+    vtkSMStringVectorProperty::SafeDownCast(representation->GetProperty("BlockSelectors"));
+  property->SetElements(selectors); // element by element would be quadratic
 #endif
 }
 

@@ -163,6 +163,28 @@ const vtkZYLBlockInformation::Array* FindInBlocks(
 }
 
 //--------------------------------------------------------------------------------------------------
+// Append (id, 1) for every leaf that is flagged itself or below a flagged node.
+void AppendLeaves(const zylMultiBlockTree* node, const std::unordered_set<int>& flagged, bool inside,
+  std::vector<int>& pairs)
+{
+  const int id = static_cast<int>(node->GetBlockIndex());
+  inside = inside || flagged.count(id) > 0;
+  const unsigned int count = node->GetNumberOfChildren();
+  if (count == 0 || node->GetChild(0)->GetIsPiece())
+  {
+    if (inside)
+    {
+      pairs.insert(pairs.end(), { id, 1 });
+    }
+    return;
+  }
+  for (unsigned int i = 0; i < count; ++i)
+  {
+    AppendLeaves(node->GetChild(i), flagged, inside, pairs);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 bool IsLeaf(const std::vector<vtkZYLBlockInformation::Node>& nodes, std::size_t i)
 {
   return nodes[i].NumberOfChildren == 0 || nodes[i + 1].IsPiece;
@@ -543,12 +565,33 @@ void zylPipeline::UpdateColorMap()
 }
 
 //--------------------------------------------------------------------------------------------------
+std::vector<int> zylPipeline::GetBlockPairs()
+{
+  const zylProperty* blocks = this->Properties->GetProperty("BlockVisibility");
+  const int* elements = blocks->GetIntElements();
+  std::vector<int> pairs(elements, elements + blocks->GetNumberOfElements());
+  if (!this->InnerNodesMeanLeaves || !this->BlockTree)
+  {
+    return pairs;
+  }
+  std::unordered_set<int> flagged;
+  for (std::size_t i = 0; i + 1 < pairs.size(); i += 2)
+  {
+    if (pairs[i + 1] != 0)
+    {
+      flagged.insert(pairs[i]);
+    }
+  }
+  pairs.clear();
+  AppendLeaves(this->BlockTree, flagged, false, pairs);
+  return pairs;
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylPipeline::UpdateVisibility()
 {
   SetIfDifferent(this->Representation, "Visibility", this->AnyBlocksVisible() ? 1 : 0);
-  const zylProperty* blocks = this->Properties->GetProperty("BlockVisibility");
-  const int* pairs = blocks->GetIntElements();
-  const std::vector<int> wanted(pairs, pairs + blocks->GetNumberOfElements());
+  const std::vector<int> wanted = this->GetBlockPairs();
   const vtkMTimeType treeTime =
     this->BlockTree ? const_cast<zylMultiBlockTree*>(this->BlockTree)->GetMTime() : 0;
   if (wanted != this->ShownBlocks || treeTime != this->ShownTreeTime)
@@ -715,9 +758,8 @@ void zylPipeline::GatherBounds(bool visibleOnly, double bounds[6])
   if (IsAlive(this->DataSource) && (!visibleOnly || this->AnyBlocksVisible()))
   {
     std::unordered_set<int> shown;
-    const zylProperty* blocks = this->Properties->GetProperty("BlockVisibility");
-    const int* pairs = blocks->GetIntElements();
-    for (unsigned int i = 0; visibleOnly && i + 1 < blocks->GetNumberOfElements(); i += 2)
+    const std::vector<int> pairs = this->GetBlockPairs();
+    for (std::size_t i = 0; visibleOnly && i + 1 < pairs.size(); i += 2)
     {
       if (pairs[i + 1] != 0)
       {

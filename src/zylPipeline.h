@@ -150,6 +150,9 @@ protected:
   /// components; false if nowhere. Asks the server only if the block tree does not know it.
   bool FindArray(const std::string& name, int& association, int& components);
 
+  /// A flag on an inner node of the block tree is for all leaves below it; otherwise it draws nothing.
+  bool InnerNodesMeanLeaves = false;
+
   vtkSmartPointer<zylPropertyCollection> Properties;
   vtkSmartPointer<vtkSMSourceProxy> DataSource;
   vtkSmartPointer<vtkSMPVRepresentationProxy> Representation;
@@ -171,6 +174,7 @@ private:
   vtkSMProxy* ShowScalarBar(zylView* view);
   bool FindArrayInTree(const std::string& name, int& association, int& components);
   std::uint64_t GetColorMapHash();
+  std::vector<int> GetBlockPairs();
   void GatherBounds(bool visibleOnly, double bounds[6]);
 
   const zylMultiBlockTree* BlockTree = nullptr;

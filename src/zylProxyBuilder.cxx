@@ -137,6 +137,7 @@ vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeSource(bool registered)
   vtkSmartPointer<vtkSMSourceProxy> source = vtkSMSourceProxy::SafeDownCast(this->New());
   if (source)
   {
+    // One controller for all steps: it remembers what it has begun to initialize.
     vtkNew<vtkSMParaViewPipelineController> controller;
     controller->PreInitializeProxy(source);
     this->Configure(source);

@@ -62,6 +62,7 @@ public:
   vtkSmartPointer<vtkSMProxy> MakeRepresentation(vtkSMProxy* view);
 
 private:
+  vtkSmartPointer<vtkSMSourceProxy> MakeSource(bool registered);
   vtkSmartPointer<vtkSMProxy> New() const;
   void Configure(vtkSMProxy* proxy) const;
   vtkSmartPointer<vtkSMSourceProxy> MakeSource(bool registered);

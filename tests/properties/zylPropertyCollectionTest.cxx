@@ -37,6 +37,15 @@ void Fill(zylPropertyCollection* collection, int kind)
 }
 
 //--------------------------------------------------------------------------------------------------
+std::size_t BytesInUse()
+{
+#if __GLIBC_PREREQ(2, 33)
+  return mallinfo2().uordblks;
+#else
+  return static_cast<unsigned int>(mallinfo().uordblks);
+#endif
+}
+
 double CpuMilliseconds()
 {
   timespec time{};
@@ -243,7 +252,7 @@ TEST(zylPropertyCollection, ThousandsOfBlocks)
   }
   std::vector<vtkSmartPointer<zylPropertyCollection>> collections;
   collections.reserve(blocks * kinds);
-  const auto bytesBefore = mallinfo2().uordblks;
+  const auto bytesBefore = BytesInUse();
   const double start = CpuMilliseconds();
   for (int i = 0; i < blocks * kinds; ++i)
   {
@@ -251,7 +260,7 @@ TEST(zylPropertyCollection, ThousandsOfBlocks)
     collections.back()->DeepCopy(prototypes[i % kinds]);
   }
   const double copied = CpuMilliseconds() - start;
-  const double bytes = static_cast<double>(mallinfo2().uordblks - bytesBefore) / blocks;
+  const double bytes = static_cast<double>(BytesInUse() - bytesBefore) / blocks;
 
   double fastest = 1e9;
   for (int repeat = 0; repeat < 5; ++repeat)

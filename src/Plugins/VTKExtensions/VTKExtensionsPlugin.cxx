@@ -102,7 +102,9 @@ void InitializeInterpreter(vtkClientServerInterpreter* interpreter)
   ZYLReadersCS_Initialize(interpreter);
 }
 
-class VTKExtensionsPlugin : public vtkPVPlugin, public vtkPVServerManagerPluginInterface
+class VTKExtensionsPlugin
+  : public vtkPVPlugin
+  , public vtkPVServerManagerPluginInterface
 {
 public:
   const char* GetPluginName() override { return "VTKExtensions"; }

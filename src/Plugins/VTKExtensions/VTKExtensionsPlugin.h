@@ -1,7 +1,8 @@
 /// @file VTKExtensionsPlugin.h
 /// The server plugin "VTKExtensions": the volume/surface reader, the AMR part filter and the block
 /// information, made known to ParaView. The same sources are linked into the library, which imports
-/// the plugin at session start, and built as the module VTKExtensions.so that a remote server loads.
+/// the plugin at session start, and built as the module VTKExtensions.so that a remote server
+/// loads.
 #ifndef VTKExtensionsPlugin_h
 #define VTKExtensionsPlugin_h
 

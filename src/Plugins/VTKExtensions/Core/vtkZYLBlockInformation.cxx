@@ -289,8 +289,8 @@ std::size_t SubtreeEnd(const NodeList& nodes, std::size_t index)
 
 // Unite the subtree at `a` of `first` with that at `b` of `second`, child by child; one of them may
 // be null. Advances the indices past the subtrees.
-void UniteSubtrees(NodeList& out, int parent, const NodeList* first, std::size_t& a, const NodeList* second,
-  std::size_t& b)
+void UniteSubtrees(NodeList& out, int parent, const NodeList* first, std::size_t& a,
+  const NodeList* second, std::size_t& b)
 {
   const int index = static_cast<int>(out.size());
   const Node* one = first ? &(*first)[a++] : nullptr;
@@ -341,8 +341,7 @@ public:
       {
         this->Out.Ints.insert(
           this->Out.Ints.end(), { this->Text(array.Name), array.NumberOfComponents });
-        this->Out.Doubles.insert(
-          this->Out.Doubles.end(), array.Ranges.begin(), array.Ranges.end());
+        this->Out.Doubles.insert(this->Out.Doubles.end(), array.Ranges.begin(), array.Ranges.end());
       }
     }
   }
@@ -350,8 +349,7 @@ public:
 private:
   vtkTypeInt64 Text(const std::string& text)
   {
-    const auto found =
-      this->Known.emplace(text, static_cast<vtkTypeInt64>(this->Out.Texts.size()));
+    const auto found = this->Known.emplace(text, static_cast<vtkTypeInt64>(this->Out.Texts.size()));
     if (found.second)
     {
       this->Out.Texts.push_back(text);
@@ -506,8 +504,7 @@ void vtkZYLBlockInformation::CopyFromObject(vtkObject* object)
     return;
   }
   auto* algorithm = vtkAlgorithm::SafeDownCast(object);
-  if (!algorithm || this->PortNumber < 0 ||
-    this->PortNumber >= algorithm->GetNumberOfOutputPorts())
+  if (!algorithm || this->PortNumber < 0 || this->PortNumber >= algorithm->GetNumberOfOutputPorts())
   {
     return;
   }

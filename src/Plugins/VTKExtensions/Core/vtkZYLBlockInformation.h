@@ -1,16 +1,18 @@
 /**
  * @class vtkZYLBlockInformation
- * @brief Names, arrays, ranges, bounds and sizes of every block of a source's output, in one gather.
+ * @brief Names, arrays, ranges, bounds and sizes of every block of a source's output, in one
+ * gather.
  *
  *     vtkNew<vtkZYLBlockInformation> info;
  *     source->GatherInformation(info); // one round trip, whatever the number of blocks
  *     for (const auto& node : info->GetNodes()) ...
  *
- * The nodes stand in pre-order: the position of a node is its flat index. The root is 0; null blocks
- * and the pieces of multi-piece (partitioned) datasets are counted. A dataset that is not composite
- * gives the root alone. The levels of an AMR dataset are nodes "Level 0", "Level 1", ... whose boxes
- * are pieces. With several server ranks the ranks' answers are united: a block that is null on one
- * rank and present on another is present, its sizes are summed and its ranges and bounds united.
+ * The nodes stand in pre-order: the position of a node is its flat index. The root is 0; null
+ * blocks and the pieces of multi-piece (partitioned) datasets are counted. A dataset that is not
+ * composite gives the root alone. The levels of an AMR dataset are nodes "Level 0", "Level 1", ...
+ * whose boxes are pieces. With several server ranks the ranks' answers are united: a block that is
+ * null on one rank and present on another is present, its sizes are summed and its ranges and
+ * bounds united.
  *
  * What is listed follows ParaView's data information: arrays sorted by name without regard to case,
  * unnamed arrays and "vtkOriginalCellIds"/"vtkOriginalPointIds" left out, no arrays where there are
@@ -51,11 +53,11 @@ public:
 
   struct Node
   {
-    std::string Name;          ///< block name, empty when it has none (or the root)
-    int Parent = -1;           ///< flat index of the parent, -1 for the root
-    int NumberOfChildren = 0;  ///< direct children, pieces included
-    bool IsPiece = false;      ///< a piece of a multi-piece dataset, or a box of an AMR level
-    bool HasData = false;      ///< false for a null block
+    std::string Name;         ///< block name, empty when it has none (or the root)
+    int Parent = -1;          ///< flat index of the parent, -1 for the root
+    int NumberOfChildren = 0; ///< direct children, pieces included
+    bool IsPiece = false;     ///< a piece of a multi-piece dataset, or a box of an AMR level
+    bool HasData = false;     ///< false for a null block
     vtkTypeInt64 NumberOfPoints = 0;
     vtkTypeInt64 NumberOfCells = 0;
     double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< inverted when there is nothing
@@ -64,10 +66,16 @@ public:
   };
 
   /// All nodes; the index is the flat index. Empty when the source has no output (not updated).
-  const std::vector<Node>& GetNodes() const { return this->Nodes; }
+  const std::vector<Node>& GetNodes() const
+  {
+    return this->Nodes;
+  }
 
   /// Whether the output is a composite dataset.
-  bool GetIsComposite() const { return this->IsComposite; }
+  bool GetIsComposite() const
+  {
+    return this->IsComposite;
+  }
 #endif
 
   /// Output port to look at, 0 by default. Set it before gathering.

@@ -227,9 +227,8 @@ std::vector<char*> AllocateColumns(const std::vector<Column>& columns, vtkIdType
     array->SetNumberOfComponents(column.Model->GetNumberOfComponents());
     array->CopyComponentNames(column.Model);
     array->SetNumberOfTuples(tuples);
-    values.push_back(column.TupleBytes > 0 && tuples > 0
-        ? static_cast<char*>(array->GetVoidPointer(0))
-        : nullptr);
+    values.push_back(
+      column.TupleBytes > 0 && tuples > 0 ? static_cast<char*>(array->GetVoidPointer(0)) : nullptr);
     output->AddArray(array);
   }
   for (int type = 0; model && type < vtkDataSetAttributes::NUM_ATTRIBUTES; ++type)
@@ -313,9 +312,8 @@ void CopyOddColumns(const std::vector<Column>& columns, const std::vector<Source
         target->SetTuple(first + k, ids ? ids[k] : k, source);
       }
     }
-    else if (auto* numbers = !source && columns[i].TupleBytes == 0
-        ? vtkDataArray::SafeDownCast(target)
-        : nullptr)
+    else if (auto* numbers =
+               !source && columns[i].TupleBytes == 0 ? vtkDataArray::SafeDownCast(target) : nullptr)
     {
       for (int k = 0; k < count; ++k)
       {
@@ -433,10 +431,10 @@ public:
     for (std::size_t b = 0; b < this->Processed; ++b)
     {
       Block& block = this->Blocks[b];
-      block.CellSources = Sources(
-        this->CellColumns, block.Image->GetCellData(), block.Shape.NumberOfCells());
-      block.PointSources = Sources(
-        this->PointColumns, block.Image->GetPointData(), block.Shape.NumberOfPoints());
+      block.CellSources =
+        Sources(this->CellColumns, block.Image->GetCellData(), block.Shape.NumberOfCells());
+      block.PointSources =
+        Sources(this->PointColumns, block.Image->GetPointData(), block.Shape.NumberOfPoints());
     }
     auto fill = [this](vtkIdType begin, vtkIdType end) {
       Scratch& scratch = this->Scratches.Local();
@@ -467,8 +465,8 @@ private:
     {
       Dispatch(block.Mask, ReadMask(), scratch.Keep);
     }
-    Dispatch(block.PartIds, ReadLabels(), block.Mask ? &scratch.Keep : nullptr, block,
-      scratch.Labels);
+    Dispatch(
+      block.PartIds, ReadLabels(), block.Mask ? &scratch.Keep : nullptr, block, scratch.Labels);
     scratch.Splitter.Split(block.Shape, scratch.Labels, block.Parts);
   }
 
@@ -523,8 +521,8 @@ private:
       const int* cells = block.Parts.Whole ? nullptr : &block.Parts.Cells[part.FirstCell];
       const int* points = block.Parts.Whole ? nullptr : scratch.Points.data();
       FillCoordinates(block, points, part.PointCount, grid.Coordinates + 3 * place.Point);
-      CopyColumns(this->CellColumns, block.CellSources, grid.CellValues, place.Cell, cells,
-        part.CellCount);
+      CopyColumns(
+        this->CellColumns, block.CellSources, grid.CellValues, place.Cell, cells, part.CellCount);
       CopyColumns(this->PointColumns, block.PointSources, grid.PointValues, place.Point, points,
         part.PointCount);
     }
@@ -582,15 +580,16 @@ private:
         if (pointsToo && !block.Parts.Whole)
         {
           std::vector<int> unused(static_cast<std::size_t>(part.CellCount) * 8);
-          scratch.Splitter.Connect(block.Shape, block.Parts, part, 0, scratch.Points, unused.data());
+          scratch.Splitter.Connect(
+            block.Shape, block.Parts, part, 0, scratch.Points, unused.data());
           points = scratch.Points.data();
         }
         CopyOddColumns(this->CellColumns, block.CellSources, grid->GetCellData(), place.Cell, cells,
           part.CellCount);
         if (pointsToo)
         {
-          CopyOddColumns(this->PointColumns, block.PointSources, grid->GetPointData(),
-            place.Point, points, part.PointCount);
+          CopyOddColumns(this->PointColumns, block.PointSources, grid->GetPointData(), place.Point,
+            points, part.PointCount);
         }
       }
     }
@@ -674,8 +673,9 @@ void vtkAMRExtractLabeledBlocks::PrintSelf(ostream& os, vtkIndent indent)
   this->Superclass::PrintSelf(os, indent);
   os << indent << "PartIdArrayName: " << (this->PartIdArrayName ? this->PartIdArrayName : "(none)")
      << "\n";
-  os << indent << "LevelMaskArrayName: "
-     << (this->LevelMaskArrayName ? this->LevelMaskArrayName : "(none)") << "\n";
+  os << indent
+     << "LevelMaskArrayName: " << (this->LevelMaskArrayName ? this->LevelMaskArrayName : "(none)")
+     << "\n";
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -716,8 +716,8 @@ int vtkAMRExtractLabeledBlocks::RequestData(
     }
     highest = HighestOfRanks(highest);
 
-    const auto missing = std::find_if(
-      blocks.begin(), blocks.end(), [](const Block& block) { return !block.PartIds; });
+    const auto missing =
+      std::find_if(blocks.begin(), blocks.end(), [](const Block& block) { return !block.PartIds; });
     if (missing != blocks.end())
     {
       vtkErrorMacro("PartIdArrayName not set. The filter will not produce anything");

@@ -4,19 +4,20 @@
  *
  * Input: a vtkUniformGridAMR. Output: a multiblock of N = 1 + the largest part number found (masked
  * cells included); block p is part p, parts without cells are empty grids. A cell is kept when the
- * first component of the level mask, truncated to an integer, is 1; without such an array every cell
- * of every level is kept. Blanking and ghost flags are not looked at, and the ghost array is not
- * passed on.
+ * first component of the level mask, truncated to an integer, is 1; without such an array every
+ * cell of every level is kept. Blanking and ghost flags are not looked at, and the ghost array is
+ * not passed on.
  *
- * Within a part, cells stand in the order of the input blocks and of the cell ids in a block; points
- * in the order of the blocks and of the point ids in a block, each corner point of the part's cells
- * once per block (blocks that touch do not share points). Coordinates are in double precision; cells
- * are voxels (pixels, lines or vertices for blocks that are flat). Point and cell arrays are those of
- * the first block, copied by name; where a block lacks one of them, zeros stand. With several
- * server ranks each rank splits the blocks it has, and N is the same on all.
+ * Within a part, cells stand in the order of the input blocks and of the cell ids in a block;
+ * points in the order of the blocks and of the point ids in a block, each corner point of the
+ * part's cells once per block (blocks that touch do not share points). Coordinates are in double
+ * precision; cells are voxels (pixels, lines or vertices for blocks that are flat). Point and cell
+ * arrays are those of the first block, copied by name; where a block lacks one of them, zeros
+ * stand. With several server ranks each rank splits the blocks it has, and N is the same on all.
  *
- * The work is done by blocks in parallel, each writing its own range of the output, so the result does
- * not depend on the number of threads. Memory beyond the output is linear in the number of cells.
+ * The work is done by blocks in parallel, each writing its own range of the output, so the result
+ * does not depend on the number of threads. Memory beyond the output is linear in the number of
+ * cells.
  *
  * Errors go through the error macro:
  * - "PartIdArrayName not set. The filter will not produce anything" when a block has no such array;

@@ -1,7 +1,7 @@
 /// @file zylBlockParts.h
 /// The index arithmetic of splitting one block of a regular grid into parts: which cells and points
-/// each part gets, and how its cells connect them. Knows no data objects. All sizes are those of one
-/// block, below 2^31.
+/// each part gets, and how its cells connect them. Knows no data objects. All sizes are those of
+/// one block, below 2^31.
 #ifndef zylBlockParts_h
 #define zylBlockParts_h
 
@@ -14,7 +14,8 @@
 class ZYL_PRIVATE zylBlockShape
 {
 public:
-  /// Axes with one point have no extent: their cells are flat. Any size below 1: no cells, no points.
+  /// Axes with one point have no extent: their cells are flat. Any size below 1: no cells, no
+  /// points.
   zylBlockShape(int nx, int ny, int nz);
 
   int NumberOfCells() const { return this->Rows * this->CellsPerRow; }
@@ -97,10 +98,11 @@ public:
   /// `labels`: the part of each cell, below 0 for none; their number is that of the cells.
   void Split(const zylBlockShape& shape, const std::vector<int>& labels, zylBlockParts& parts);
 
-  /// The block's point ids that `part` uses, ascending, into `points`; `connectivity` gets the local
-  /// ids (positions in `points`) plus `firstPoint` of each cell's corners. Not for Whole blocks.
+  /// The block's point ids that `part` uses, ascending, into `points`; `connectivity` gets the
+  /// local ids (positions in `points`) plus `firstPoint` of each cell's corners. Not for Whole
+  /// blocks.
   template <class Id>
-  void Connect(const zylBlockShape& shape, const zylBlockParts& parts,
+  ZYL_PRIVATE void Connect(const zylBlockShape& shape, const zylBlockParts& parts,
     const zylBlockParts::Part& part, Id firstPoint, std::vector<int>& points, Id* connectivity);
 
 private:
@@ -118,6 +120,6 @@ private:
 
 /// Connectivity of a Whole block, the cells' corners in order, with `firstPoint` added to each id.
 template <class Id>
-void zylConnectWhole(const zylBlockShape& shape, Id firstPoint, Id* connectivity);
+ZYL_PRIVATE void zylConnectWhole(const zylBlockShape& shape, Id firstPoint, Id* connectivity);
 
 #endif

@@ -87,8 +87,9 @@ void vtkZYLVolumeSurfaceReader::PrintSelf(ostream& os, vtkIndent indent)
   os << indent << "FileName: " << (this->FileName ? this->FileName : "(none)") << "\n";
   os << indent << "PartIdArrayName: " << (this->PartIdArrayName ? this->PartIdArrayName : "(none)")
      << "\n";
-  os << indent << "LevelMaskArrayName: "
-     << (this->LevelMaskArrayName ? this->LevelMaskArrayName : "(none)") << "\n";
+  os << indent
+     << "LevelMaskArrayName: " << (this->LevelMaskArrayName ? this->LevelMaskArrayName : "(none)")
+     << "\n";
   os << indent << "TimeSteps: " << this->TimeSteps.size() << "\n";
 }
 
@@ -131,8 +132,8 @@ int vtkZYLVolumeSurfaceReader::RequestInformation(
     range[1] = std::max(range[1], step.Time);
   }
   vtkInformation* info = outputVector->GetInformationObject(0);
-  info->Set(vtkStreamingDemandDrivenPipeline::TIME_STEPS(), times.data(),
-    static_cast<int>(times.size()));
+  info->Set(
+    vtkStreamingDemandDrivenPipeline::TIME_STEPS(), times.data(), static_cast<int>(times.size()));
   info->Set(vtkStreamingDemandDrivenPipeline::TIME_RANGE(), range, 2);
   info->Set(CAN_HANDLE_PIECE_REQUEST(), 1);
   return 1;
@@ -151,8 +152,7 @@ int vtkZYLVolumeSurfaceReader::RequestData(
       this->TimeSteps, info->Get(vtkStreamingDemandDrivenPipeline::UPDATE_TIME_STEP()));
   }
   vtkVLogF(vtkLogger::VERBOSITY_TRACE, "Timestep %zu requested", index);
-  const zylTimeStep step =
-    index < this->TimeSteps.size() ? this->TimeSteps[index] : zylTimeStep();
+  const zylTimeStep step = index < this->TimeSteps.size() ? this->TimeSteps[index] : zylTimeStep();
   if (!this->TimeSteps.empty())
   {
     output->GetInformation()->Set(vtkDataObject::DATA_TIME_STEP(), step.Time);
@@ -201,8 +201,8 @@ void vtkZYLVolumeSurfaceReader::ReadSurface(
   const int pieces = request->Has(Pipeline::UPDATE_NUMBER_OF_PIECES())
     ? request->Get(Pipeline::UPDATE_NUMBER_OF_PIECES())
     : 1;
-  reader->UpdatePiece(pieces > 1 ? request->Get(Pipeline::UPDATE_PIECE_NUMBER()) : 0,
-    std::max(pieces, 1), 0);
+  reader->UpdatePiece(
+    pieces > 1 ? request->Get(Pipeline::UPDATE_PIECE_NUMBER()) : 0, std::max(pieces, 1), 0);
   if (auto* data = vtkMultiBlockDataSet::SafeDownCast(reader->GetOutputDataObject(0)))
   {
     block->ShallowCopy(data);

@@ -3,17 +3,17 @@
  * @brief Reads a JSON index of volume and surface files, one pair per time step.
  *
  * The index (see zylTimeStepIndex.h) lists for each time a surface, a "VTM" file, and a volume, an
- * "AMReXGrid" plotfile. The output is a multiblock with two blocks, "Surfaces" with the blocks of the
- * surface file and "Volumes" with one unstructured grid per part of the volume (see
- * vtkAMRExtractLabeledBlocks). A block whose file is absent, of another type or unusable is there and
- * empty. The step nearest to the requested time is read, of two equally near ones the first.
+ * "AMReXGrid" plotfile. The output is a multiblock with two blocks, "Surfaces" with the blocks of
+ * the surface file and "Volumes" with one unstructured grid per part of the volume (see
+ * vtkAMRExtractLabeledBlocks). A block whose file is absent, of another type or unusable is there
+ * and empty. The step nearest to the requested time is read, of two equally near ones the first.
  *
- * Errors go through the error macro. Without a usable index RequestInformation fails; elements of the
- * index that cannot be used are reported and left out; a plotfile that cannot be read whole is reported
- * and left out. TIME_RANGE always contains 0.
+ * Errors go through the error macro. Without a usable index RequestInformation fails; elements of
+ * the index that cannot be used are reported and left out; a plotfile that cannot be read whole is
+ * reported and left out. TIME_RANGE always contains 0.
  *
- * With several server ranks each rank has its share of the surface's blocks and of the volume's boxes;
- * the block structure is the same on all.
+ * With several server ranks each rank has its share of the surface's blocks and of the volume's
+ * boxes; the block structure is the same on all.
  */
 #ifndef vtkZYLVolumeSurfaceReader_h
 #define vtkZYLVolumeSurfaceReader_h

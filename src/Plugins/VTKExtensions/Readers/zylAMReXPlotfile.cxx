@@ -389,7 +389,8 @@ void CheckLevel(const std::string& path, const Level& level, const std::string& 
     const std::int64_t offset = scanner.Integer("offset", 0, std::int64_t(1) << 62);
     if (withData)
     {
-      CheckFab(data, file, static_cast<std::uint64_t>(offset), box, dimension, variables, centering);
+      CheckFab(
+        data, file, static_cast<std::uint64_t>(offset), box, dimension, variables, centering);
     }
   }
 }

@@ -8,9 +8,9 @@
 
 #include <string>
 
-/// What is wrong with the plotfile in the directory `path`, in one sentence; empty when the toolkit's
-/// reader can read its levels 0 to `maximumLevel`. Reads the headers and the first bytes of each box.
-/// Does not throw.
+/// What is wrong with the plotfile in the directory `path`, in one sentence; empty when the
+/// toolkit's reader can read its levels 0 to `maximumLevel`. Reads the headers and the first bytes
+/// of each box. Does not throw.
 ZYL_PRIVATE std::string zylCheckAMReXPlotfile(const std::string& path, int maximumLevel);
 
 #endif

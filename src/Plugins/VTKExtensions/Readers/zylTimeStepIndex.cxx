@@ -71,8 +71,7 @@ std::string ReadFiles(const Json::Value& element, const char* node, const char* 
   }
   if (!fileType.isString() || !fileName.isString())
   {
-    return Message(
-      "'fileType' and 'fileName' must be strings in " + quoted + " for time ", time);
+    return Message("'fileType' and 'fileName' must be strings in " + quoted + " for time ", time);
   }
   type = fileType.asString();
   name = fileName.asString();
@@ -98,12 +97,12 @@ std::string ReadElement(const Json::Value& element, std::size_t position, zylTim
     return "'time' is not finite in element " + std::to_string(position) + " of 'timesteps'.";
   }
   // Kept: a surface without a file name is reported as a volume.
-  std::string error = ReadFiles(
-    element, "surface", "volume", step.Time, step.SurfaceFileType, step.SurfaceFileName);
+  std::string error =
+    ReadFiles(element, "surface", "volume", step.Time, step.SurfaceFileType, step.SurfaceFileName);
   if (error.empty())
   {
-    error = ReadFiles(
-      element, "volume", "volume", step.Time, step.VolumeFileType, step.VolumeFileName);
+    error =
+      ReadFiles(element, "volume", "volume", step.Time, step.VolumeFileType, step.VolumeFileName);
   }
   return error;
 }

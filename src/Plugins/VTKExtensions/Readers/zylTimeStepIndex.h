@@ -26,9 +26,9 @@ struct zylTimeStep
   std::string VolumeFileType;
 };
 
-/// Read the index in `text` into `steps` (replaced), in the order of the array. Elements that cannot
-/// be used are left out, each with a message in `errors` (beyond a hundred one message counts the
-/// rest). False, with a message, when there is no array of time steps. Does not throw.
+/// Read the index in `text` into `steps` (replaced), in the order of the array. Elements that
+/// cannot be used are left out, each with a message in `errors` (beyond a hundred one message
+/// counts the rest). False, with a message, when there is no array of time steps. Does not throw.
 ZYL_PRIVATE bool zylParseTimeStepIndex(
   const std::string& text, std::vector<zylTimeStep>& steps, std::vector<std::string>& errors);
 

@@ -1,0 +1,230 @@
+#include "zylViewBlocks.h"
+
+#include "zylViewError.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include <zylArrayInformation.h>
+#include <zylDataSet.h>
+#include <zylMultiBlockTree.h>
+#include <zylPipeline.h>
+
+namespace {
+// Append `node` and what is below it; returns the leaf blocks in it.
+std::vector<unsigned int> Flatten(
+  zylMultiBlockTree* node, int depth, std::vector<zylViewBlock>& blocks)
+{
+  const std::size_t place = blocks.size();
+  const unsigned int count = node->GetNumberOfChildren();
+  const bool leaf = count == 0 || node->GetChild(0)->GetIsPiece();
+  blocks.push_back({ node->GetBlockIndex(), node->GetBlockName(), depth, leaf, {} });
+  std::vector<unsigned int> leaves;
+  if (leaf)
+  {
+    leaves.push_back(node->GetBlockIndex());
+  }
+  for (unsigned int i = 0; !leaf && i < count; ++i)
+  {
+    const auto below = Flatten(node->GetChild(i), depth + 1, blocks);
+    leaves.insert(leaves.end(), below.begin(), below.end());
+  }
+  blocks[place].Leaves = leaves;
+  return leaves;
+}
+
+// Calls found(pointData, information) for every array of a block.
+template <class Function>
+void VisitArrays(zylDataSet* dataset, unsigned int block, Function visit)
+{
+  for (unsigned int i = 0; i < dataset->GetNumberOfPointArrays(block); ++i)
+  {
+    visit(true, dataset->GetPointArrayInformation(i, block));
+  }
+  for (unsigned int i = 0; i < dataset->GetNumberOfCellArrays(block); ++i)
+  {
+    visit(false, dataset->GetCellArrayInformation(i, block));
+  }
+}
+
+void PrintRange(const char* label, zylArrayInformation* array, unsigned int component)
+{
+  double range[2];
+  array->GetComponentRange(component, range);
+  std::printf("  %s[%g, %g]", label, range[0], range[1]);
+}
+
+void PrintArrays(zylDataSet* dataset, unsigned int block, int indent)
+{
+  VisitArrays(dataset, block, [&](bool point, zylArrayInformation* array) {
+    const unsigned int count = array->GetNumberOfComponents();
+    std::printf(
+      "%*s%s %s (%u)", indent, "", point ? "point" : "cell ", array->GetName().c_str(), count);
+    for (unsigned int c = 0; c < std::min(count, 9u); ++c)
+    {
+      PrintRange("", array, c);
+    }
+    if (count > 1)
+    {
+      PrintRange("magnitude ", array, count);
+    }
+    std::printf("\n");
+  });
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylViewBlocks::zylViewBlocks(zylDataSet* dataset)
+  : DataSet(dataset)
+{
+  Flatten(dataset->GetMultiBlockTree(), 0, this->Blocks);
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<unsigned int> zylViewBlocks::GetLeaves() const
+{
+  return this->Blocks.front().Leaves;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<unsigned int> zylViewBlocks::Find(const std::string& idOrName) const
+{
+  const bool number = idOrName.find_first_not_of("0123456789") == std::string::npos;
+  std::vector<unsigned int> leaves;
+  std::vector<std::string> names;
+  for (const zylViewBlock& block : this->Blocks)
+  {
+    names.push_back(block.Name);
+    if (block.Name == idOrName || (number && std::to_string(block.Id) == idOrName))
+    {
+      leaves.insert(leaves.end(), block.Leaves.begin(), block.Leaves.end());
+    }
+  }
+  if (leaves.empty())
+  {
+    throw zylUnknownName("block", idOrName, names);
+  }
+  return leaves;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewArray zylViewBlocks::GetArray(const std::string& fullName, unsigned int block) const
+{
+  std::string name;
+  int component = -1;
+  zylPipeline::SplitVariableName(fullName, name, component);
+  zylViewArray result;
+  result.Name = fullName;
+  VisitArrays(this->DataSet, block, [&](bool point, zylArrayInformation* array) {
+    const bool same = array->GetName() == name;
+    const auto count = static_cast<int>(array->GetNumberOfComponents());
+    if (same && !result.Found && component < count)
+    {
+      result.Found = true;
+      result.PointData = point;
+      result.Components = count;
+      const int slot = component >= 0 ? component : (count > 1 ? count : 0);
+      array->GetComponentRange(slot, result.Range.data());
+    }
+  });
+  return result;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewArray zylViewBlocks::GetArray(
+  const std::string& fullName, const std::vector<unsigned int>& blocks) const
+{
+  zylViewArray all;
+  all.Name = fullName;
+  for (unsigned int block : blocks)
+  {
+    const zylViewArray one = this->GetArray(fullName, block);
+    if (one.Found && !all.Found)
+    {
+      all = one;
+    }
+    else if (one.Found && one.Range[0] <= one.Range[1])
+    {
+      const bool known = all.Range[0] <= all.Range[1];
+      all.Range[0] = known ? std::min(all.Range[0], one.Range[0]) : one.Range[0];
+      all.Range[1] = known ? std::max(all.Range[1], one.Range[1]) : one.Range[1];
+    }
+  }
+  return all;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewArray zylViewBlocks::NeedArray(const std::string& fullName,
+  const std::vector<unsigned int>& blocks, bool pointData, int components) const
+{
+  const zylViewArray array = this->GetArray(fullName, blocks);
+  const bool suits = array.Found && (array.PointData || !pointData) &&
+    (components == 0 || array.Components == components);
+  if (suits)
+  {
+    return array;
+  }
+  std::vector<std::string> names;
+  for (const std::string& name : this->GetArrayNames())
+  {
+    const zylViewArray other = this->GetArray(name, this->GetLeaves());
+    if ((other.PointData || !pointData) && (components == 0 || other.Components == components))
+    {
+      names.push_back(name);
+    }
+  }
+  const std::string kind = components == 3 ? "point vector array"
+    : pointData                            ? "point array"
+                                           : "array";
+  throw zylUnknownName(kind, fullName, names);
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<std::string> zylViewBlocks::GetArrayNames() const
+{
+  std::vector<std::string> names, cellNames;
+  for (unsigned int block : this->GetLeaves())
+  {
+    VisitArrays(this->DataSet, block, [&](bool point, zylArrayInformation* array) {
+      auto& list = point ? names : cellNames;
+      if (std::find(list.begin(), list.end(), array->GetName()) == list.end())
+      {
+        list.push_back(array->GetName());
+      }
+    });
+  }
+  names.insert(names.end(), cellNames.begin(), cellNames.end());
+  return names;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPrintDataSet(zylDataSet* dataset)
+{
+  for (const std::string& file : dataset->GetFileNames())
+  {
+    std::printf("file %s\n", file.c_str());
+  }
+  std::printf("%lld points, %lld cells\n", static_cast<long long>(dataset->GetNumberOfPoints()),
+    static_cast<long long>(dataset->GetNumberOfCells()));
+  double b[6];
+  if (dataset->GetBounds(b))
+  {
+    std::printf("x [%g, %g]  y [%g, %g]  z [%g, %g]\n", b[0], b[1], b[2], b[3], b[4], b[5]);
+  }
+  const auto times = dataset->GetTimestepValues();
+  std::printf("%zu time steps%s", times.size(), times.empty() ? "\n" : ":");
+  for (std::size_t i = 0; i < times.size(); ++i)
+  {
+    std::printf(" %g%s", times[i], i + 1 == times.size() ? "\n" : "");
+  }
+  const zylViewBlocks blocks(dataset);
+  for (const zylViewBlock& block : blocks.GetBlocks())
+  {
+    std::printf("%*s%u %s\n", 2 * block.Depth, "", block.Id, block.Name.c_str());
+    if (block.Leaf || block.Depth == 0)
+    {
+      PrintArrays(dataset, block.Id, 2 * block.Depth + 4);
+    }
+  }
+}

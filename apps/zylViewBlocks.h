@@ -1,0 +1,63 @@
+/// @file zylViewBlocks.h
+/// The blocks and arrays of a loaded dataset as the viewer's command line speaks of them.
+#ifndef zylViewBlocks_h
+#define zylViewBlocks_h
+
+#include <array>
+#include <string>
+#include <vector>
+
+class zylDataSet;
+
+struct zylViewBlock
+{
+  unsigned int Id; ///< flat index
+  std::string Name;
+  int Depth;                        ///< 0: the root
+  bool Leaf;                        ///< holds data; pieces are not listed
+  std::vector<unsigned int> Leaves; ///< the leaf blocks it stands for (itself for a leaf)
+};
+
+/// Where an array is and which values it has.
+struct zylViewArray
+{
+  std::string Name; ///< with component suffix
+  bool Found = false;
+  bool PointData = false;
+  int Components = 0;
+  std::array<double, 2> Range{ 1.0, -1.0 }; ///< over the blocks asked for; inverted when unknown
+};
+
+class zylViewBlocks
+{
+public:
+  /// `dataset` is borrowed and must outlive this object.
+  explicit zylViewBlocks(zylDataSet* dataset);
+
+  const std::vector<zylViewBlock>& GetBlocks() const { return this->Blocks; }
+  std::vector<unsigned int> GetLeaves() const;
+
+  /// Leaf blocks that "7" or "Inlet" stands for; throws zylViewError with the nearest names.
+  std::vector<unsigned int> Find(const std::string& idOrName) const;
+
+  /// The array of one block; a component suffix chooses the range. Found is false when absent.
+  zylViewArray GetArray(const std::string& fullName, unsigned int block) const;
+  /// The array over several blocks, with the union of its ranges.
+  zylViewArray GetArray(const std::string& fullName, const std::vector<unsigned int>& blocks) const;
+  /// As above; throws zylViewError with the nearest names when no block has it. `pointData`: cell
+  /// arrays do not count. `components` other than 0: arrays of other sizes do not count.
+  zylViewArray NeedArray(const std::string& fullName, const std::vector<unsigned int>& blocks,
+    bool pointData = false, int components = 0) const;
+
+  /// All array names, point arrays first.
+  std::vector<std::string> GetArrayNames() const;
+
+private:
+  zylDataSet* DataSet;
+  std::vector<zylViewBlock> Blocks;
+};
+
+/// Print blocks, arrays with ranges, and time steps to stdout.
+void zylPrintDataSet(zylDataSet* dataset);
+
+#endif

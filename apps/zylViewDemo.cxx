@@ -1,0 +1,152 @@
+#include "zylViewDemo.h"
+
+#include "zylViewBlocks.h"
+#include "zylViewOptions.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <zylDataSet.h>
+
+namespace {
+constexpr int ManyPoints = 3000; // per block, above which arrows hide everything
+
+void SetUnlessChosen(std::string& option, const std::string& value)
+{
+  if (option.empty())
+  {
+    option = value;
+  }
+}
+
+// Put settings before the user's own, which so have the last word.
+void SetBlocks(zylViewOptions& options, const std::vector<std::string>& texts)
+{
+  std::vector<zylViewBlockSetting> settings;
+  std::transform(texts.begin(), texts.end(), std::back_inserter(settings), &zylParseBlockSetting);
+  options.BlockSettings.insert(options.BlockSettings.begin(), settings.begin(), settings.end());
+}
+
+//--------------------------------------------------------------------------------------------------
+// The channel opened by a slanting cut: the floor's mesh, the street of vortices on the plane at
+// mid-height, the vortex cores that stand in it.
+void FillForSample(zylViewOptions& options)
+{
+  SetUnlessChosen(options.Array, "Velocity_Magnitude");
+  if (!options.Range && options.Array == "Velocity_Magnitude")
+  {
+    options.Range = { 4.0, 16.0 }; // around the wind, 10 m/s
+  }
+  if (!options.Time)
+  {
+    options.Time = 0.125;
+  }
+  if (options.View == 0 && !options.From)
+  {
+    options.From = { -0.45, -1.2, 0.85 };
+    options.Zoom *= 1.38;
+  }
+  if (options.Clips.empty())
+  {
+    options.Clips.push_back(zylParseClip("plane:4,-4,0.6,0,-0.6,0.8"));
+  }
+  SetBlocks(options,
+    { "root:Visibility=false", "root:Ambient=0.2", "root:Diffuse=0.95",
+      "root:ColorLegendLocation=4", "Extracts:Visibility=true", "Walls:Visibility=true",
+      "Inlet:Visibility=true", "Outlet:Visibility=true", "Left side:Visibility=true",
+      "Right side:Visibility=true", "Floor:ColorMode=0", "Floor:Color=0.85,0.85,0.82",
+      "Floor:MeshLine.Visibility=true", "Floor:MeshLine.Color=0.35,0.35,0.37",
+      "Chimney:ColorMode=0", "Chimney:Color=0.82,0.36,0.23", "Vortex cores:ColorMode=0",
+      "Vortex cores:Color=1,0.80,0.28", "Vortex cores:Transparency=0.25",
+      "Mid-plane:Contour.Visibility=true", "Mid-plane:Contour.ContourVariableName=Pressure",
+      "Mid-plane:Contour.ContourRange=-60,20", "Mid-plane:Contour.NumberOfContours=17",
+      "Mid-plane:Contour.Color=0.15,0.15,0.2", "Rake:VectorGlyph.Visibility=true",
+      "Rake:VectorGlyph.VectorVariable=Velocity", "Rake:VectorGlyph.ScaleFactor=0.5",
+      "Rake:VectorGlyph.Color=0.08,0.08,0.1" });
+}
+
+//--------------------------------------------------------------------------------------------------
+// The first point array, vectors last; else the first cell array.
+std::string ChooseArray(const zylViewBlocks& blocks)
+{
+  std::string vector, any;
+  for (const std::string& name : blocks.GetArrayNames())
+  {
+    const zylViewArray array = blocks.GetArray(name, blocks.GetLeaves());
+    if (array.PointData && array.Components == 1 && array.Range[0] < array.Range[1])
+    {
+      return name;
+    }
+    vector = vector.empty() && array.PointData ? name : vector;
+    any = any.empty() ? name : any;
+  }
+  return vector.empty() ? any : vector;
+}
+
+std::string ChooseVector(const zylViewBlocks& blocks)
+{
+  for (const std::string& name : blocks.GetArrayNames())
+  {
+    const zylViewArray array = blocks.GetArray(name, blocks.GetLeaves());
+    if (array.PointData && array.Components == 3)
+    {
+      return name;
+    }
+  }
+  return "";
+}
+
+//--------------------------------------------------------------------------------------------------
+void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOptions& options)
+{
+  const auto leaves = blocks.GetLeaves();
+  double b[6];
+  const bool bounded = dataset->GetBounds(b);
+  const double size = bounded ? std::hypot(b[1] - b[0], b[3] - b[2], b[5] - b[4]) : 1.0;
+  SetUnlessChosen(options.Array, ChooseArray(blocks));
+  const zylViewArray color = blocks.GetArray(options.Array, leaves);
+  if (color.PointData && color.Components == 1)
+  {
+    SetUnlessChosen(options.ContourArray, options.Array);
+  }
+  const std::string vector = ChooseVector(blocks);
+  const bool few = dataset->GetNumberOfPoints() < ManyPoints * static_cast<int>(leaves.size());
+  std::vector<std::string> settings;
+  if (options.GlyphArray.empty() && !vector.empty() && few)
+  {
+    const std::string last = std::to_string(leaves.back()) + ":VectorGlyph.";
+    settings.push_back(last + "Visibility=true");
+    settings.push_back(last + "VectorVariable=" + vector);
+    settings.push_back(last + "ScaleFactor=" + std::to_string(size / 40.0));
+    settings.push_back(last + "Color=0.1,0.1,0.1");
+  }
+  settings.push_back(std::to_string(leaves.front()) + ":MeshLine.Visibility=true");
+  if (leaves.size() > 1)
+  {
+    settings.push_back(std::to_string(leaves[1]) + ":ColorMode=0");
+    settings.push_back(std::to_string(leaves[1]) + ":Color=0.95,0.70,0.25");
+  }
+  const bool flat = !bounded || b[5] - b[4] <= 1e-3 * size;
+  if (options.Clips.empty() && !flat)
+  {
+    zylViewClip clip; // away with the corner that faces the eye
+    clip.Values = { (b[0] + b[1]) / 2, (b[2] + b[3]) / 2, (b[4] + b[5]) / 2, 0.0, -1.0, 0.0 };
+    options.Clips.push_back(clip);
+  }
+  SetBlocks(options, settings);
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+void zylFillDemoOptions(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOptions& options)
+{
+  options.Legend = true;
+  if (options.Sample)
+  {
+    FillForSample(options);
+  }
+  else
+  {
+    FillForData(blocks, dataset, options);
+  }
+}

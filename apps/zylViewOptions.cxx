@@ -1,0 +1,361 @@
+#include "zylViewOptions.h"
+
+#include "zylViewError.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <CLI/CLI.hpp>
+
+namespace {
+constexpr const char* Description =
+  "Shows simulation results. Without files it shows a built-in sample.\n";
+
+constexpr const char* Footer = R"(
+Clips (--clip, repeatable; what is named is kept, with ":outside" at the end the rest is):
+  plane:ox,oy,oz,nx,ny,nz              the side the normal points away from
+  box:xmin,xmax,ymin,ymax,zmin,zmax    cylinder:cx,cy,cz,ax,ay,az,radius
+  sphere:cx,cy,cz,radius               scalar:ARRAY,lower,upper   (a point array)
+
+Block settings (--block, repeatable): ID|NAME:SETTING=VALUE
+  ID and NAME as --list shows them; a group stands for all leaf blocks below it. SETTING is a
+  property of the library, KIND.PROPERTY with KIND one of Surface, Contour, FeatureLine, MeshLine,
+  VectorGlyph; without KIND it is Surface. Elements of VALUE are separated by commas.
+    --block 7:Color=1,0,0   --block Inlet:Visibility=false   --block Walls:MeshLine.Visibility=true
+
+In the window: left drag orbits, middle or Shift+left drag pans, wheel or right drag zooms, h helps.
+
+Exit codes: 0 done, 1 rendering or writing failed, 2 bad arguments, 3 a file cannot be read,
+4 no such array, block, setting, color map or reader, 5 no display for a window, 6 no server.)";
+
+//--------------------------------------------------------------------------------------------------
+[[noreturn]] void Bad(const std::string& message)
+{
+  throw zylViewError(zylViewBadArguments, message);
+}
+
+double Number(const std::string& text, const std::string& context)
+{
+  char* end = nullptr;
+  const double value = std::strtod(text.c_str(), &end);
+  if (text.empty() || *end != '\0')
+  {
+    Bad("'" + text + "' in '" + context + "' is not a number");
+  }
+  return value;
+}
+
+std::vector<double> Numbers(const std::string& text, std::size_t count, const std::string& context)
+{
+  std::vector<double> values;
+  for (const std::string& part : CLI::detail::split(text, ','))
+  {
+    values.push_back(Number(part, context));
+  }
+  if (values.size() != count)
+  {
+    Bad("'" + context + "' needs " + std::to_string(count) + " numbers, not " +
+      std::to_string(values.size()));
+  }
+  return values;
+}
+
+template <std::size_t N>
+std::array<double, N> Tuple(const std::string& text, const char* option)
+{
+  const auto values = Numbers(text, N, std::string(option) + " " + text);
+  std::array<double, N> tuple{};
+  std::copy(values.begin(), values.end(), tuple.begin());
+  return tuple;
+}
+
+// "NAME:NUMBER"; a name may hold colons.
+void NameAndNumber(const std::string& text, const char* option, std::string& name, double& number)
+{
+  const auto colon = text.rfind(':');
+  if (colon == std::string::npos || colon == 0)
+  {
+    Bad(std::string(option) + " '" + text + "' is not of the form NAME:NUMBER");
+  }
+  name = text.substr(0, colon);
+  number = Number(text.substr(colon + 1), option + (" " + text));
+}
+
+//--------------------------------------------------------------------------------------------------
+void SetSize(const std::string& text, zylViewOptions& options)
+{
+  char rest = 0;
+  if (std::sscanf(text.c_str(), "%dx%d%c", &options.Width, &options.Height, &rest) != 2 ||
+    options.Width < 1 || options.Height < 1 || options.Width > 16384 || options.Height > 16384)
+  {
+    Bad("--size '" + text + "' is not of the form WIDTHxHEIGHT (1 to 16384)");
+  }
+}
+
+void SetBackground(const std::string& text, zylViewOptions& options)
+{
+  const auto colon = text.find(':');
+  options.BackgroundTop = Tuple<3>(text.substr(0, colon), "--background");
+  options.BackgroundBottom = colon == std::string::npos
+    ? options.BackgroundTop
+    : Tuple<3>(text.substr(colon + 1), "--background");
+}
+
+void SetReader(const std::string& text, zylViewOptions& options)
+{
+  const auto slash = text.find('/');
+  if (slash == std::string::npos || slash == 0 || slash + 1 == text.size())
+  {
+    Bad("--reader '" + text + "' is not of the form GROUP/NAME");
+  }
+  options.ReaderGroup = text.substr(0, slash);
+  options.ReaderName = text.substr(slash + 1);
+}
+
+void SetRange(const std::string& text, zylViewOptions& options)
+{
+  options.Range = Tuple<2>(text, "--range");
+  if (!((*options.Range)[0] < (*options.Range)[1]))
+  {
+    Bad("--range '" + text + "' is empty: the first number must be the smaller one");
+  }
+}
+
+void SetContours(const std::string& text, zylViewOptions& options)
+{
+  double number = 0.0;
+  NameAndNumber(text, "--contours", options.ContourArray, number);
+  options.NumberOfContours = static_cast<int>(number);
+  if (number < 2 || number > 1000 || options.NumberOfContours != number)
+  {
+    Bad("--contours '" + text + "': the number of contour lines is a whole number from 2 to 1000");
+  }
+}
+
+void SetGlyphs(const std::string& text, zylViewOptions& options)
+{
+  NameAndNumber(text, "--glyphs", options.GlyphArray, options.GlyphScale);
+}
+
+// A repeated option comes as one text, a line for each time.
+void AddClips(const std::string& text, zylViewOptions& options)
+{
+  for (const std::string& line : CLI::detail::split(text, '\n'))
+  {
+    options.Clips.push_back(zylParseClip(line));
+  }
+}
+
+void AddBlockSettings(const std::string& text, zylViewOptions& options)
+{
+  for (const std::string& line : CLI::detail::split(text, '\n'))
+  {
+    options.BlockSettings.push_back(zylParseBlockSetting(line));
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void AddDataOptions(CLI::App& app, zylViewOptions& o)
+{
+  const char* const group = "Data";
+  app.add_option("FILES", o.Files, "Result files; several are one series read by one reader");
+  app
+    .add_option_function<std::string>(
+      "--reader", [&o](const std::string& t) { SetReader(t, o); },
+      "Reader to use, GROUP/NAME, as sources/ZYLVolumeSurfaceReader; default: by the file")
+    ->group(group);
+  app.add_option("--connect", o.Connect, "Server to load on, as cs://host:11111")->group(group);
+  app
+    .add_option_function<double>(
+      "--time", [&o](double t) { o.Time = t; }, "Time to show; the nearest time step is taken")
+    ->group(group);
+  app.add_flag("--list", o.List, "List blocks, arrays, ranges and time steps, and exit")
+    ->group(group);
+  app.add_flag("--list-colormaps", o.ListColorMaps, "List the color maps, and exit")->group(group);
+  app.add_flag("--list-file-types", o.ListFileTypes, "List readable file types, and exit")
+    ->group(group);
+}
+
+//--------------------------------------------------------------------------------------------------
+void AddDisplayOptions(CLI::App& app, zylViewOptions& o)
+{
+  const char* const group = "Display";
+  const auto text = [&](const char* name, void (*set)(const std::string&, zylViewOptions&),
+                      const char* help) {
+    const auto call = [&o, set](const std::string& t) { set(t, o); };
+    return app.add_option_function<std::string>(name, call, help)->group(group);
+  };
+  app.add_option("--array", o.Array, "Color by NAME, or by NAME_X, _Y, _Z or _Magnitude")
+    ->group(group);
+  text("--range", SetRange, "Color range LOW,HIGH; default: the array's range in the shown blocks");
+  app.add_option("--colormap", o.ColorMap, "Color map, see --list-colormaps")->group(group);
+  app.add_flag("--legend", o.Legend, "Show the color legend")->group(group);
+  app.add_option("--opacity", o.Opacity, "Opacity of the surfaces, 0 to 1")
+    ->check(CLI::Range(0.0, 1.0))
+    ->group(group);
+  app.add_flag("--mesh-lines", o.MeshLines, "Draw the mesh")->group(group);
+  app.add_flag("--feature-lines", o.FeatureLines, "Draw sharp edges and borders")->group(group);
+  text("--contours", SetContours, "NAME:N, N contour lines of a point array over its range");
+  text("--glyphs", SetGlyphs, "NAME:SCALE, arrows along a point vector array, SCALE long");
+  text("--clip", AddClips, "Cut away, see below")->join();
+  text("--block", AddBlockSettings, "Setting of single blocks, see below")->join();
+  app
+    .add_flag("--demo", o.Demo,
+      "Choose colors, contours, arrows and a clip that suit the data, where not given")
+    ->group(group);
+}
+
+//--------------------------------------------------------------------------------------------------
+void AddPictureOptions(CLI::App& app, zylViewOptions& o)
+{
+  const char* const group = "Picture";
+  app.add_option("--output", o.Output, "Write a PNG instead of opening a window; needs no display")
+    ->group(group);
+  app
+    .add_option_function<std::string>(
+      "--size", [&o](const std::string& t) { SetSize(t, o); },
+      "Size of window or picture in pixels, WIDTHxHEIGHT; default 1200x800")
+    ->group(group);
+  app
+    .add_option_function<std::string>(
+      "--background", [&o](const std::string& t) { SetBackground(t, o); },
+      "R,G,B from 0 to 1, or two colors TOP:BOTTOM")
+    ->group(group);
+  app
+    .add_option("--view", o.View,
+      "Standard view: 1 from +z, 2 from -z, 3 from -y, 4 from +y, 5 from +x, 6 from -x")
+    ->check(CLI::Range(1, 6))
+    ->group(group);
+  app
+    .add_option_function<std::string>(
+      "--from", [&o](const std::string& t) { o.From = Tuple<3>(t, "--from"); },
+      "Look from this direction, X,Y,Z; up is z")
+    ->group(group);
+  app.add_option("--zoom", o.Zoom, "Magnify the fitted view")
+    ->check(CLI::Range(0.01, 1000.0))
+    ->group(group);
+}
+
+//--------------------------------------------------------------------------------------------------
+void AddReportOptions(CLI::App& app, zylViewOptions& o)
+{
+  const char* const group = "Reports";
+  app.add_option("--log", o.Log, "Write the library's log to FILE (and FILE.vtk.txt)")
+    ->group(group);
+  app.add_flag("--verbose", o.Verbose, "Print the library's messages; with --log, trace it too")
+    ->group(group);
+  app.add_flag("--stats", o.Stats, "Print the times of load, update, first frame and frame")
+    ->group(group);
+  app.add_option("--frames", o.Frames, "Close the window after so many frames")
+    ->check(CLI::Range(1, 1000000))
+    ->group(group);
+  const auto version = [] {
+    std::puts("zylview " ZYL_APP_VERSION);
+    throw CLI::Success();
+  };
+  app.add_flag_callback("--version", version, "Print the version and exit")->group(group);
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+bool zylParseViewOptions(int argc, const char* const* argv, zylViewOptions& options, int& exitCode)
+{
+  CLI::App app{ Description, "zylview" };
+  app.footer(Footer);
+  AddDataOptions(app, options);
+  AddDisplayOptions(app, options);
+  AddPictureOptions(app, options);
+  AddReportOptions(app, options);
+  try
+  {
+    app.parse(argc, argv);
+    return true;
+  }
+  catch (const CLI::Success& success)
+  {
+    exitCode = app.exit(success);
+  }
+  catch (const CLI::ParseError& error)
+  {
+    std::string text = error.what();
+    text = text.substr(0, text.find('\n'));
+    std::fprintf(stderr, "zylview: %s (see zylview --help)\n", text.c_str());
+    exitCode = zylViewBadArguments;
+  }
+  catch (const zylViewError& error)
+  {
+    std::fprintf(stderr, "zylview: %s (see zylview --help)\n", error.what());
+    exitCode = error.Code;
+  }
+  return false;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewBlockSetting zylParseBlockSetting(const std::string& text)
+{
+  // The last colon before the first equals sign that follows a colon: names may hold either.
+  const auto equals = text.find('=', text.find(':') == std::string::npos ? 0 : text.find(':'));
+  const auto colon = equals == std::string::npos ? equals : text.rfind(':', equals);
+  if (colon == std::string::npos || colon == 0 || equals == colon + 1)
+  {
+    Bad("--block '" + text + "' is not of the form ID|NAME:SETTING=VALUE");
+  }
+  zylViewBlockSetting setting;
+  setting.Block = text.substr(0, colon);
+  setting.Kind = "Surface";
+  setting.Name = text.substr(colon + 1, equals - colon - 1);
+  setting.Value = text.substr(equals + 1);
+  const auto dot = setting.Name.find('.');
+  if (dot != std::string::npos)
+  {
+    setting.Kind = setting.Name.substr(0, dot);
+    setting.Name = setting.Name.substr(dot + 1);
+  }
+  return setting;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewClip zylParseClip(const std::string& text)
+{
+  struct Form
+  {
+    const char* Name;
+    zylViewClip::Shape Kind;
+    std::size_t Count;
+  };
+  static constexpr Form forms[] = { { "plane", zylViewClip::Shape::Plane, 6 },
+    { "box", zylViewClip::Shape::Box, 6 }, { "cylinder", zylViewClip::Shape::Cylinder, 7 },
+    { "sphere", zylViewClip::Shape::Sphere, 4 }, { "scalar", zylViewClip::Shape::Scalar, 2 } };
+  static const std::string outside = ":outside";
+
+  const auto colon = text.find(':');
+  std::string rest = colon == std::string::npos ? "" : text.substr(colon + 1);
+  zylViewClip clip;
+  clip.Outside = rest.size() > outside.size() &&
+    rest.compare(rest.size() - outside.size(), outside.size(), outside) == 0;
+  if (clip.Outside)
+  {
+    rest.resize(rest.size() - outside.size());
+  }
+  for (const Form& form : forms)
+  {
+    if (text.substr(0, colon) != form.Name)
+    {
+      continue;
+    }
+    clip.Kind = form.Kind;
+    if (form.Kind == zylViewClip::Shape::Scalar)
+    {
+      const auto comma = rest.find(',');
+      clip.Variable = rest.substr(0, comma);
+      rest = comma == std::string::npos ? "" : rest.substr(comma + 1);
+      if (clip.Outside)
+      {
+        Bad("--clip '" + text + "': a scalar clip keeps the range, it has no outside");
+      }
+    }
+    clip.Values = Numbers(rest, form.Count, "--clip " + text);
+    return clip;
+  }
+  Bad("--clip '" + text + "' does not begin with plane:, box:, cylinder:, sphere: or scalar:");
+}

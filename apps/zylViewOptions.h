@@ -1,0 +1,93 @@
+/// @file zylViewOptions.h
+/// What the command line of zylview says, checked for form only; whether arrays, blocks and files
+/// exist is found out later.
+#ifndef zylViewOptions_h
+#define zylViewOptions_h
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// One clip. Values in the order in which the user writes them.
+struct zylViewClip
+{
+  enum class Shape
+  {
+    Plane,    ///< origin, normal
+    Box,      ///< xmin, xmax, ymin, ymax, zmin, zmax
+    Cylinder, ///< center, axis, radius
+    Sphere,   ///< center, radius
+    Scalar    ///< lower, upper; the array in Variable
+  };
+  Shape Kind = Shape::Plane;
+  std::vector<double> Values;
+  std::string Variable;
+  bool Outside = false; ///< keep what a shape excludes; for a plane the side its normal points to
+};
+
+/// One setting of one block (or of all leaf blocks below it).
+struct zylViewBlockSetting
+{
+  std::string Block; ///< flat index or name
+  std::string Kind;  ///< Surface, Contour, FeatureLine, MeshLine or VectorGlyph
+  std::string Name;
+  std::string Value; ///< elements separated by commas
+};
+
+struct zylViewOptions
+{
+  std::vector<std::string> Files; ///< empty: the built-in sample
+  std::string ReaderGroup;        ///< empty: chosen by the file
+  std::string ReaderName;
+  std::string Connect;
+
+  bool List = false;
+  bool ListColorMaps = false;
+  bool ListFileTypes = false;
+
+  std::string Output; ///< empty: a window
+  int Width = 1200;
+  int Height = 800;
+  int Samples = 2; ///< pixels of the framebuffer for one of the picture, each way
+  std::array<double, 3> BackgroundTop{ 0.56, 0.66, 0.78 };
+  std::array<double, 3> BackgroundBottom{ 0.95, 0.96, 0.98 };
+
+  std::string Array; ///< empty: solid colors
+  std::optional<std::array<double, 2>> Range;
+  std::string ColorMap; ///< empty: the library's default
+  bool Legend = false;
+  double Opacity = 1.0;
+  bool MeshLines = false;
+  bool FeatureLines = false;
+  std::string ContourArray; ///< empty: none
+  int NumberOfContours = 10;
+  std::string GlyphArray; ///< empty: none
+  double GlyphScale = 1.0;
+  std::vector<zylViewClip> Clips;
+  std::vector<zylViewBlockSetting> BlockSettings;
+  bool Demo = false;
+  bool Sample = false; ///< the built-in sample is shown; set when it is loaded
+
+  std::optional<double> Time;
+  int View = 0; ///< 0: a view from above one corner
+  bool FlipView = false;
+  std::optional<std::array<double, 3>> From; ///< direction from the data to the eye
+  double Zoom = 1.0;
+
+  std::string Log;
+  bool Verbose = false;
+  bool Stats = false;
+  int Frames = 0; ///< close the window after so many; 0: when the user does
+};
+
+/// Fill `options` from the command line. Returns true when the program shall go on; otherwise help,
+/// the version or a message has been printed and `exitCode` is set.
+bool zylParseViewOptions(int argc, const char* const* argv, zylViewOptions& options, int& exitCode);
+
+/// "ID|NAME:SETTING=VALUE"; throws zylViewError.
+zylViewBlockSetting zylParseBlockSetting(const std::string& text);
+/// "plane:...", "box:..." and so on; throws zylViewError.
+zylViewClip zylParseClip(const std::string& text);
+
+#endif

@@ -1,0 +1,119 @@
+#include "zylViewProgress.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <vtkCommand.h>
+#include <vtkPVProgressHandler.h>
+
+namespace {
+using namespace std::chrono_literals;
+constexpr auto FirstDraw = 300ms; // short work shows nothing
+constexpr auto Interval = 150ms;
+constexpr unsigned int BeatsPerLine = 66; // about ten seconds
+constexpr int BarLength = 24;
+
+int TerminalWidth()
+{
+  winsize size{};
+  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylViewProgress::zylViewProgress(const std::string& title)
+  : Title(title)
+  , Terminal(isatty(STDERR_FILENO) != 0)
+  , Start(std::chrono::steady_clock::now())
+  , Thread(&zylViewProgress::Beat, this)
+{
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewProgress::~zylViewProgress()
+{
+  if (this->Handler)
+  {
+    this->Handler->RemoveObserver(this->Observer);
+  }
+  {
+    std::lock_guard<std::mutex> lock(this->Mutex);
+    this->Stopping = true;
+  }
+  this->Stop.notify_all();
+  this->Thread.join();
+  if (this->Drawn && this->Terminal)
+  {
+    std::fputs("\r\033[K", stderr);
+    std::fflush(stderr);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewProgress::Observe(vtkPVProgressHandler* handler)
+{
+  if (handler != nullptr && !this->Handler)
+  {
+    this->Handler = handler;
+    this->Observer =
+      handler->AddObserver(vtkCommand::ProgressEvent, this, &zylViewProgress::OnProgress);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewProgress::Set(double fraction, const std::string& text)
+{
+  std::lock_guard<std::mutex> lock(this->Mutex);
+  this->Fraction = std::clamp(fraction, 0.0, 1.0);
+  this->Text = text;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewProgress::OnProgress(vtkObject*, unsigned long, void*)
+{
+  const char* text = this->Handler->GetLastProgressText();
+  this->Set(this->Handler->GetLastProgress() / 100.0, text != nullptr ? text : "");
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewProgress::Beat()
+{
+  std::unique_lock<std::mutex> lock(this->Mutex);
+  auto next = this->Start + FirstDraw;
+  while (!this->Stop.wait_until(lock, next, [this] { return this->Stopping; }))
+  {
+    const auto now = std::chrono::steady_clock::now();
+    this->Draw(std::chrono::duration<double>(now - this->Start).count());
+    next = now + Interval;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewProgress::Draw(double seconds)
+{
+  ++this->Beats;
+  this->Drawn = true;
+  if (!this->Terminal)
+  {
+    if (this->Beats % BeatsPerLine == 0)
+    {
+      std::fprintf(stderr, "%s: %.0f s %s\n", this->Title.c_str(), seconds, this->Text.c_str());
+    }
+    return;
+  }
+  std::string bar(BarLength, '-');
+  if (this->Fraction >= 0.0)
+  {
+    std::fill_n(bar.begin(), static_cast<int>(this->Fraction * BarLength + 0.5), '#');
+  }
+  const char* const sign = "|/-\\";
+  char head[64];
+  std::snprintf(head, sizeof head, "] %c %.1f s ", sign[this->Beats % 4], seconds);
+  std::string line = this->Title + " [" + bar + head + this->Text;
+  line.resize(std::min<std::size_t>(line.size(), TerminalWidth() - 1));
+  std::fprintf(stderr, "\r%s\033[K", line.c_str());
+  std::fflush(stderr);
+}

@@ -1,0 +1,56 @@
+/// @file zylViewProgress.h
+/// A progress line in the terminal while ParaView works. What it does not know it does not show: a
+/// filter that reports nothing gets a moving sign and the time that has passed, so that long work
+/// never looks frozen. When stderr is no terminal there is a plain line every ten seconds.
+#ifndef zylViewProgress_h
+#define zylViewProgress_h
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include <vtkWeakPointer.h>
+
+class vtkObject;
+class vtkPVProgressHandler;
+
+class zylViewProgress
+{
+public:
+  /// Shows progress of the work named `title` until destroyed.
+  explicit zylViewProgress(const std::string& title);
+  ~zylViewProgress();
+  zylViewProgress(const zylViewProgress&) = delete;
+  zylViewProgress& operator=(const zylViewProgress&) = delete;
+
+  /// Follow a session's progress events (borrowed; null is ignored).
+  void Observe(vtkPVProgressHandler* handler);
+
+  /// Work that counts itself: `fraction` in [0, 1] of the step named `text`.
+  void Set(double fraction, const std::string& text);
+
+private:
+  void OnProgress(vtkObject* caller, unsigned long event, void* data);
+  void Beat();
+  void Draw(double seconds);
+
+  const std::string Title;
+  const bool Terminal;
+  const std::chrono::steady_clock::time_point Start;
+  vtkWeakPointer<vtkPVProgressHandler> Handler;
+  unsigned long Observer = 0;
+
+  std::mutex Mutex; // the members below
+  std::condition_variable Stop;
+  bool Stopping = false;
+  bool Drawn = false;
+  double Fraction = -1.0; ///< negative: unknown
+  std::string Text;
+  unsigned int Beats = 0;
+
+  std::thread Thread; // draws only; never touches ParaView
+};
+
+#endif

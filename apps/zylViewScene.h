@@ -1,0 +1,80 @@
+/// @file zylViewScene.h
+/// The part of the viewer that talks to the library: a session, one dataset, one view with one
+/// boundary representation. Knows nothing of windows; the host calls it with its context current.
+#ifndef zylViewScene_h
+#define zylViewScene_h
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <vtkSmartPointer.h>
+
+class vtkCamera;
+class vtkTextActor;
+class zylBoundaryRepresentation;
+class zylDataSet;
+class zylView;
+class zylViewMessages;
+struct zylViewOptions;
+
+class zylViewScene
+{
+public:
+  /// `options` and `messages` are borrowed. Starts the library.
+  zylViewScene(zylViewOptions& options, zylViewMessages& messages);
+  /// The host's context must be current when a view was made.
+  ~zylViewScene();
+  zylViewScene(const zylViewScene&) = delete;
+  zylViewScene& operator=(const zylViewScene&) = delete;
+
+  /// Connect if asked to, and load the files. Needs no OpenGL. Throws zylViewError.
+  void Load();
+
+  /// Make the view and what it shows; its size in pixels, and how many pixels make up one of a
+  /// usual screen. The host's context must be current; it still is afterwards. Throws zylViewError.
+  void Show(int width, int height, int pixelRatio);
+
+  /// Draw over what is in `framebuffer` (bound by the host). Context current.
+  void Render(int framebuffer);
+
+  void Resize(int width, int height);
+  void ResetCamera();
+  /// 1..6 as the library counts its standard views; `flip` looks from the other side.
+  void SetStandardView(int view, bool flip);
+  vtkCamera* GetCamera();
+  void CameraChanged(); ///< call after moving the camera
+
+  /// Move by one time step (+1, -1); from the last to the first and back. Does nothing without
+  /// steps.
+  void Step(int direction);
+  std::string GetTimeLabel() const; ///< "step 3 of 8, time 0.125"; empty without time steps
+
+  void SetHelpVisible(bool visible);
+  bool GetHelpVisible() const;
+
+  zylDataSet* GetDataSet(); ///< null before Load()
+
+  /// Times taken, for --stats. Times of one name add up to their mean.
+  void AddTime(const std::string& name, double seconds);
+  void PrintTimes() const;
+
+private:
+  void Connect();
+  std::string Explain() const; ///< why a file could not be read: ": reason" or nothing
+  void SetInitialView();
+  void UpdateBounds();
+  void FormatLegend();
+
+  zylViewOptions& Options;
+  zylViewMessages& Messages;
+  vtkSmartPointer<zylDataSet> DataSet;
+  vtkSmartPointer<zylView> View;
+  vtkSmartPointer<zylBoundaryRepresentation> Representation;
+  vtkSmartPointer<vtkTextActor> Help;
+  double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< of what is visible
+  bool FirstFrame = true;
+  std::vector<std::pair<std::string, std::vector<double>>> Times;
+};
+
+#endif

@@ -1,0 +1,267 @@
+#include "zylViewBackdrop.h"
+#include "zylViewError.h"
+#include "zylViewHost.h"
+#include "zylViewInteraction.h"
+#include "zylViewOptions.h"
+#include "zylViewScene.h"
+
+#include <algorithm>
+#include <cmath>
+
+#define GLFW_INCLUDE_NONE
+#include <GLFW/glfw3.h>
+#define GL_GLEXT_PROTOTYPES
+#include <GL/glcorearb.h>
+
+namespace {
+constexpr double SecondsPerTimeStep = 0.1; // while playing
+constexpr double ZoomPerNotch = 1.15;
+
+class WindowHost : public zylViewHost
+{
+public:
+  explicit WindowHost(const zylViewOptions& options);
+  ~WindowHost() override;
+
+  void MakeCurrent() override { glfwMakeContextCurrent(this->Window); }
+  int GetWidth() const override { return this->Width; }
+  int GetHeight() const override { return this->Height; }
+  int GetPixelRatio() const override;
+  void Run(zylViewScene& scene) override;
+
+private:
+  void Observe();
+  void Draw();
+  void UpdateTitle();
+  void OnKey(int key, int modifiers);
+  void OnButton(int button, int action, int modifiers);
+  void OnResize(int width, int height);
+  void GetCursor(double& x, double& y) const;
+
+  const zylViewOptions& Options;
+  GLFWwindow* Window = nullptr;
+  int Width = 0;
+  int Height = 0;
+  zylViewScene* Scene = nullptr;
+  zylViewBackdrop* Backdrop = nullptr;
+  zylViewInteraction* Interaction = nullptr;
+  bool Dirty = true; // something to draw
+  bool Playing = false;
+};
+
+WindowHost* HostOf(GLFWwindow* window)
+{
+  return static_cast<WindowHost*>(glfwGetWindowUserPointer(window));
+}
+
+//--------------------------------------------------------------------------------------------------
+WindowHost::WindowHost(const zylViewOptions& options)
+  : Options(options)
+{
+  const char* const none =
+    "there is no display to open a window on; --output FILE.png draws without one";
+  if (glfwInit() == GLFW_FALSE)
+  {
+    throw zylViewError(zylViewNoDisplay, none);
+  }
+  glfwWindowHint(GLFW_CONTEXT_VERSION_MAJOR, 3);
+  glfwWindowHint(GLFW_CONTEXT_VERSION_MINOR, 2);
+  glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
+  glfwWindowHint(GLFW_DEPTH_BITS, 24);
+  glfwWindowHint(GLFW_STENCIL_BITS, 8);
+  this->Window = glfwCreateWindow(options.Width, options.Height, "zylview", nullptr, nullptr);
+  if (this->Window == nullptr)
+  {
+    glfwTerminate();
+    throw zylViewError(zylViewNoDisplay, none);
+  }
+  glfwSetWindowUserPointer(this->Window, this);
+  glfwGetFramebufferSize(this->Window, &this->Width, &this->Height);
+  this->MakeCurrent();
+  glfwSwapInterval(1);
+}
+
+//--------------------------------------------------------------------------------------------------
+WindowHost::~WindowHost()
+{
+  glfwDestroyWindow(this->Window);
+  glfwTerminate();
+}
+
+//--------------------------------------------------------------------------------------------------
+int WindowHost::GetPixelRatio() const
+{
+  float x = 1.0f, y = 1.0f;
+  glfwGetWindowContentScale(this->Window, &x, &y);
+  return std::max(1, static_cast<int>(std::lround(x)));
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::Observe()
+{
+  glfwSetKeyCallback(this->Window, [](GLFWwindow* window, int key, int, int action, int modifiers) {
+    if (action != GLFW_RELEASE)
+    {
+      HostOf(window)->OnKey(key, modifiers);
+    }
+  });
+  glfwSetMouseButtonCallback(
+    this->Window, [](GLFWwindow* window, int button, int action, int modifiers) {
+      HostOf(window)->OnButton(button, action, modifiers);
+    });
+  glfwSetCursorPosCallback(this->Window, [](GLFWwindow* window, double, double) {
+    double x, y;
+    WindowHost* host = HostOf(window);
+    host->GetCursor(x, y);
+    host->Dirty |= host->Interaction->Move(x, y);
+  });
+  glfwSetScrollCallback(this->Window, [](GLFWwindow* window, double, double notches) {
+    double x, y;
+    WindowHost* host = HostOf(window);
+    host->GetCursor(x, y);
+    host->Interaction->ZoomAt(x, y, std::pow(ZoomPerNotch, notches));
+    host->Dirty = true;
+  });
+  glfwSetFramebufferSizeCallback(this->Window,
+    [](GLFWwindow* window, int width, int height) { HostOf(window)->OnResize(width, height); });
+  glfwSetWindowRefreshCallback(
+    this->Window, [](GLFWwindow* window) { HostOf(window)->Dirty = true; });
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::Run(zylViewScene& scene)
+{
+  zylViewBackdrop backdrop;
+  zylViewInteraction interaction(scene);
+  this->Scene = &scene;
+  this->Backdrop = &backdrop;
+  this->Interaction = &interaction;
+  this->OnResize(this->Width, this->Height);
+  this->Observe();
+  this->UpdateTitle();
+  double lastStep = glfwGetTime();
+  int frames = 0;
+  while (glfwWindowShouldClose(this->Window) == GLFW_FALSE)
+  {
+    if (this->Playing && glfwGetTime() - lastStep >= SecondsPerTimeStep)
+    {
+      lastStep = glfwGetTime();
+      scene.Step(1);
+      this->UpdateTitle();
+      this->Dirty = true;
+    }
+    this->Dirty |= this->Options.Frames > 0;
+    if (this->Dirty && this->Width > 0 && this->Height > 0)
+    {
+      this->Draw();
+      if (++frames == this->Options.Frames)
+      {
+        return;
+      }
+    }
+    this->Playing || this->Options.Frames > 0 ? glfwWaitEventsTimeout(0.01) : glfwWaitEvents();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::Draw()
+{
+  this->MakeCurrent();
+  glBindFramebuffer(GL_FRAMEBUFFER, 0);
+  this->Backdrop->Paint(
+    this->Width, this->Height, this->Options.BackgroundTop, this->Options.BackgroundBottom);
+  this->Scene->Render(0);
+  glfwSwapBuffers(this->Window);
+  this->Dirty = false;
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::UpdateTitle()
+{
+  const std::string time = this->Scene->GetTimeLabel();
+  const std::string title = "zylview - h: help" + (time.empty() ? "" : " - " + time);
+  glfwSetWindowTitle(this->Window, title.c_str());
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::OnKey(int key, int modifiers)
+{
+  this->Dirty = true;
+  if (key >= GLFW_KEY_1 && key <= GLFW_KEY_6)
+  {
+    this->Scene->SetStandardView(key - GLFW_KEY_0, (modifiers & GLFW_MOD_SHIFT) != 0);
+    return;
+  }
+  switch (key)
+  {
+    case GLFW_KEY_R:
+      this->Scene->ResetCamera();
+      break;
+    case GLFW_KEY_H:
+      this->Scene->SetHelpVisible(!this->Scene->GetHelpVisible());
+      break;
+    case GLFW_KEY_RIGHT:
+    case GLFW_KEY_LEFT:
+      this->Scene->Step(key == GLFW_KEY_RIGHT ? 1 : -1);
+      this->UpdateTitle();
+      break;
+    case GLFW_KEY_SPACE:
+      this->Playing = !this->Playing;
+      break;
+    case GLFW_KEY_Q:
+    case GLFW_KEY_ESCAPE:
+      glfwSetWindowShouldClose(this->Window, GLFW_TRUE);
+      break;
+    default:
+      break;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::OnButton(int button, int action, int modifiers)
+{
+  if (action == GLFW_RELEASE)
+  {
+    this->Interaction->Release();
+    return;
+  }
+  const bool left = button == GLFW_MOUSE_BUTTON_LEFT;
+  const bool shift = (modifiers & GLFW_MOD_SHIFT) != 0;
+  const auto mode = button == GLFW_MOUSE_BUTTON_RIGHT ? zylViewInteraction::Mode::Zoom
+    : left && !shift                                  ? zylViewInteraction::Mode::Orbit
+                                                      : zylViewInteraction::Mode::Pan;
+  double x, y;
+  this->GetCursor(x, y);
+  this->Interaction->Press(mode, x, y);
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::OnResize(int width, int height)
+{
+  this->Width = width;
+  this->Height = height;
+  this->Interaction->SetSize(width, height);
+  if (width > 0 && height > 0)
+  {
+    this->Scene->Resize(width, height);
+  }
+  this->Dirty = true;
+}
+
+//--------------------------------------------------------------------------------------------------
+// Window coordinates are not pixels on every display.
+void WindowHost::GetCursor(double& x, double& y) const
+{
+  int width = 0, height = 0;
+  glfwGetWindowSize(this->Window, &width, &height);
+  glfwGetCursorPos(this->Window, &x, &y);
+  x *= width > 0 ? double(this->Width) / width : 1.0;
+  y *= height > 0 ? double(this->Height) / height : 1.0;
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+std::unique_ptr<zylViewHost> zylNewWindowHost(const zylViewOptions& options)
+{
+  return std::make_unique<WindowHost>(options);
+}

@@ -1,0 +1,339 @@
+// Runs the real programs, without a display unless a window is what is tested.
+#include "zylTestData.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <set>
+
+#include <sys/wait.h>
+
+#include <vtkImageData.h>
+#include <vtkNew.h>
+#include <vtkPNGReader.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+struct Outcome
+{
+  int ExitCode = -1;
+  std::string Text; // stdout and stderr
+};
+
+Outcome Run(const std::string& command)
+{
+  Outcome outcome;
+  std::FILE* pipe = popen((command + " 2>&1 </dev/null").c_str(), "r");
+  char buffer[4096];
+  std::size_t count;
+  while ((count = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
+  {
+    outcome.Text.append(buffer, count);
+  }
+  const int status = pclose(pipe);
+  outcome.ExitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return outcome;
+}
+
+const std::string& Folder()
+{
+  static const std::string folder = zylTestData::MakeFolder();
+  return folder;
+}
+
+const std::string& Sample()
+{
+  static const std::string file = [] {
+    const Outcome made = Run(std::string(ZYL_SAMPLE) + " --steps 3 " + Folder() + "/sample");
+    EXPECT_EQ(made.ExitCode, 0) << made.Text;
+    return Folder() + "/sample/chimney.pvd";
+  }();
+  return file;
+}
+
+// Without DISPLAY, with the sample unless `file` says otherwise.
+Outcome View(const std::string& arguments, const std::string& file = Sample())
+{
+  return Run(
+    "env -u DISPLAY -u WAYLAND_DISPLAY " + std::string(ZYL_VIEW) + " " + arguments + " " + file);
+}
+
+struct Picture
+{
+  int Width = 0, Height = 0;
+  double Covered = 0.0; // share of pixels that are not black, the background
+  double Mean[3] = { 0.0, 0.0, 0.0 };
+  std::size_t Colors = 0;
+  std::vector<unsigned char> Pixels;
+};
+
+Picture Read(const std::string& file)
+{
+  vtkNew<vtkPNGReader> reader;
+  reader->SetFileName(file.c_str());
+  reader->Update();
+  Picture picture;
+  int size[3];
+  reader->GetOutput()->GetDimensions(size);
+  picture.Width = size[0];
+  picture.Height = size[1];
+  auto pixels = static_cast<unsigned char*>(reader->GetOutput()->GetScalarPointer());
+  const int count = size[0] * size[1];
+  picture.Pixels.assign(pixels, pixels + 3 * count);
+  std::set<int> colors;
+  for (int i = 0; i < count; ++i)
+  {
+    const unsigned char* p = pixels + 3 * i;
+    colors.insert(p[0] << 16 | p[1] << 8 | p[2]);
+    picture.Covered += (p[0] > 2 || p[1] > 2 || p[2] > 2) / double(count);
+    for (int c = 0; c < 3; ++c)
+    {
+      picture.Mean[c] += p[c] / double(count);
+    }
+  }
+  picture.Colors = colors.size();
+  return picture;
+}
+
+Picture Draw(const std::string& arguments, const std::string& file = Sample())
+{
+  const std::string output = Folder() + "/picture.png";
+  std::remove(output.c_str());
+  const Outcome outcome =
+    View("--output " + output + " --size 240x160 --background 0,0,0 " + arguments, file);
+  EXPECT_EQ(outcome.ExitCode, 0) << arguments << '\n' << outcome.Text;
+  EXPECT_EQ(outcome.Text, output + "\n") << arguments;
+  return Read(output);
+}
+
+// Share of pixels that differ clearly.
+double Difference(const Picture& a, const Picture& b)
+{
+  double changed = 0.0;
+  for (std::size_t i = 0; i < a.Pixels.size() && i < b.Pixels.size(); i += 3)
+  {
+    int distance = 0;
+    for (std::size_t c = i; c < i + 3; ++c)
+    {
+      distance += std::abs(a.Pixels[c] - b.Pixels[c]);
+    }
+    changed += distance > 24;
+  }
+  return 3.0 * changed / a.Pixels.size();
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, ListsBlocksArraysRangesAndTimes)
+{
+  const Outcome list = View("--list");
+  EXPECT_EQ(list.ExitCode, 0);
+  for (const char* text : { "0 root", "1 Volume", "Near wake", "Vortex cores",
+         "point Temperature (1)  [293, ", "point Velocity (3)", "magnitude [0, ",
+         "cell  WallShear (1)", "3 time steps: 0 ", "x [-4, 12]" })
+  {
+    EXPECT_NE(list.Text.find(text), std::string::npos) << text << " in\n" << list.Text;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, ListsColorMapsAndFileTypes)
+{
+  const Outcome maps = View("--list-colormaps", "");
+  EXPECT_EQ(maps.ExitCode, 0);
+  EXPECT_EQ(maps.Text.find("Cool to Warm\n"), 0u);
+  const Outcome types = View("--list-file-types", "");
+  EXPECT_EQ(types.ExitCode, 0);
+  EXPECT_NE(types.Text.find("(*.vtm"), std::string::npos);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, DrawsWithoutADisplay)
+{
+  const Picture plain = Draw("");
+  EXPECT_EQ(plain.Width, 240);
+  EXPECT_EQ(plain.Height, 160);
+  EXPECT_GT(plain.Covered, 0.15);
+  EXPECT_LT(plain.Covered, 0.95);
+
+  const Picture colored = Draw("--array Pressure --range -60,60 --legend --colormap Jet");
+  EXPECT_GT(Difference(plain, colored), 0.1);
+  const Picture component = Draw("--array Velocity_Y --range -5,5 --colormap Jet");
+  EXPECT_GT(Difference(component, colored), 0.05);
+  EXPECT_GT(Difference(Draw("--array Quality"), plain), 0.1);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, KeepsTheHostsBackground)
+{
+  const std::string hidden = "--block root:Visibility=false";
+  const Picture empty = Draw(hidden + " --background 0,0,1:1,0,0");
+  const unsigned char* bottom = empty.Pixels.data();
+  const unsigned char* top = &empty.Pixels[empty.Pixels.size() - 3];
+  EXPECT_GT(bottom[0], 240);
+  EXPECT_GT(top[2], 240);
+  EXPECT_LT(top[0], 15);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, LinesContoursArrowsAndOpacityShow)
+{
+  const std::string only =
+    "--view 1 --block root:Visibility=false --block Mid-plane:Visibility=true ";
+  const Picture base = Draw(only);
+  EXPECT_GT(Difference(base, Draw("--mesh-lines " + only)), 0.02);
+  EXPECT_GT(Difference(base, Draw("--contours Pressure:12 " + only)), 0.005);
+  EXPECT_GT(Difference(base, Draw("--feature-lines " + only)), 0.005);
+  EXPECT_LT(Draw("--opacity 0.3 " + only).Mean[0], 0.6 * base.Mean[0]);
+  const std::string rake = "--view 1 --block root:Visibility=false --glyphs Velocity:0.5 "
+                           "--block root:VectorGlyph.Visibility=false --background 1,1,1 "
+                           "--block Rake:VectorGlyph.Visibility=true";
+  const std::string none = "--view 1 --block root:Visibility=false --background 1,1,1 "
+                           "--block Rake:Visibility=true";
+  EXPECT_GT(Difference(Draw(rake), Draw(none)), 0.005);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, ClipsCutAway)
+{
+  const double whole = Draw("--view 1").Covered;
+  EXPECT_NEAR(
+    Draw("--view 1 --zoom 1 --clip box:-100,4,-100,100,-100,100").Covered / whole, 1.0, 0.6);
+  const std::string fixed = "--view 3 --block Top:Visibility=false ";
+  const Picture base = Draw(fixed);
+  EXPECT_GT(Difference(base, Draw(fixed + "--clip plane:4,0,0,1,0,0")), 0.05);
+  EXPECT_GT(Difference(base, Draw(fixed + "--clip plane:4,0,0,1,0,0:outside")), 0.05);
+  EXPECT_GT(Difference(base, Draw(fixed + "--clip cylinder:0,0,0,0,0,1,3")), 0.05);
+  EXPECT_GT(Difference(base, Draw(fixed + "--clip sphere:0,0,2,3 --clip plane:0,0,2,0,0,1")), 0.05);
+  EXPECT_GT(Difference(base, Draw(fixed + "--clip scalar:Temperature,300,400")), 0.05);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, BlockSettingsReachEveryKind)
+{
+  const std::string only = "--view 1 --block root:Visibility=false ";
+  const Picture red = Draw(only + "--block Top:Visibility=true --block Top:Surface.Color=1,0,0");
+  EXPECT_GT(red.Mean[0], 10.0 * red.Mean[1]);
+  const Picture walls = Draw(only +
+    "--block Walls:MeshLine.Visibility=on "
+    "--block Walls:MeshLine.Color=0,1,0");
+  EXPECT_GT(walls.Mean[1], 2.0);
+  EXPECT_LT(walls.Mean[0], 0.2 * walls.Mean[1]);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, TimeViewAndDirectionChangeThePicture)
+{
+  const std::string cut = "--array Vorticity --range -20,20 --block root:Visibility=false "
+                          "--block Mid-plane:Visibility=true ";
+  const Picture first = Draw(cut + "--view 1 --time 0");
+  EXPECT_GT(Difference(first, Draw(cut + "--view 1 --time 0.17")), 0.02);
+  EXPECT_LT(Difference(first, Draw(cut + "--view 1 --time 0.01")), 0.001); // the nearest step
+  EXPECT_GT(Difference(first, Draw(cut + "--view 3")), 0.05);
+  EXPECT_GT(Difference(first, Draw(cut + "--from 1,-1,1 --zoom 1.4")), 0.05);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, DemoComposesAPicture)
+{
+  const Picture demo = Draw("--demo");
+  EXPECT_GT(demo.Covered, 0.2);
+  EXPECT_GT(demo.Colors, 300u);
+  auto row = zylTestData::MakeRow(3);
+  EXPECT_GT(Draw("--demo", zylTestData::Write(row, Folder() + "/row.vtm")).Colors, 50u);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, TakesReaderLogAndStatistics)
+{
+  const std::string log = Folder() + "/view.log";
+  const Outcome outcome = View("--reader sources/PVDReader --stats --verbose --log " + log +
+    " --size 64x48 --output " + Folder() + "/stats.png");
+  EXPECT_EQ(outcome.ExitCode, 0) << outcome.Text;
+  for (const char* name : { "load", "update", "first frame", "\nframe" })
+  {
+    EXPECT_NE(outcome.Text.find(name), std::string::npos) << name << " in\n" << outcome.Text;
+  }
+  EXPECT_TRUE(std::ifstream(log).good());
+  EXPECT_TRUE(std::ifstream(log + ".vtk.txt").good());
+}
+
+//--------------------------------------------------------------------------------------------------
+struct Failure
+{
+  const char* Name;
+  std::string Arguments;
+  int ExitCode;
+  const char* Text;
+};
+
+class zylViewAppFailure : public ::testing::TestWithParam<Failure>
+{
+};
+
+TEST_P(zylViewAppFailure, SaysSoInOneLine)
+{
+  const Failure& f = GetParam();
+  const std::string folder = Folder();
+  std::ofstream(folder + "/garbage.vtu") << "no xml here";
+  std::ofstream(folder + "/empty.vtu").flush();
+  std::string arguments = f.Arguments;
+  for (auto at = arguments.find('@'); at != std::string::npos; at = arguments.find('@'))
+  {
+    arguments.replace(at, 1, folder + "/");
+  }
+  const bool own =
+    arguments.find(folder) != std::string::npos && arguments.find("out") == std::string::npos;
+  const Outcome outcome = View(arguments, own ? "" : Sample());
+  EXPECT_EQ(outcome.ExitCode, f.ExitCode) << outcome.Text;
+  EXPECT_EQ(outcome.Text.find("zylview: "), 0u) << outcome.Text;
+  EXPECT_NE(outcome.Text.find(f.Text), std::string::npos) << outcome.Text;
+  EXPECT_EQ(outcome.Text.find('\n'), outcome.Text.size() - 1) << outcome.Text;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, zylViewAppFailure,
+  ::testing::Values(Failure{ "BadOption", "--lust", 2, "--help" },
+    Failure{ "MissingFile", "--list @none.vtu", 3, "No such file" },
+    Failure{ "EmptyFile", "--list @empty.vtu", 3, "empty" },
+    Failure{ "GarbageFile", "--list @garbage.vtu", 3, "garbage.vtu" },
+    Failure{ "UnknownArray", "--output @out.png --array Presure", 4, "nearest: Pressure" },
+    Failure{
+      "UnknownBlock", "--output @out.png --block Inlt:Visibility=true", 4, "nearest: Inlet" },
+    Failure{
+      "UnknownBlockId", "--output @out.png --block 999:Visibility=true", 4, "no block '999'" },
+    Failure{
+      "UnknownKind", "--output @out.png --block Inlet:MeshLines.Visibility=1", 4, "MeshLine" },
+    Failure{
+      "UnknownSetting", "--output @out.png --block Inlet:Colour=1,0,0", 4, "nearest: Color" },
+    Failure{ "BadValue", "--output @out.png --block Inlet:Color=1,0", 2, "3 values" },
+    Failure{ "UnknownColorMap", "--output @out.png --colormap Jot --array Pressure", 4, "Jet" },
+    Failure{ "CellContours", "--output @out.png --contours Quality:5", 4, "point array" },
+    Failure{ "ScalarGlyphs", "--output @out.png --glyphs Pressure:1", 4, "nearest: Velocity" },
+    Failure{ "UnknownReader", "--list --reader sources/Nope", 4, "sources/Nope" },
+    Failure{ "BadOutput", "--output @no/out.png", 1, "cannot write" },
+    Failure{ "NoServer", "--list --connect cs://127.0.0.1:1", 6, "127.0.0.1:1" },
+    Failure{ "NoDisplay", "", 5, "--output" }),
+  [](const auto& info) { return info.param.Name; });
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, OpensAWindow)
+{
+  if (std::getenv("DISPLAY") == nullptr)
+  {
+    GTEST_SKIP() << "no display";
+  }
+  const Outcome outcome = Run(std::string(ZYL_VIEW) + " --frames 3 --stats " + Sample());
+  EXPECT_EQ(outcome.ExitCode, 0) << outcome.Text;
+  EXPECT_NE(outcome.Text.find("first frame"), std::string::npos) << outcome.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylSampleApp, RefusesWhatItCannotDo)
+{
+  EXPECT_EQ(Run(ZYL_SAMPLE).ExitCode, 2);
+  EXPECT_EQ(Run(std::string(ZYL_SAMPLE) + " --steps 0 x").ExitCode, 2);
+  const Outcome outcome = Run(std::string(ZYL_SAMPLE) + " /proc/nope");
+  EXPECT_EQ(outcome.ExitCode, 1);
+  EXPECT_NE(outcome.Text.find("zylsample: cannot write to '/proc/nope'"), std::string::npos);
+}
