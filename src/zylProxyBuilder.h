@@ -65,7 +65,6 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> MakeSource(bool registered);
   vtkSmartPointer<vtkSMProxy> New() const;
   void Configure(vtkSMProxy* proxy) const;
-  vtkSmartPointer<vtkSMSourceProxy> MakeSource(bool registered);
 
   vtkSMSessionProxyManager* Manager;
   std::string Group;
