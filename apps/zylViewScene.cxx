@@ -42,7 +42,7 @@
 #include <vtkTextProperty.h>
 
 namespace {
-constexpr int ConnectTimeout = 10; // seconds
+constexpr int ConnectTimeout = 5; // seconds
 constexpr int SampleSteps = 8;
 
 constexpr const char* HelpText = "left drag        orbit\n"
@@ -116,6 +116,15 @@ std::string SampleFile()
     throw zylViewError(zylViewFailed, result.Error);
   }
   return result.File;
+}
+
+// Readers differ in what they give between two time steps.
+double Nearest(const std::vector<double>& steps, double time)
+{
+  const auto nearer = [time](
+                        double a, double b) { return std::abs(a - time) < std::abs(b - time); };
+  const auto best = std::min_element(steps.begin(), steps.end(), nearer);
+  return best == steps.end() ? time : *best;
 }
 
 // Only for files that are read here: a server has files of its own.
@@ -259,7 +268,8 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   }
   if (this->Options.Time)
   {
-    zylTimeController::GetInstance()->GoToTime(*this->Options.Time); // the dataset follows
+    const auto steps = zylTimeController::GetInstance()->GetTimestepValues();
+    zylTimeController::GetInstance()->GoToTime(Nearest(steps, *this->Options.Time));
   }
   const zylViewBlocks blocks(this->DataSet);
   this->View = vtkSmartPointer<zylView>::New();

@@ -210,8 +210,8 @@ bool zylHostRenderWindow::BeginAdoption()
   this->Frames.clear();
   this->Initialized = false;
   this->DepthFormat = 0;
-  // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is no
-  // GLX display.
+  // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is
+  // no GLX display.
   glewExperimental = GL_TRUE;
   const GLenum result = glewInit();
   this->GlewInitValid = result == GLEW_OK || result == GLEW_ERROR_NO_GLX_DISPLAY;
@@ -347,8 +347,7 @@ void zylHostRenderWindow::CopyToHost()
   ClearErrors();
   SingleDrawBuffer single;
   const int* size = this->Size;
-  this->BlitDisplayFramebuffer(
-    0, 0, 0, size[0], size[1], 0, 0, size[0], size[1], mask, GL_NEAREST);
+  this->BlitDisplayFramebuffer(0, 0, 0, size[0], size[1], 0, 0, size[0], size[1], mask, GL_NEAREST);
   const GLenum error = glGetError();
   if (error != GL_NO_ERROR)
   {
@@ -368,8 +367,8 @@ bool zylHostRenderWindow::IsHostFramebuffer(unsigned int name) const
   {
     if (window->Adopted.SameContext(this->Adopted))
     {
-      for (vtkOpenGLFramebufferObject* own : { window->RenderFramebuffer,
-             window->DisplayFramebuffer, window->ResolveFramebuffer })
+      for (vtkOpenGLFramebufferObject* own :
+        { window->RenderFramebuffer, window->DisplayFramebuffer, window->ResolveFramebuffer })
       {
         if (own->GetFBOIndex() == name)
         {
@@ -490,8 +489,9 @@ void zylHostRenderWindow::MatchFramebuffers(unsigned int depthFormat)
   {
     return;
   }
-  const unsigned int wanted =
-    depthFormat ? depthFormat : this->DepthFormat ? this->DepthFormat : GL_DEPTH24_STENCIL8;
+  const unsigned int wanted = depthFormat ? depthFormat
+    : this->DepthFormat                   ? this->DepthFormat
+                                          : GL_DEPTH24_STENCIL8;
   if (this->DepthFormat == wanted && this->RenderFramebuffer->GetFBOIndex())
   {
     return;
@@ -554,8 +554,7 @@ zylHostRenderWindowScope::zylHostRenderWindowScope()
   vtkObjectFactoryCollection* factories = vtkObjectFactory::GetRegisteredFactories();
   vtkCollectionSimpleIterator iterator;
   factories->InitTraversal(iterator);
-  while (auto* factory =
-           static_cast<vtkObjectFactory*>(factories->GetNextItemAsObject(iterator)))
+  while (auto* factory = static_cast<vtkObjectFactory*>(factories->GetNextItemAsObject(iterator)))
   {
     for (int i = 0; i < factory->GetNumberOfOverrides(); ++i)
     {

@@ -50,17 +50,17 @@ public:
   bool IsAdopted();
 
   ///@{
-  /// Between these two the host's state is put aside and the OpenGL state is neutral. They nest. The
-  /// adopted context must be current.
+  /// Between these two the host's state is put aside and the OpenGL state is neutral. They nest.
+  /// The adopted context must be current.
   void BeginFrame();
   void EndFrame();
   bool InFrame() const { return !this->Frames.empty(); }
   ///@}
 
   ///@{
-  /// Inside a frame: copy color and depth from the framebuffer bound for reading into the one that is
-  /// rendered to, or the finished picture into the one bound for drawing. What cannot be copied is
-  /// reported, once until it works again.
+  /// Inside a frame: copy color and depth from the framebuffer bound for reading into the one that
+  /// is rendered to, or the finished picture into the one bound for drawing. What cannot be copied
+  /// is reported, once until it works again.
   void CopyFromHost();
   void CopyToHost();
   ///@}
@@ -68,8 +68,8 @@ public:
   /// Whether the window has pixels.
   bool HasArea() const { return this->Size[0] > 0 && this->Size[1] > 0; }
 
-  /// Whether a framebuffer of this name is the host's: it exists and no window of the library made it.
-  /// The adopted context must be current.
+  /// Whether a framebuffer of this name is the host's: it exists and no window of the library made
+  /// it. The adopted context must be current.
   bool IsHostFramebuffer(unsigned int name) const;
 
   bool IsCurrent() override;
@@ -112,7 +112,8 @@ private:
   std::string CapabilityReport;
 };
 
-/// While it lives, a new vtkRenderWindow is a zylHostRenderWindow; afterwards everything is as it was.
+/// While it lives, a new vtkRenderWindow is a zylHostRenderWindow; afterwards everything is as it
+/// was.
 class ZYL_PRIVATE zylHostRenderWindowScope
 {
 public:
