@@ -210,10 +210,13 @@ bool zylHostRenderWindow::BeginAdoption()
   this->Frames.clear();
   this->Initialized = false;
   this->DepthFormat = 0;
+  this->PictureSize[0] = this->PictureSize[1] = 0;
   // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is
   // no GLX display.
+  const GLboolean experimental = glewExperimental;
   glewExperimental = GL_TRUE;
   const GLenum result = glewInit();
+  glewExperimental = experimental;
   this->GlewInitValid = result == GLEW_OK || result == GLEW_ERROR_NO_GLX_DISPLAY;
   ClearErrors();
   return true;
@@ -222,7 +225,6 @@ bool zylHostRenderWindow::BeginAdoption()
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::FinishAdoption()
 {
-  this->SetIsCurrent(true);
   vtkSmartPointer<TextureUnits> units = vtkSmartPointer<TextureUnits>::New();
   units->Window = this;
   units->Initialize();
@@ -246,6 +248,12 @@ bool zylHostRenderWindow::IsAdopted()
   // A new context may have the address of a deleted one, but not its framebuffers.
   const unsigned int name = this->RenderFramebuffer->GetFBOIndex();
   return name == 0 || glIsFramebuffer(name) == GL_TRUE;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::IsElsewhere()
+{
+  return this->Adopted && !this->IsCurrent();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -322,9 +330,10 @@ void zylHostRenderWindow::CopyFromHost()
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::CopyToHost()
 {
-  if (!this->HasArea() || this->DisplayFramebuffer->GetFBOIndex() == 0)
+  if (!this->HasArea() || this->PictureSize[0] != this->Size[0] ||
+    this->PictureSize[1] != this->Size[1])
   {
-    return;
+    return; // nothing was drawn yet
   }
   const GLenum status = glCheckFramebufferStatus(GL_DRAW_FRAMEBUFFER);
   if (status != GL_FRAMEBUFFER_COMPLETE)
@@ -384,6 +393,14 @@ bool zylHostRenderWindow::IsHostFramebuffer(unsigned int name) const
 bool zylHostRenderWindow::IsCurrent()
 {
   return !this->Lost && this->Adopted && this->Adopted.SameContext(zylHostContext::Current());
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::Render()
+{
+  this->Superclass::Render();
+  this->PictureSize[0] = this->Size[0];
+  this->PictureSize[1] = this->Size[1];
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -497,6 +514,7 @@ void zylHostRenderWindow::MatchFramebuffers(unsigned int depthFormat)
     return;
   }
   this->DepthFormat = wanted;
+  this->PictureSize[0] = this->PictureSize[1] = 0;
   this->Populate(this->RenderFramebuffer, 1);
   this->Populate(this->DisplayFramebuffer, 2);
   this->LastMultiSamples = this->MultiSamples; // or the render framebuffer is made anew

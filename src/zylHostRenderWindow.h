@@ -49,6 +49,9 @@ public:
   /// Whether the adopted context is current and still holds what was made in it.
   bool IsAdopted();
 
+  /// Whether there is an adopted context and it is not current.
+  bool IsElsewhere();
+
   ///@{
   /// Between these two the host's state is put aside and the OpenGL state is neutral. They nest.
   /// The adopted context must be current.
@@ -72,6 +75,7 @@ public:
   /// it. The adopted context must be current.
   bool IsHostFramebuffer(unsigned int name) const;
 
+  void Render() override;
   bool IsCurrent() override;
   int SupportsOpenGL() override { return 1; }
   const char* ReportCapabilities() override;
@@ -106,7 +110,8 @@ private:
   zylHostContext Suspended; // current before PushContext() of a release elsewhere
   int PushDepth = 0;
   bool PushedFrame = false;
-  unsigned int DepthFormat = 0; // of our framebuffers; 0 when not made yet
+  int PictureSize[2] = { 0, 0 }; // of the last picture; 0 without one
+  unsigned int DepthFormat = 0;  // of our framebuffers; 0 when not made yet
   std::string CopyInProblem;
   std::string CopyOutProblem;
   std::string CapabilityReport;

@@ -267,10 +267,15 @@ zylView::~zylView()
     const vtkSmartPointer<zylRepresentation> rep = *this->Representations.begin();
     this->RemoveRepresentation(rep);
   }
-  if (this->RenderWindow)
+  // Mappers that are destroyed with OpenGL objects delete them in whatever context is current.
+  zylHostContextKeeper context;
+  if (zylHostRenderWindow* window = this->GetHostWindow())
   {
-    // Mappers that are destroyed with OpenGL objects delete them in whatever context is current.
-    this->RenderWindow->ReleaseGraphicsResources(this->RenderWindow);
+    window->ReleaseGraphicsResources(window);
+    if (window->IsElsewhere())
+    {
+      zylHostContext::Current().Release();
+    }
   }
   if (this->Proxy)
   {
@@ -280,6 +285,7 @@ zylView::~zylView()
       vtkNew<vtkSMParaViewPipelineControllerWithRendering> controller;
       controller->UnRegisterProxy(this->Proxy);
     }
+    this->Proxy = nullptr;
   }
 }
 

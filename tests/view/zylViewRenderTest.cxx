@@ -455,6 +455,30 @@ TEST_F(zylViewRender, ViewsDrawInTheirOwnContexts)
   otherView = nullptr;
 }
 
+TEST_F(zylViewRender, DrawsInACompatibilityContext)
+{
+  this->Host = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300, false);
+  ASSERT_NE(this->Host, nullptr);
+  GLint version[2] = { 0, 0 };
+  glGetIntegerv(GL_MAJOR_VERSION, &version[0]);
+  glGetIntegerv(GL_MINOR_VERSION, &version[1]);
+  if (10 * version[0] + version[1] < 32)
+  {
+    this->View = nullptr;
+    GTEST_SKIP() << "this driver's compatibility contexts are too old";
+  }
+  ShowSphere(this->View);
+  this->RenderScene();
+  this->ExpectScene("compatibility");
+  this->PaintScene();
+  glEnable(GL_ALPHA_TEST);
+  glAlphaFunc(GL_NEVER, 0.0f);
+  this->Unchanged("Render", [this] { this->View->Render(); });
+  EXPECT_TRUE(glIsEnabled(GL_ALPHA_TEST));
+  glDisable(GL_ALPHA_TEST);
+  this->ExpectScene("alpha test");
+}
+
 // What is made in a context that is gone is made again in the next one.
 TEST_F(zylViewRender, MovesToANewContext)
 {
@@ -537,11 +561,18 @@ TEST_F(zylViewRender, GoesOnWhenCallsAreOutOfOrder)
   this->ExpectScene("afterwards");
 }
 
+// Without a picture of its own the view copies nothing out.
 TEST_F(zylViewRender, CleansUpBeforeTheFirstRender)
 {
   zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+  this->Host->Clear(1.0f, 0.5f, 0.0f);
   this->Unchanged("cleanup", [this] { this->View->PostRenderCleanup(); });
   EXPECT_EQ(log.Count(Error, "without PreRenderSetup()"), 1);
+  this->Unchanged("pair", [this] {
+    this->View->PreRenderSetup();
+    this->View->PostRenderCleanup();
+  });
+  EXPECT_TRUE(this->Host->PixelIs(150, 150, 255, 128, 0));
   ShowSphere(this->View);
   this->RenderScene();
   this->ExpectScene("afterwards");
