@@ -257,7 +257,6 @@ TEST(zylViewApp, TakesReaderLogAndStatistics)
     EXPECT_NE(outcome.Text.find(name), std::string::npos) << name << " in\n" << outcome.Text;
   }
   EXPECT_TRUE(std::ifstream(log).good());
-  EXPECT_TRUE(std::ifstream(log + ".vtk.txt").good());
 }
 
 //--------------------------------------------------------------------------------------------------
