@@ -14,9 +14,7 @@
 #include <vtkMatrix4x4.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
-#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
-#include <vtkSMProxyListDomain.h>
 #include <vtkSMProxyManager.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
@@ -103,17 +101,13 @@ void SetScalars(vtkSMProxy* clip, const std::string& name)
 // Let `clip` use the implicit function of that XML name; returns it, null if there is none.
 vtkSMProxy* UseFunction(vtkSMProxy* clip, const std::string& name)
 {
-  auto* domain = clip->GetProperty("ClipFunction")->FindDomain<vtkSMProxyListDomain>();
-  for (unsigned int i = 0; domain && i < domain->GetNumberOfProxies(); ++i)
+  vtkSMProxy* function = zylFindOffered(clip, "ClipFunction", name);
+  vtkSMPropertyHelper current(clip, "ClipFunction");
+  if (function && current.GetAsProxy() != function)
   {
-    vtkSMProxy* function = domain->GetProxy(i);
-    if (function && name == function->GetXMLName())
-    {
-      vtkSMPropertyHelper(clip, "ClipFunction").Set(function);
-      return function;
-    }
+    current.Set(function);
   }
-  return nullptr;
+  return function;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -5,10 +5,12 @@
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
+#include <vtkSMInputProperty.h>
 #include <vtkSMParaViewPipelineController.h>
-#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
+#include <vtkSMPropertyIterator.h>
 #include <vtkSMProxy.h>
+#include <vtkSMProxyListDomain.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -178,6 +180,11 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view
   zylMuteDomains(proxy);
   this->Configure(proxy);
   zylMuteDomains(proxy);
+  // The one default that is worked out from the data on demand. What was modified has none.
+  if (vtkSMProperty* type = proxy->GetProperty("Representation"))
+  {
+    type->Modified();
+  }
   controller->PostInitializeProxy(proxy);
   controller->RegisterRepresentationProxy(proxy);
   vtkSMPropertyHelper(view, "Representations").Add(proxy);
@@ -192,15 +199,17 @@ void zylMuteDomains(vtkSMProxy* proxy)
   {
     return;
   }
-  if (vtkSMProperty* input = proxy->GetProperty("Input"))
+  // A property updates the domains that depend on it through observers: of its own changes, and of
+  // the producers it is connected to, when they have executed.
+  vtkSmartPointer<vtkSMPropertyIterator> iterator;
+  iterator.TakeReference(proxy->NewPropertyIterator());
+  for (iterator->Begin(); !iterator->IsAtEnd(); iterator->Next())
   {
-    // The observers through which a property updates the domains that depend on it: on a change of
-    // its own, and when one of its producers has executed.
-    input->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
-    vtkSMPropertyHelper helper(input);
-    for (unsigned int i = 0; i < helper.GetNumberOfElements(); ++i)
+    iterator->GetProperty()->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
+    auto* input = vtkSMInputProperty::SafeDownCast(iterator->GetProperty());
+    for (unsigned int i = 0; input && i < input->GetNumberOfProxies(); ++i)
     {
-      if (vtkSMProxy* producer = helper.GetAsProxy(i))
+      if (vtkSMProxy* producer = input->GetProxy(i))
       {
         producer->RemoveObservers(vtkCommand::UpdateDataEvent);
       }
@@ -210,6 +219,22 @@ void zylMuteDomains(vtkSMProxy* proxy)
   {
     zylMuteDomains(SubProxies::Get(proxy, i));
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMProxy* zylFindOffered(vtkSMProxy* proxy, const char* property, const std::string& name)
+{
+  vtkSMProperty* choice = proxy ? proxy->GetProperty(property) : nullptr;
+  auto* domain = choice ? choice->FindDomain<vtkSMProxyListDomain>() : nullptr;
+  for (unsigned int i = 0; domain && i < domain->GetNumberOfProxies(); ++i)
+  {
+    vtkSMProxy* offered = domain->GetProxy(i);
+    if (offered && name == offered->GetXMLName())
+    {
+      return offered;
+    }
+  }
+  return nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------

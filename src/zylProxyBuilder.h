@@ -82,6 +82,10 @@ ZYL_PRIVATE void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* p
 /// them. Null does nothing. To be repeated when an input is replaced.
 ZYL_PRIVATE void zylMuteDomains(vtkSMProxy* proxy);
 
+/// The proxy of XML name `name` among those that `property` of `proxy` offers (borrowed), or null.
+ZYL_PRIVATE vtkSMProxy* zylFindOffered(
+  vtkSMProxy* proxy, const char* property, const std::string& name);
+
 /// Execute `source` and what is upstream of it at the active time (0 before any time is known).
 ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source);
 

@@ -11,7 +11,7 @@ int main(int argc, char** argv)
   setenv("EGL_PLATFORM", "surfaceless", 0); // Mesa without a window system
   EGLDisplay display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
   const EGLint wanted[] = { EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
-    EGL_DEPTH_SIZE, 24, EGL_NONE };
+    EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_DEPTH_SIZE, 24, EGL_NONE };
   const EGLint size[] = { EGL_WIDTH, 800, EGL_HEIGHT, 600, EGL_NONE };
   const EGLint version[] = { EGL_CONTEXT_MAJOR_VERSION, 3, EGL_CONTEXT_MINOR_VERSION, 2, EGL_NONE };
   EGLConfig config;

@@ -1,6 +1,6 @@
 /// @file zylFuzz.h
-/// What the fuzzers feed with arbitrary bytes. Each aborts when a promise of the code is broken. The
-/// fuzzers (zylFuzzMain.cxx) call them for ever, zylFuzzCorpusTest for each file of corpus/.
+/// What the fuzzers feed with arbitrary bytes. Each aborts when a promise of the code is broken.
+/// The fuzzers (zylFuzzMain.cxx) call them for ever, zylFuzzCorpusTest for each file of corpus/.
 #ifndef zylFuzz_h
 #define zylFuzz_h
 

@@ -92,8 +92,8 @@ public:
     (void)Expand{ 0, ((message << arguments), 0)... };
     message << vtkClientServerStream::End;
     vtkClientServerStream result;
-    const int status = this->Commands->CallCommandFunction(
-      this->Type, this->Object, method, message, result);
+    const int status =
+      this->Commands->CallCommandFunction(this->Type, this->Object, method, message, result);
     if (status)
     {
       return "";
@@ -103,7 +103,8 @@ public:
   }
 
 private:
-  vtkClientServerInterpreter* Commands = vtkClientServerInterpreterInitializer::GetGlobalInterpreter();
+  vtkClientServerInterpreter* Commands =
+    vtkClientServerInterpreterInitializer::GetGlobalInterpreter();
   const char* Type;
   vtkObjectBase* Object;
 };
@@ -143,8 +144,7 @@ TEST(Plugin, Definitions)
   vtkSMProxy* filter = Manager()->GetPrototypeProxy("filters", "AMRPartThreshold");
   ASSERT_NE(filter, nullptr);
   EXPECT_STREQ(filter->GetVTKClassName(), "vtkAMRExtractLabeledBlocks");
-  EXPECT_TRUE(
-    Properties(filter, { "Input", "PartIdArrayName", "PartLevelMaskArrayName" }).empty());
+  EXPECT_TRUE(Properties(filter, { "Input", "PartIdArrayName", "PartLevelMaskArrayName" }).empty());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -194,8 +194,7 @@ TEST(Plugin, DataSetStepsThroughTheIndex)
   zylWriteFile(directory / "case.json", "{\"timesteps\":[" + steps + "]}");
 
   vtkNew<zylDataSet> data;
-  ASSERT_TRUE(
-    data->LoadFromFile({ directory / "case.json" }, "sources", "ZYLVolumeSurfaceReader"));
+  ASSERT_TRUE(data->LoadFromFile({ directory / "case.json" }, "sources", "ZYLVolumeSurfaceReader"));
   EXPECT_EQ(data->GetTimestepValues(), (std::vector<double>{ 0, 2, 4 }));
   EXPECT_EQ(data->GetFileNames(), std::vector<std::string>{ directory / "case.json" });
   zylMultiBlockTree* tree = data->GetMultiBlockTree();
@@ -221,9 +220,8 @@ TEST(Plugin, AMRPartThreshold)
 {
   zylTemporaryDirectory directory;
   zylWriteSmallPlotfile(directory / "plt");
-  auto reader = Builder("sources", "AMReXGridReader")
-                  .Set("FileNames", (directory / "plt").c_str())
-                  .Make();
+  auto reader =
+    Builder("sources", "AMReXGridReader").Set("FileNames", (directory / "plt").c_str()).Make();
   ASSERT_NE(reader, nullptr);
   reader->UpdatePipelineInformation();
   vtkSMPropertyHelper status(reader, "CellArrayStatus");
@@ -234,19 +232,18 @@ TEST(Plugin, AMRPartThreshold)
   }
   reader->UpdateVTKObjects();
   reader->UpdatePipeline();
-  auto parts = Builder("filters", "AMRPartThreshold")
-                 .Input(reader)
-                 .Set("PartIdArrayName", "part_id")
-                 .Set("PartLevelMaskArrayName", "level_mask")
-                 .Make();
+  auto parts = Builder("filters", "AMRPartThreshold").Input(reader).Make();
   ASSERT_NE(parts, nullptr);
-  vtkSMPropertyHelper(parts, "PartIdArrayName").Set("part_id");
-  vtkSMPropertyHelper(parts, "PartLevelMaskArrayName").Set("level_mask");
-  parts->UpdateVTKObjects();
+  EXPECT_STREQ(vtkSMPropertyHelper(parts, "PartIdArrayName").GetAsString(), "part_id");
+  EXPECT_STREQ(vtkSMPropertyHelper(parts, "PartLevelMaskArrayName").GetAsString(), "level_mask");
   auto* output = vtkMultiBlockDataSet::SafeDownCast(Output(parts));
   ASSERT_NE(output, nullptr);
   EXPECT_EQ(output->GetNumberOfBlocks(), 2u);
   EXPECT_EQ(output->GetNumberOfCells(), zylSmallPlotfileCells);
+  vtkSMPropertyHelper(parts, "PartLevelMaskArrayName").Set("None");
+  parts->UpdateVTKObjects();
+  output = vtkMultiBlockDataSet::SafeDownCast(Output(parts));
+  EXPECT_EQ(output->GetNumberOfCells(), 1024); // both levels
   zylUnregister(parts);
   zylUnregister(reader);
 }
