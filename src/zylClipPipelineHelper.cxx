@@ -82,13 +82,10 @@ constexpr Mode Modes[] = {
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> MakeFilter(const char* name, vtkSMSourceProxy* input)
 {
-  auto filter = zylProxyBuilder(
+  return zylProxyBuilder(
     vtkSMProxyManager::GetProxyManager()->GetActiveSessionProxyManager(), "filters", name)
-                  .Then(zylMuteDomains)
-                  .Input(input)
-                  .Make();
-  zylMuteDomains(filter);
-  return filter;
+    .Input(input)
+    .Make();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -199,7 +196,6 @@ void zylClipPipelineHelper::Update()
   }
   vtkSMSourceProxy* const shown[] = { this->Input, this->SecondClip, this->FirstClip };
   zylConnect(this->Output, shown[std::min(mode, 2)]);
-  zylMuteDomains(this->Output);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -239,7 +235,6 @@ void zylClipPipelineHelper::UpdateClips(int mode)
     vtkSMPropertyHelper(this->FirstClip, "Invert").Set(this->Properties->GetBool("Invert") ? 1 : 0);
   }
   zylConnect(this->FirstClip, this->Input);
-  zylMuteDomains(this->FirstClip);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -29,6 +29,35 @@ struct SubProxies : public vtkSMProxy
     return (proxy->*get)(i);
   }
 };
+
+//--------------------------------------------------------------------------------------------------
+// Keep the choices that ParaView offers for the properties (their domains: lists of arrays, ranges,
+// bounds) from following the inputs. They would be worked out anew, by a gather of everything about
+// the data that takes seconds with thousands of blocks, whenever the inputs execute; nothing in the
+// library reads them.
+void MuteDomains(vtkSMProxy* proxy)
+{
+  // A property updates the domains that depend on it through observers: of its own changes, and of
+  // the producers it is connected to, when they have executed.
+  vtkSmartPointer<vtkSMPropertyIterator> iterator;
+  iterator.TakeReference(proxy->NewPropertyIterator());
+  for (iterator->Begin(); !iterator->IsAtEnd(); iterator->Next())
+  {
+    iterator->GetProperty()->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
+    auto* input = vtkSMInputProperty::SafeDownCast(iterator->GetProperty());
+    for (unsigned int i = 0; input && i < input->GetNumberOfProxies(); ++i)
+    {
+      if (vtkSMProxy* producer = input->GetProxy(i))
+      {
+        producer->RemoveObservers(vtkCommand::UpdateDataEvent);
+      }
+    }
+  }
+  for (unsigned int i = 0; i < SubProxies::Count(proxy); ++i)
+  {
+    MuteDomains(SubProxies::Get(proxy, i));
+  }
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -140,7 +169,9 @@ vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeSource(bool registered)
     // One controller for all steps: it remembers what it has begun to initialize.
     vtkNew<vtkSMParaViewPipelineController> controller;
     controller->PreInitializeProxy(source);
+    MuteDomains(source);
     this->Configure(source);
+    MuteDomains(source);
     controller->PostInitializeProxy(source);
     if (registered)
     {
@@ -177,9 +208,9 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view
   }
   vtkNew<vtkSMParaViewPipelineController> controller;
   controller->PreInitializeProxy(proxy);
-  zylMuteDomains(proxy);
+  MuteDomains(proxy);
   this->Configure(proxy);
-  zylMuteDomains(proxy);
+  MuteDomains(proxy);
   // The one default that is worked out from the data on demand. What was modified has none.
   if (vtkSMProperty* type = proxy->GetProperty("Representation"))
   {
@@ -190,35 +221,6 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view
   vtkSMPropertyHelper(view, "Representations").Add(proxy);
   view->UpdateVTKObjects();
   return proxy;
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylMuteDomains(vtkSMProxy* proxy)
-{
-  if (!proxy)
-  {
-    return;
-  }
-  // A property updates the domains that depend on it through observers: of its own changes, and of
-  // the producers it is connected to, when they have executed.
-  vtkSmartPointer<vtkSMPropertyIterator> iterator;
-  iterator.TakeReference(proxy->NewPropertyIterator());
-  for (iterator->Begin(); !iterator->IsAtEnd(); iterator->Next())
-  {
-    iterator->GetProperty()->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
-    auto* input = vtkSMInputProperty::SafeDownCast(iterator->GetProperty());
-    for (unsigned int i = 0; input && i < input->GetNumberOfProxies(); ++i)
-    {
-      if (vtkSMProxy* producer = input->GetProxy(i))
-      {
-        producer->RemoveObservers(vtkCommand::UpdateDataEvent);
-      }
-    }
-  }
-  for (unsigned int i = 0; i < SubProxies::Count(proxy); ++i)
-  {
-    zylMuteDomains(SubProxies::Get(proxy, i));
-  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -248,7 +250,10 @@ void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
   if (helper.GetNumberOfElements() != 1 || helper.GetAsProxy(0) != source ||
     helper.GetOutputPort(0) != 0)
   {
+    // The observers of the new input come with the connection.
+    MuteDomains(proxy);
     helper.Set(source, 0);
+    MuteDomains(proxy);
   }
   proxy->UpdateVTKObjects();
 }

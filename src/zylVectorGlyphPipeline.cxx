@@ -52,7 +52,8 @@ void zylVectorGlyphPipeline::Update(zylView* view)
     return;
   }
   const bool good = this->CheckVectorVariable(name);
-  if ((!good && !this->Representation) || !this->EnsureRepresentation(view, this->DataSource))
+  if ((!good && !this->Representation) ||
+    !this->EnsureRepresentation(view, this->ExtractVisibleBlocks()))
   {
     return;
   }
