@@ -386,12 +386,11 @@ void zylView::AddRepresentation(zylRepresentation* rep)
 //--------------------------------------------------------------------------------------------------
 void zylView::RemoveRepresentation(zylRepresentation* rep)
 {
-  const auto found = rep ? this->Representations.find(rep) : this->Representations.end();
-  if (found != this->Representations.end())
+  if (rep && this->Representations.count(rep) > 0)
   {
     ResourceScope resources(this->RenderWindow);
     rep->SetView(nullptr);
-    this->Representations.erase(found);
+    this->Representations.erase(rep);
   }
 }
 
