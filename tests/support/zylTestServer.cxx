@@ -2,6 +2,8 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -23,6 +25,25 @@ int FreePort()
   close(handle);
   return ntohs(address.sin_port);
 }
+
+// Only what programs need: a client that has started MPI leaves variables behind that keep mpirun
+// from starting, and a display that is gone stops a server.
+void CleanEnvironment()
+{
+  std::vector<std::pair<const char*, std::string>> kept;
+  for (const char* name : { "PATH", "HOME", "TMPDIR", "LANG" })
+  {
+    if (const char* value = getenv(name))
+    {
+      kept.emplace_back(name, value);
+    }
+  }
+  clearenv();
+  for (const auto& variable : kept)
+  {
+    setenv(variable.first, variable.second.c_str(), 1);
+  }
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -41,14 +62,13 @@ zylTestServer::zylTestServer(int ranks, const char* pluginDirectory)
     return;
   }
   setpgid(0, 0);
+  CleanEnvironment();
   setenv("PV_PLUGIN_PATH", pluginDirectory, 1);
   setenv("OMPI_ALLOW_RUN_AS_ROOT", "1", 1);
   setenv("OMPI_ALLOW_RUN_AS_ROOT_CONFIRM", "1", 1);
-  unsetenv("DISPLAY");
   std::string command = "exec ";
   if (ranks > 1)
   {
-    unsetenv("OMPI_MCA_ess_singleton_isolated");
     command += std::string(ZYL_MPIRUN) +
       " --oversubscribe --mca btl self,vader,tcp --mca btl_tcp_if_include lo"
       " --mca oob_tcp_if_include lo -np " +

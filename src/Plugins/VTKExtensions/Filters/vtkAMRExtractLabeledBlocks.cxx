@@ -297,31 +297,37 @@ void CopyColumns(const std::vector<Column>& columns, const std::vector<Source>& 
   }
 }
 
+// Through the arrays' own methods; without `source`, zeros where there are numbers.
+void CopyOddTuple(vtkAbstractArray* target, vtkIdType to, vtkAbstractArray* source, vtkIdType from)
+{
+  if (source && source->GetDataType() == target->GetDataType())
+  {
+    target->SetTuple(to, from, source);
+    return;
+  }
+  auto* numbers = vtkDataArray::SafeDownCast(target);
+  auto* values = vtkDataArray::SafeDownCast(source);
+  for (int c = 0; numbers && c < numbers->GetNumberOfComponents(); ++c)
+  {
+    numbers->SetComponent(to, c, values ? values->GetComponent(from, c) : 0.0);
+  }
+}
+
 // What CopyColumns leaves: arrays that are not plain memory or are of another type in this block.
 void CopyOddColumns(const std::vector<Column>& columns, const std::vector<Source>& sources,
   vtkDataSetAttributes* output, vtkIdType first, const int* ids, int count)
 {
   for (std::size_t i = 0; i < columns.size(); ++i)
   {
-    vtkAbstractArray* target = output->GetAbstractArray(columns[i].Model->GetName());
-    vtkAbstractArray* source = sources[i].Array;
-    if (source && !sources[i].Values)
+    const bool missingPlain = !sources[i].Array && columns[i].TupleBytes > 0;
+    if (sources[i].Values || missingPlain)
     {
-      for (int k = 0; k < count; ++k)
-      {
-        target->SetTuple(first + k, ids ? ids[k] : k, source);
-      }
+      continue;
     }
-    else if (auto* numbers =
-               !source && columns[i].TupleBytes == 0 ? vtkDataArray::SafeDownCast(target) : nullptr)
+    vtkAbstractArray* target = output->GetAbstractArray(columns[i].Model->GetName());
+    for (int k = 0; k < count; ++k)
     {
-      for (int k = 0; k < count; ++k)
-      {
-        for (int c = 0; c < numbers->GetNumberOfComponents(); ++c)
-        {
-          numbers->SetComponent(first + k, c, 0.0);
-        }
-      }
+      CopyOddTuple(target, first + k, sources[i].Array, ids ? ids[k] : k);
     }
   }
 }
