@@ -110,6 +110,18 @@ private:
       out << this->Plot.Refinement << " ";
     }
     out << "\n";
+    this->AddGeometryTo(out);
+    for (int level = 0; level < levels; ++level)
+    {
+      this->AddLevelTo(out, level);
+    }
+    return out.str();
+  }
+
+  void AddGeometryTo(std::ostringstream& out) const
+  {
+    const int levels = static_cast<int>(this->Plot.Levels.size());
+    const int dimension = this->Plot.Dimension;
     for (int level = 0; level < levels; ++level)
     {
       zylAMReXBox domain = { { { 0, 0, 0 } }, { { 0, 0, 0 } } };
@@ -134,11 +146,6 @@ private:
       out << "\n";
     }
     out << "0\n0\n";
-    for (int level = 0; level < levels; ++level)
-    {
-      this->AddLevelTo(out, level);
-    }
-    return out.str();
   }
 
   void AddLevelTo(std::ostringstream& out, int level) const

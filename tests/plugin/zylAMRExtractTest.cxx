@@ -16,6 +16,7 @@
 #include <vtkBitArray.h>
 #include <vtkCell.h>
 #include <vtkCellData.h>
+#include <vtkCompositeDataIterator.h>
 #include <vtkDoubleArray.h>
 #include <vtkFloatArray.h>
 #include <vtkIdList.h>

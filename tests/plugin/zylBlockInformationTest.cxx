@@ -29,7 +29,8 @@ namespace {
 using Node = vtkZYLBlockInformation::Node;
 using Array = vtkZYLBlockInformation::Array;
 
-void AddArray(vtkFieldData* fields, const char* name, const std::vector<std::vector<double>>& tuples)
+void AddArray(
+  vtkFieldData* fields, const char* name, const std::vector<std::vector<double>>& tuples)
 {
   vtkNew<vtkDoubleArray> array;
   array->SetName(name);
@@ -234,8 +235,8 @@ TEST(BlockInformation, ComponentCountsThatDiffer)
 TEST(BlockInformation, LevelsOfAMRHavePieces)
 {
   const auto amr = zylMakeAMR({ { zylMakeGrid(1, 1, 1) }, { zylMakeGrid(2, 1, 1), nullptr } });
-  EXPECT_EQ(Describe(Send(Gather(amr))->GetNodes()),
-    ":-1:2 Level 0:0:1 :1:0p Level 1:0:2 :3:0p :3:0p- ");
+  EXPECT_EQ(
+    Describe(Send(Gather(amr))->GetNodes()), ":-1:2 Level 0:0:1 :1:0p Level 1:0:2 :3:0p :3:0p- ");
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -287,7 +288,11 @@ TEST(BlockInformation, DamagedStreams)
       other << vtkClientServerStream::Reply << 1 << 9
             << vtkClientServerStream::InsertArray(damaged.data(), static_cast<int>(damaged.size()))
             << vtkClientServerStream::InsertArray(doubles.data(), static_cast<int>(doubles.size()))
-            << 5 << "" << "A" << "G" << "pieces" << "N" << vtkClientServerStream::End;
+            << 5 << ""
+            << "A"
+            << "G"
+            << "pieces"
+            << "N" << vtkClientServerStream::End;
       vtkNew<vtkZYLBlockInformation> received;
       received->CopyFromStream(&other);
       refused += received->GetNodes().empty();

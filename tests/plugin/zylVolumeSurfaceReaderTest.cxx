@@ -116,7 +116,8 @@ TEST_F(VolumeSurfaceReader, ReadsTheFilesOfTheNearestTime)
   for (int i = 0; i < 3; ++i)
   {
     const std::string n = std::to_string(i);
-    steps += (i > 0 ? "," : "") + Step(times[i], Surface("surface" + n + ".vtm") + ", " + Volume("plt" + n));
+    steps += (i > 0 ? "," : "") +
+      Step(times[i], Surface("surface" + n + ".vtm") + ", " + Volume("plt" + n));
   }
   ASSERT_TRUE(this->Open(Index(steps)));
   EXPECT_EQ(this->Times(), (std::vector<double>{ 0.5, 1.0, 4.0 }));
@@ -130,8 +131,8 @@ TEST_F(VolumeSurfaceReader, ReadsTheFilesOfTheNearestTime)
     this->Load(request.first);
     this->ExpectBlocks(1, 2);
     EXPECT_STREQ(this->Block(0)->GetMetaData(0u)->Get(vtkCompositeDataSet::NAME()), "ball");
-    EXPECT_EQ(vtkPolyData::SafeDownCast(this->Block(0)->GetBlock(0))->GetBounds()[1],
-      1.0 + request.second);
+    EXPECT_EQ(
+      vtkPolyData::SafeDownCast(this->Block(0)->GetBlock(0))->GetBounds()[1], 1.0 + request.second);
     vtkIdType cells = 0;
     for (unsigned int p = 0; p < 2; ++p)
     {
@@ -320,8 +321,7 @@ TEST_F(VolumeSurfaceReader, VolumesWithoutPartsOrMask)
   zylTestLog log;
   this->Load(0);
   this->ExpectBlocks(0, 1);
-  EXPECT_TRUE(
-    log.Has(Errors, "PartIdArrayName not set. The filter will not produce anything"));
+  EXPECT_TRUE(log.Has(Errors, "PartIdArrayName not set. The filter will not produce anything"));
   this->Reader->SetPartIdArrayName("part_id");
   this->Reader->SetLevelMaskArrayName(nullptr);
   this->Load(0);
@@ -401,22 +401,22 @@ TEST_F(VolumeSurfaceReader, PlotfilesThatDoNotAgreeWithThemselves)
     const char* To;
   };
   const Case cases[] = {
-    { "Header", "\n3\nvalue", "\n300000000\nvalue" },      // variables
-    { "Header", "level_mask\n3\n", "level_mask\n1\n" },    // dimension
-    { "Header", "\n1\n0 0 0", "\n-1\n0 0 0" },             // no levels
-    { "Header", "\n1\n0 0 0", "\n2000000000\n0 0 0" },     // levels
-    { "Header", "0 2 0\n", "0 2000000000 0\n" },           // boxes
-    { "Header", "0.125 0.125", "-0.125 0.125" },           // cell size
-    { "Level_0/Cell_H", "1\n0\n3\n0\n", "2\n0\n3\n0\n" },  // version
-    { "Level_0/Cell_H", "1\n0\n3\n0\n", "1\n0\n4\n0\n" },  // variables
-    { "Level_0/Cell_H", "(2 0\n", "(3 0\n" },              // boxes
-    { "Level_0/Cell_H", "(7,7,3)", "(700000000,7,3)" },    // a box outside
-    { "Level_0/Cell_H", "(7,7,3)", "(-1,7,3)" },           // an inverted box
+    { "Header", "\n3\nvalue", "\n300000000\nvalue" },     // variables
+    { "Header", "level_mask\n3\n", "level_mask\n1\n" },   // dimension
+    { "Header", "\n1\n0 0 0", "\n-1\n0 0 0" },            // no levels
+    { "Header", "\n1\n0 0 0", "\n2000000000\n0 0 0" },    // levels
+    { "Header", "0 2 0\n", "0 2000000000 0\n" },          // boxes
+    { "Header", "0.125 0.125", "-0.125 0.125" },          // cell size
+    { "Level_0/Cell_H", "1\n0\n3\n0\n", "2\n0\n3\n0\n" }, // version
+    { "Level_0/Cell_H", "1\n0\n3\n0\n", "1\n0\n4\n0\n" }, // variables
+    { "Level_0/Cell_H", "(2 0\n", "(3 0\n" },             // boxes
+    { "Level_0/Cell_H", "(7,7,3)", "(700000000,7,3)" },   // a box outside
+    { "Level_0/Cell_H", "(7,7,3)", "(-1,7,3)" },          // an inverted box
     { "Level_0/Cell_H", "Cell_D_00000 0", "Cell_D_00000 999999999" },
     { "Level_0/Cell_H", "Cell_D_00000 0", "Cell_D_00000 12" },
     { "Level_0/Cell_H", "Cell_D_00000 0", "../Header 0" },
-    { "Level_0/Cell_D_00000", "(7,7,3)", "(7,3,3)" },       // other box in the data
-    { "Level_0/Cell_D_00000", "(64 11 52", "(64 15 48" },   // no IEEE number
+    { "Level_0/Cell_D_00000", "(7,7,3)", "(7,3,3)" },     // other box in the data
+    { "Level_0/Cell_D_00000", "(64 11 52", "(64 15 48" }, // no IEEE number
     { "Level_0/Cell_D_00000", "(8 7 6 5 4 3 2 1)", "(9 7 6 5 4 3 2 1)" },
   };
   zylWriteSmallPlotfile(this->Directory / "plt");

@@ -35,7 +35,7 @@ const char* const FilterDefinition = R"xml(<ServerManagerConfiguration>
         <Documentation>The AMR dataset to split into parts.</Documentation>
       </InputProperty>
       <StringVectorProperty name="PartIdArrayName" command="SetPartIdArrayName"
-                            number_of_elements="1">
+                            number_of_elements="1" default_values="part_id">
         <ArrayListDomain name="array_list" attribute_type="Scalars">
           <RequiredProperties>
             <Property name="Input" function="Input"/>
@@ -46,8 +46,8 @@ const char* const FilterDefinition = R"xml(<ServerManagerConfiguration>
         </Documentation>
       </StringVectorProperty>
       <StringVectorProperty name="PartLevelMaskArrayName" command="SetLevelMaskArrayName"
-                            number_of_elements="1">
-        <ArrayListDomain name="array_list" attribute_type="Scalars">
+                            number_of_elements="1" default_values="level_mask">
+        <ArrayListDomain name="array_list" attribute_type="Scalars" none_string="None">
           <RequiredProperties>
             <Property name="Input" function="Input"/>
           </RequiredProperties>

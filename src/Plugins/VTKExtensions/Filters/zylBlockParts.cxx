@@ -11,6 +11,25 @@ int LowestBit(std::uint64_t word)
 {
   return __builtin_ctzll(word);
 }
+
+// Visits runs of equal labels: neighbors are mostly of one part. Labels below 0 are passed over.
+template <class Visit>
+void ForEachRun(const std::vector<int>& labels, Visit visit)
+{
+  const int size = static_cast<int>(labels.size());
+  for (int begin = 0, end; begin < size; begin = end)
+  {
+    const int label = labels[begin];
+    for (end = begin + 1; end < size && labels[end] == label;)
+    {
+      ++end;
+    }
+    if (label >= 0)
+    {
+      visit(label, begin, end);
+    }
+  }
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -61,24 +80,43 @@ void zylBlockSplitter::Split(
   const zylBlockShape& shape, const std::vector<int>& labels, zylBlockParts& parts)
 {
   parts = zylBlockParts();
-  const int size = static_cast<int>(labels.size());
-  // By runs of equal labels: neighbours are mostly of one part.
-  const auto forEachRun = [&](auto visit) {
-    for (int begin = 0, end; begin < size; begin = end)
+  this->CountCells(labels);
+  int total = 0;
+  for (int label : this->Touched)
+  {
+    zylBlockParts::Part part;
+    part.Id = label;
+    part.FirstCell = total;
+    part.CellCount = this->Counts[label];
+    parts.Parts.push_back(part);
+    total += part.CellCount;
+  }
+  parts.Whole = parts.Parts.size() == 1 && total == static_cast<int>(labels.size());
+  if (parts.Whole)
+  {
+    parts.Parts[0].PointCount = shape.NumberOfPoints();
+  }
+  else
+  {
+    parts.Cells.resize(total);
+    this->GroupCells(labels, parts);
+    for (auto& part : parts.Parts)
     {
-      const int label = labels[begin];
-      for (end = begin + 1; end < size && labels[end] == label;)
-      {
-        ++end;
-      }
-      if (label >= 0)
-      {
-        visit(label, begin, end);
-      }
+      this->Mark(shape, &parts.Cells[part.FirstCell], part.CellCount);
+      this->TakeMarked([&part](int) { ++part.PointCount; });
     }
-  };
+  }
+  for (int label : this->Touched)
+  {
+    this->Counts[label] = 0;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylBlockSplitter::CountCells(const std::vector<int>& labels)
+{
   this->Touched.clear();
-  forEachRun([this](int label, int begin, int end) {
+  ForEachRun(labels, [this](int label, int begin, int end) {
     if (label >= static_cast<int>(this->Counts.size()))
     {
       this->Counts.resize(label + 1, 0);
@@ -90,43 +128,22 @@ void zylBlockSplitter::Split(
     this->Counts[label] += end - begin;
   });
   std::sort(this->Touched.begin(), this->Touched.end());
+}
 
-  int total = 0;
-  for (int label : this->Touched)
+//--------------------------------------------------------------------------------------------------
+void zylBlockSplitter::GroupCells(const std::vector<int>& labels, zylBlockParts& parts)
+{
+  for (const auto& part : parts.Parts)
   {
-    zylBlockParts::Part part;
-    part.Id = label;
-    part.FirstCell = total;
-    part.CellCount = this->Counts[label];
-    parts.Parts.push_back(part);
-    total += part.CellCount;
-    this->Counts[label] = part.FirstCell; // from here on: where the next cell goes
+    this->Counts[part.Id] = part.FirstCell; // from here on: where the part's next cell goes
   }
-  parts.Whole = parts.Parts.size() == 1 && total == size;
-  if (parts.Whole)
-  {
-    parts.Parts[0].PointCount = shape.NumberOfPoints();
-  }
-  else
-  {
-    parts.Cells.resize(total);
-    forEachRun([this, &parts](int label, int begin, int end) {
-      int& next = this->Counts[label];
-      for (int cell = begin; cell < end; ++cell)
-      {
-        parts.Cells[next++] = cell;
-      }
-    });
-    for (auto& part : parts.Parts)
+  ForEachRun(labels, [this, &parts](int label, int begin, int end) {
+    int& next = this->Counts[label];
+    for (int cell = begin; cell < end; ++cell)
     {
-      this->Mark(shape, &parts.Cells[part.FirstCell], part.CellCount);
-      this->TakeMarked([&part](int) { ++part.PointCount; });
+      parts.Cells[next++] = cell;
     }
-  }
-  for (int label : this->Touched)
-  {
-    this->Counts[label] = 0;
-  }
+  });
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -106,6 +106,8 @@ public:
     const zylBlockParts::Part& part, Id firstPoint, std::vector<int>& points, Id* connectivity);
 
 private:
+  void CountCells(const std::vector<int>& labels); // fills Counts and Touched
+  void GroupCells(const std::vector<int>& labels, zylBlockParts& parts);
   void Mark(const zylBlockShape& shape, const int* cells, int count);
   template <class Visit>
   void TakeMarked(Visit visit);
