@@ -11,6 +11,7 @@ Compare CPU seconds (user + system), not wall times, where the machine is not qu
 import argparse
 import json
 import os
+import socket
 import statistics
 import subprocess
 import sys
@@ -170,16 +171,19 @@ class Bench:
             return
         counts = Figures()
         counts.add(run([self.program("zylBenchBlocks"), path, "--count"]))
+        with socket.socket() as free:
+            free.bind(("localhost", 0))
+            port = free.getsockname()[1]
         server = subprocess.Popen(
-            ["timeout", str(LIMIT), "pvserver", "--force-offscreen-rendering", "--server-port=0"],
+            ["timeout", str(LIMIT), "pvserver", "--force-offscreen-rendering",
+             "--server-port=%d" % port],
             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
             env={**os.environ, "PV_PLUGIN_PATH": os.path.join(self.args.tree, "lib")})
         try:
-            url = next(line.split()[-1] for line in server.stdout if line.startswith("Connection URL"))
-            port = url.rsplit(":", 1)[1]
+            next(line for line in server.stdout if line.startswith("Connection URL"))
             sent = Figures()
             sent.add(run([self.program("zylBenchBlocks"), path, "--connect",
-                          "cs://localhost:" + port]))
+                          "cs://localhost:%d" % port]))
         finally:
             server.terminate()
             server.wait()

@@ -19,7 +19,7 @@
 #include <zylView.h>
 
 namespace {
-constexpr int Frames = 40;
+constexpr int Frames = 50;
 
 //--------------------------------------------------------------------------------------------------
 template <class Action>
@@ -90,6 +90,7 @@ int main()
   vtkNew<zylBoundaryRepresentation> boundary;
   boundary->SetDataSet(data);
   boundary->GetSurfaceProperties(1)->Set("Visibility", true);
+  Measure(boundary, 64, 48); // what does not depend on the size
   Measure(boundary, 800, 600);
   Measure(boundary, 1200, 900);
   std::fflush(stdout);
