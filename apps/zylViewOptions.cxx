@@ -163,7 +163,7 @@ void AddDataOptions(CLI::App& app, zylViewOptions& o)
   app
     .add_option_function<std::string>(
       "--reader", [&o](const std::string& t) { SetReader(t, o); },
-      "Reader to use, GROUP/NAME, as sources/ZYLVolumeSurfaceReader; default: by the file")
+      "Reader to use, GROUP/NAME, as sources/PVDReader; default: by the file")
     ->group(group);
   app.add_option("--connect", o.Connect, "Server to load on, as cs://host:11111")->group(group);
   app

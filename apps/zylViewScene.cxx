@@ -145,6 +145,18 @@ void CheckReadable(const std::string& file)
   std::fclose(stream);
 }
 //--------------------------------------------------------------------------------------------------
+// An index of time steps is no file type of ParaView's: its reader is the library's own.
+void ChooseReader(zylViewOptions& options)
+{
+  if (options.ReaderName.empty() &&
+    std::filesystem::path(options.Files.front()).extension() == ".json")
+  {
+    options.ReaderGroup = "sources";
+    options.ReaderName = "ZYLVolumeSurfaceReader";
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void CheckReader(const zylViewOptions& options)
 {
   vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
@@ -218,6 +230,7 @@ void zylViewScene::Load()
   {
     std::for_each(this->Options.Files.begin(), this->Options.Files.end(), &CheckReadable);
   }
+  ChooseReader(this->Options);
   CheckReader(this->Options);
   const std::string first = this->Options.Files.front();
   zylViewProgress progress("loading " + std::filesystem::path(first).filename().string());
