@@ -66,6 +66,16 @@ void FillForSample(zylViewOptions& options)
 }
 
 //--------------------------------------------------------------------------------------------------
+// Numbers of points and cells say nothing about the flow.
+bool IsId(const std::string& name)
+{
+  const auto ends = [&name](const std::string& end) {
+    return name.size() >= end.size() &&
+      name.compare(name.size() - end.size(), end.size(), end) == 0;
+  };
+  return ends("Id") || ends("ID") || ends("Ids") || name.compare(0, 3, "vtk") == 0;
+}
+
 // The first point array, vectors last; else the first cell array.
 std::string ChooseArray(const zylViewBlocks& blocks)
 {
@@ -73,7 +83,12 @@ std::string ChooseArray(const zylViewBlocks& blocks)
   for (const std::string& name : blocks.GetArrayNames())
   {
     const zylViewArray array = blocks.GetArray(name, blocks.GetLeaves());
-    if (array.PointData && array.Components == 1 && array.Range[0] < array.Range[1])
+    if (IsId(name))
+    {
+      continue;
+    }
+    const double spread = array.Range[1] - array.Range[0];
+    if (array.PointData && array.Components == 1 && spread > 1e-3 * std::abs(array.Range[1]))
     {
       return name;
     }
@@ -120,13 +135,16 @@ void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOption
     settings.push_back(last + "ScaleFactor=" + std::to_string(size / 40.0));
     settings.push_back(last + "Color=0.1,0.1,0.1");
   }
-  settings.push_back(std::to_string(leaves.front()) + ":MeshLine.Visibility=true");
+  if (few)
+  {
+    settings.push_back(std::to_string(leaves.front()) + ":MeshLine.Visibility=true");
+  }
   if (leaves.size() > 1)
   {
     settings.push_back(std::to_string(leaves[1]) + ":ColorMode=0");
     settings.push_back(std::to_string(leaves[1]) + ":Color=0.95,0.70,0.25");
   }
-  const bool flat = !bounded || b[5] - b[4] <= 1e-3 * size;
+  const bool flat = !bounded || b[5] - b[4] <= 0.02 * size;
   if (options.Clips.empty() && !flat)
   {
     zylViewClip clip; // away with the corner that faces the eye

@@ -159,6 +159,7 @@ void AddDataOptions(CLI::App& app, zylViewOptions& o)
 {
   const char* const group = "Data";
   app.add_option("FILES", o.Files, "Result files; several are one series read by one reader");
+  app.option_defaults()->take_last(); // what is written twice is corrected
   app
     .add_option_function<std::string>(
       "--reader", [&o](const std::string& t) { SetReader(t, o); },
@@ -220,6 +221,10 @@ void AddPictureOptions(CLI::App& app, zylViewOptions& o)
     .add_option_function<std::string>(
       "--background", [&o](const std::string& t) { SetBackground(t, o); },
       "R,G,B from 0 to 1, or two colors TOP:BOTTOM")
+    ->group(group);
+  app.add_option("--samples", o.Samples, "Smooth the edges of a picture: N x N samples a pixel")
+    ->check(CLI::Range(1, 8))
+    ->capture_default_str()
     ->group(group);
   app
     .add_option("--view", o.View,

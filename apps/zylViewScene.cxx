@@ -42,8 +42,9 @@
 #include <vtkTextProperty.h>
 
 namespace {
-constexpr int ConnectTimeout = 10; // seconds
+constexpr int ConnectTimeout = 5; // seconds
 constexpr int SampleSteps = 8;
+constexpr double Flat = 0.02; // height over width of data that are seen from above
 
 constexpr const char* HelpText = "left drag        orbit\n"
                                  "middle drag      pan (also Shift + left)\n"
@@ -118,6 +119,15 @@ std::string SampleFile()
   return result.File;
 }
 
+// Readers differ in what they give between two time steps.
+double Nearest(const std::vector<double>& steps, double time)
+{
+  const auto nearer = [time](
+                        double a, double b) { return std::abs(a - time) < std::abs(b - time); };
+  const auto best = std::min_element(steps.begin(), steps.end(), nearer);
+  return best == steps.end() ? time : *best;
+}
+
 // Only for files that are read here: a server has files of its own.
 void CheckReadable(const std::string& file)
 {
@@ -132,12 +142,7 @@ void CheckReadable(const std::string& file)
     throw zylViewError(
       zylViewBadFile, "cannot read '" + file + "': " + std::generic_category().message(errno));
   }
-  const bool empty = std::fgetc(stream) == EOF;
   std::fclose(stream);
-  if (empty)
-  {
-    throw zylViewError(zylViewBadFile, "cannot read '" + file + "': the file is empty");
-  }
 }
 //--------------------------------------------------------------------------------------------------
 void CheckReader(const zylViewOptions& options)
@@ -238,6 +243,12 @@ void zylViewScene::Load()
 //--------------------------------------------------------------------------------------------------
 std::string zylViewScene::Explain() const
 {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(this->Options.Files.front(), error);
+  if (!error && size == 0)
+  {
+    return ": the file is empty"; // and no format in which that is right
+  }
   const auto& errors = this->DataSet->GetReadErrors();
   if (!errors.empty())
   {
@@ -259,7 +270,8 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   }
   if (this->Options.Time)
   {
-    zylTimeController::GetInstance()->GoToTime(*this->Options.Time); // the dataset follows
+    const auto steps = zylTimeController::GetInstance()->GetTimestepValues();
+    zylTimeController::GetInstance()->GoToTime(Nearest(steps, *this->Options.Time));
   }
   const zylViewBlocks blocks(this->DataSet);
   this->View = vtkSmartPointer<zylView>::New();
@@ -280,10 +292,13 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
 // Arrows and tubes reach a little beyond the data.
 void zylViewScene::UpdateBounds()
 {
-  this->View->GetBounds(this->Bounds);
+  if (!this->View->GetBounds(this->Bounds))
+  {
+    return; // nothing is visible
+  }
   vtkBoundingBox box(this->Bounds);
   box.Inflate(0.05 * box.GetDiagonalLength());
-  box.GetBounds(this->Bounds);
+  box.GetBounds(this->Reach);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -316,7 +331,7 @@ void zylViewScene::SetInitialView()
   else
   {
     const double* b = this->Bounds;
-    const bool flat = b[0] <= b[1] && b[5] - b[4] <= 1e-3 * std::max(b[1] - b[0], b[3] - b[2]);
+    const bool flat = b[0] <= b[1] && b[5] - b[4] <= Flat * std::max(b[1] - b[0], b[3] - b[2]);
     std::array<double, 3> from{ -0.9, -1.5, 1.0 };
     from = flat ? std::array<double, 3>{ 0.0, 0.0, 1.0 } : from;
     from = this->Options.From.value_or(from);
@@ -370,7 +385,7 @@ void zylViewScene::CameraChanged()
   // By the representation's bounds: the renderer knows none before the first frame.
   auto view = vtkPVRenderView::SafeDownCast(this->View->GetProxy()->GetClientSideView());
   double bounds[6];
-  std::copy(std::begin(this->Bounds), std::end(this->Bounds), bounds);
+  std::copy(std::begin(this->Reach), std::end(this->Reach), bounds);
   if (bounds[0] <= bounds[1])
   {
     view->GetRenderer()->ResetCameraClippingRange(bounds);

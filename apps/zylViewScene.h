@@ -73,6 +73,7 @@ private:
   vtkSmartPointer<zylBoundaryRepresentation> Representation;
   vtkSmartPointer<vtkTextActor> Help;
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< of what is visible
+  double Reach[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };  ///< with arrows and tubes
   bool FirstFrame = true;
   std::vector<std::pair<std::string, std::vector<double>>> Times;
 };

@@ -14,9 +14,7 @@
 #include <vtkMatrix4x4.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
-#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
-#include <vtkSMProxyListDomain.h>
 #include <vtkSMProxyManager.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
@@ -84,13 +82,10 @@ constexpr Mode Modes[] = {
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> MakeFilter(const char* name, vtkSMSourceProxy* input)
 {
-  auto filter = zylProxyBuilder(
+  return zylProxyBuilder(
     vtkSMProxyManager::GetProxyManager()->GetActiveSessionProxyManager(), "filters", name)
-                  .Then(zylMuteDomains)
-                  .Input(input)
-                  .Make();
-  zylMuteDomains(filter);
-  return filter;
+    .Input(input)
+    .Make();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -103,17 +98,13 @@ void SetScalars(vtkSMProxy* clip, const std::string& name)
 // Let `clip` use the implicit function of that XML name; returns it, null if there is none.
 vtkSMProxy* UseFunction(vtkSMProxy* clip, const std::string& name)
 {
-  auto* domain = clip->GetProperty("ClipFunction")->FindDomain<vtkSMProxyListDomain>();
-  for (unsigned int i = 0; domain && i < domain->GetNumberOfProxies(); ++i)
+  vtkSMProxy* function = zylFindOffered(clip, "ClipFunction", name);
+  vtkSMPropertyHelper current(clip, "ClipFunction");
+  if (function && current.GetAsProxy() != function)
   {
-    vtkSMProxy* function = domain->GetProxy(i);
-    if (function && name == function->GetXMLName())
-    {
-      vtkSMPropertyHelper(clip, "ClipFunction").Set(function);
-      return function;
-    }
+    current.Set(function);
   }
-  return nullptr;
+  return function;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -205,7 +196,6 @@ void zylClipPipelineHelper::Update()
   }
   vtkSMSourceProxy* const shown[] = { this->Input, this->SecondClip, this->FirstClip };
   zylConnect(this->Output, shown[std::min(mode, 2)]);
-  zylMuteDomains(this->Output);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -245,7 +235,6 @@ void zylClipPipelineHelper::UpdateClips(int mode)
     vtkSMPropertyHelper(this->FirstClip, "Invert").Set(this->Properties->GetBool("Invert") ? 1 : 0);
   }
   zylConnect(this->FirstClip, this->Input);
-  zylMuteDomains(this->FirstClip);
 }
 
 //--------------------------------------------------------------------------------------------------

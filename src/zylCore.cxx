@@ -7,6 +7,7 @@
 #include "zylPlugin.h"
 #include "zylProxyBuilder.h"
 #include "zylProxyDefinitions.h"
+#include "zylSessionClient.h"
 
 #include <iostream>
 
@@ -30,7 +31,6 @@
 #include <vtkSMProxyManager.h>
 #include <vtkSMReaderFactory.h>
 #include <vtkSMSession.h>
-#include <vtkSMSessionClient.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
 #include <vtkSMTransferFunctionPresets.h>
@@ -224,7 +224,7 @@ void zylCore::Connect(const char* url, int timeout)
     vtkLogF(ERROR, "Connect() called before ParaView was started");
     return;
   }
-  auto session = vtkSmartPointer<vtkSMSessionClient>::New();
+  auto session = vtkSmartPointer<zylSessionClient>::New();
   if (!url || !session->Connect(url, timeout))
   {
     // A session without a server would fail at every later use.

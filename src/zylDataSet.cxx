@@ -360,9 +360,11 @@ void zylDataSet::Update()
     return; // nothing to ask or tell the server
   }
   zylErrorCapture errors;
+  zylParaView::AdaptThreads(nullptr); // nothing is known of the data that the source brings
   if (this->ConnectChain(time, steps))
   {
     this->PassThroughProxy->UpdatePipeline(time);
+    zylParaView::AdaptThreads(this->PassThroughProxy);
     this->RebuildTree();
     this->LastPropertiesHash = hash;
     this->LastUpdateTime = time;

@@ -9,7 +9,8 @@ template <class Function>
 class PlatformFunction
 {
 public:
-  constexpr PlatformFunction(const char* name, const char* library, const char* otherLibrary = nullptr)
+  constexpr PlatformFunction(
+    const char* name, const char* library, const char* otherLibrary = nullptr)
     : Name(name)
     , Libraries{ library, otherLibrary }
   {

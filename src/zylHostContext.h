@@ -26,8 +26,8 @@ struct ZYL_PRIVATE zylHostContext
   /// What is current now; Api is None when nothing is.
   static zylHostContext Current();
 
-  /// Make this context current again. Only for a context that is known to be alive; does nothing for
-  /// None.
+  /// Make this context current again. Only for a context that is known to be alive; does nothing
+  /// for None.
   void MakeCurrent() const;
 
   /// Leave no context current. OpenGL calls are then without effect until MakeCurrent().

@@ -8,8 +8,8 @@ namespace {
 struct Capability
 {
   GLenum Name;
-  int Since;      // OpenGL version, 10 * major + minor
-  bool Neutral;   // what the renderer expects
+  int Since;                  // OpenGL version, 10 * major + minor
+  bool Neutral;               // what the renderer expects
   bool Compatibility = false; // exists in compatibility contexts only
 };
 
@@ -454,8 +454,7 @@ void zylHostGLState::RestoreDrawBuffers()
       glBlendEquationSeparate(buffer.Equations[0], buffer.Equations[1]);
     }
   }
-  glBlendColor(
-    this->BlendColor[0], this->BlendColor[1], this->BlendColor[2], this->BlendColor[3]);
+  glBlendColor(this->BlendColor[0], this->BlendColor[1], this->BlendColor[2], this->BlendColor[3]);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -467,8 +466,7 @@ void zylHostGLState::RestoreViewports()
     glViewport(static_cast<GLint>(viewport.Box[0]), static_cast<GLint>(viewport.Box[1]),
       static_cast<GLsizei>(viewport.Box[2]), static_cast<GLsizei>(viewport.Box[3]));
     glDepthRange(viewport.Depth[0], viewport.Depth[1]);
-    glScissor(
-      viewport.Scissor[0], viewport.Scissor[1], viewport.Scissor[2], viewport.Scissor[3]);
+    glScissor(viewport.Scissor[0], viewport.Scissor[1], viewport.Scissor[2], viewport.Scissor[3]);
     Enable(GL_SCISSOR_TEST, viewport.ScissorTest);
   }
   else
@@ -499,8 +497,7 @@ void zylHostGLState::RestoreFragmentTests()
     glStencilMaskSeparate(faces[i], face.WriteMask);
     glStencilOpSeparate(faces[i], face.Fail, face.DepthFail, face.DepthPass);
   }
-  glClearColor(
-    this->ClearColor[0], this->ClearColor[1], this->ClearColor[2], this->ClearColor[3]);
+  glClearColor(this->ClearColor[0], this->ClearColor[1], this->ClearColor[2], this->ClearColor[3]);
   glClearDepth(this->ClearDepth);
   glClearStencil(this->ClearStencil);
   glDepthFunc(this->DepthFunction);

@@ -1,6 +1,6 @@
 /// @file zylHostGLState.h
-/// Saves the OpenGL state that rendering here may change, gives the renderer a neutral state to start
-/// from, and puts the host's state back. Needs a current context of OpenGL 3.0 or later whose
+/// Saves the OpenGL state that rendering here may change, gives the renderer a neutral state to
+/// start from, and puts the host's state back. Needs a current context of OpenGL 3.0 or later whose
 /// functions are loaded (zylHostRenderWindow sees to that).
 ///
 ///     zylHostGLState state;

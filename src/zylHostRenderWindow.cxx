@@ -210,10 +210,13 @@ bool zylHostRenderWindow::BeginAdoption()
   this->Frames.clear();
   this->Initialized = false;
   this->DepthFormat = 0;
-  // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is no
-  // GLX display.
+  this->PictureSize[0] = this->PictureSize[1] = 0;
+  // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is
+  // no GLX display.
+  const GLboolean experimental = glewExperimental;
   glewExperimental = GL_TRUE;
   const GLenum result = glewInit();
+  glewExperimental = experimental;
   this->GlewInitValid = result == GLEW_OK || result == GLEW_ERROR_NO_GLX_DISPLAY;
   ClearErrors();
   return true;
@@ -222,7 +225,6 @@ bool zylHostRenderWindow::BeginAdoption()
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::FinishAdoption()
 {
-  this->SetIsCurrent(true);
   vtkSmartPointer<TextureUnits> units = vtkSmartPointer<TextureUnits>::New();
   units->Window = this;
   units->Initialize();
@@ -246,6 +248,12 @@ bool zylHostRenderWindow::IsAdopted()
   // A new context may have the address of a deleted one, but not its framebuffers.
   const unsigned int name = this->RenderFramebuffer->GetFBOIndex();
   return name == 0 || glIsFramebuffer(name) == GL_TRUE;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::IsElsewhere()
+{
+  return this->Adopted && !this->IsCurrent();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -322,9 +330,10 @@ void zylHostRenderWindow::CopyFromHost()
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::CopyToHost()
 {
-  if (!this->HasArea() || this->DisplayFramebuffer->GetFBOIndex() == 0)
+  if (!this->HasArea() || this->PictureSize[0] != this->Size[0] ||
+    this->PictureSize[1] != this->Size[1])
   {
-    return;
+    return; // nothing was drawn yet
   }
   const GLenum status = glCheckFramebufferStatus(GL_DRAW_FRAMEBUFFER);
   if (status != GL_FRAMEBUFFER_COMPLETE)
@@ -347,8 +356,7 @@ void zylHostRenderWindow::CopyToHost()
   ClearErrors();
   SingleDrawBuffer single;
   const int* size = this->Size;
-  this->BlitDisplayFramebuffer(
-    0, 0, 0, size[0], size[1], 0, 0, size[0], size[1], mask, GL_NEAREST);
+  this->BlitDisplayFramebuffer(0, 0, 0, size[0], size[1], 0, 0, size[0], size[1], mask, GL_NEAREST);
   const GLenum error = glGetError();
   if (error != GL_NO_ERROR)
   {
@@ -368,8 +376,8 @@ bool zylHostRenderWindow::IsHostFramebuffer(unsigned int name) const
   {
     if (window->Adopted.SameContext(this->Adopted))
     {
-      for (vtkOpenGLFramebufferObject* own : { window->RenderFramebuffer,
-             window->DisplayFramebuffer, window->ResolveFramebuffer })
+      for (vtkOpenGLFramebufferObject* own :
+        { window->RenderFramebuffer, window->DisplayFramebuffer, window->ResolveFramebuffer })
       {
         if (own->GetFBOIndex() == name)
         {
@@ -385,6 +393,14 @@ bool zylHostRenderWindow::IsHostFramebuffer(unsigned int name) const
 bool zylHostRenderWindow::IsCurrent()
 {
   return !this->Lost && this->Adopted && this->Adopted.SameContext(zylHostContext::Current());
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::Render()
+{
+  this->Superclass::Render();
+  this->PictureSize[0] = this->Size[0];
+  this->PictureSize[1] = this->Size[1];
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -490,13 +506,15 @@ void zylHostRenderWindow::MatchFramebuffers(unsigned int depthFormat)
   {
     return;
   }
-  const unsigned int wanted =
-    depthFormat ? depthFormat : this->DepthFormat ? this->DepthFormat : GL_DEPTH24_STENCIL8;
+  const unsigned int wanted = depthFormat ? depthFormat
+    : this->DepthFormat                   ? this->DepthFormat
+                                          : GL_DEPTH24_STENCIL8;
   if (this->DepthFormat == wanted && this->RenderFramebuffer->GetFBOIndex())
   {
     return;
   }
   this->DepthFormat = wanted;
+  this->PictureSize[0] = this->PictureSize[1] = 0;
   this->Populate(this->RenderFramebuffer, 1);
   this->Populate(this->DisplayFramebuffer, 2);
   this->LastMultiSamples = this->MultiSamples; // or the render framebuffer is made anew
@@ -554,8 +572,7 @@ zylHostRenderWindowScope::zylHostRenderWindowScope()
   vtkObjectFactoryCollection* factories = vtkObjectFactory::GetRegisteredFactories();
   vtkCollectionSimpleIterator iterator;
   factories->InitTraversal(iterator);
-  while (auto* factory =
-           static_cast<vtkObjectFactory*>(factories->GetNextItemAsObject(iterator)))
+  while (auto* factory = static_cast<vtkObjectFactory*>(factories->GetNextItemAsObject(iterator)))
   {
     for (int i = 0; i < factory->GetNumberOfOverrides(); ++i)
     {

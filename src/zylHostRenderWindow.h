@@ -49,18 +49,21 @@ public:
   /// Whether the adopted context is current and still holds what was made in it.
   bool IsAdopted();
 
+  /// Whether there is an adopted context and it is not current.
+  bool IsElsewhere();
+
   ///@{
-  /// Between these two the host's state is put aside and the OpenGL state is neutral. They nest. The
-  /// adopted context must be current.
+  /// Between these two the host's state is put aside and the OpenGL state is neutral. They nest.
+  /// The adopted context must be current.
   void BeginFrame();
   void EndFrame();
   bool InFrame() const { return !this->Frames.empty(); }
   ///@}
 
   ///@{
-  /// Inside a frame: copy color and depth from the framebuffer bound for reading into the one that is
-  /// rendered to, or the finished picture into the one bound for drawing. What cannot be copied is
-  /// reported, once until it works again.
+  /// Inside a frame: copy color and depth from the framebuffer bound for reading into the one that
+  /// is rendered to, or the finished picture into the one bound for drawing. What cannot be copied
+  /// is reported, once until it works again.
   void CopyFromHost();
   void CopyToHost();
   ///@}
@@ -68,10 +71,11 @@ public:
   /// Whether the window has pixels.
   bool HasArea() const { return this->Size[0] > 0 && this->Size[1] > 0; }
 
-  /// Whether a framebuffer of this name is the host's: it exists and no window of the library made it.
-  /// The adopted context must be current.
+  /// Whether a framebuffer of this name is the host's: it exists and no window of the library made
+  /// it. The adopted context must be current.
   bool IsHostFramebuffer(unsigned int name) const;
 
+  void Render() override;
   bool IsCurrent() override;
   int SupportsOpenGL() override { return 1; }
   const char* ReportCapabilities() override;
@@ -106,13 +110,15 @@ private:
   zylHostContext Suspended; // current before PushContext() of a release elsewhere
   int PushDepth = 0;
   bool PushedFrame = false;
-  unsigned int DepthFormat = 0; // of our framebuffers; 0 when not made yet
+  int PictureSize[2] = { 0, 0 }; // of the last picture; 0 without one
+  unsigned int DepthFormat = 0;  // of our framebuffers; 0 when not made yet
   std::string CopyInProblem;
   std::string CopyOutProblem;
   std::string CapabilityReport;
 };
 
-/// While it lives, a new vtkRenderWindow is a zylHostRenderWindow; afterwards everything is as it was.
+/// While it lives, a new vtkRenderWindow is a zylHostRenderWindow; afterwards everything is as it
+/// was.
 class ZYL_PRIVATE zylHostRenderWindowScope
 {
 public:

@@ -60,6 +60,7 @@ void zylMultiBlockTree::AddChild(zylMultiBlockTree* child)
   if (child)
   {
     this->Children.emplace_back(child);
+    this->Modified();
   }
 }
 
@@ -67,6 +68,7 @@ void zylMultiBlockTree::AddChild(zylMultiBlockTree* child)
 void zylMultiBlockTree::ClearChildren()
 {
   this->Children.clear();
+  this->Modified();
 }
 
 //--------------------------------------------------------------------------------------------------

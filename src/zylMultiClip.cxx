@@ -60,12 +60,10 @@ void zylMultiClip::SetInput(vtkSMSourceProxy* input)
     this->Output =
       zylProxyBuilder(vtkSMProxyManager::GetProxyManager()->GetActiveSessionProxyManager(),
         "filters", "PassThrough")
-        .Then(zylMuteDomains)
         .Input(input)
         .Make();
   }
   zylConnect(this->Output, input);
-  zylMuteDomains(this->Output);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -94,7 +92,6 @@ void zylMultiClip::Update()
     last = clip->GetOutput();
   }
   zylConnect(this->Output, last);
-  zylMuteDomains(this->Output);
   for (zylClipPipelineHelper* clip : this->Clips)
   {
     clip->Update();

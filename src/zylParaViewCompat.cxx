@@ -11,6 +11,9 @@
 
 #include <dlfcn.h>
 
+#include <vtkAlgorithm.h>
+#include <vtkCompositeDataIterator.h>
+#include <vtkCompositeDataSet.h>
 #include <vtkInitializationHelper.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
@@ -269,6 +272,29 @@ std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylM
 
 #else
 
+const char* ChosenBackend = nullptr; // by this library; null while it has not chosen
+
+// Cells of a block, on average, below which it is small. With two threads a hundredth of that would
+// do; what starting threads takes grows with their number.
+constexpr double SmallBlock = 50000;
+
+bool HasSmallBlocks(vtkSMSourceProxy* source)
+{
+  auto* filter = vtkAlgorithm::SafeDownCast(source->GetClientSideObject());
+  auto* data = vtkCompositeDataSet::SafeDownCast(filter ? filter->GetOutputDataObject(0) : nullptr);
+  if (!data)
+  {
+    return false;
+  }
+  double blocks = 0;
+  const auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(data->NewIterator());
+  for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
+  {
+    ++blocks;
+  }
+  return static_cast<double>(data->GetNumberOfCells()) < SmallBlock * blocks;
+}
+
 std::string Text(unsigned int id)
 {
   return std::to_string(id);
@@ -412,7 +438,27 @@ void ChooseThreadedBackend()
   {
     return;
   }
-  vtkSMPTools::SetBackend("STDThread");
+  ChosenBackend = "STDThread";
+  vtkSMPTools::SetBackend(ChosenBackend);
+  // Said once: otherwise every question for the number reads it from the system's files.
+  vtkSMPTools::Initialize();
+  vtkSMPTools::Initialize(vtkSMPTools::GetEstimatedNumberOfThreads());
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+void AdaptThreads(vtkSMSourceProxy* source)
+{
+#if ZYL_PARAVIEW_59
+  (void)source;
+#else
+  const char* current = vtkSMPTools::GetBackend();
+  if (!ChosenBackend || !current || std::string(current) != ChosenBackend)
+  {
+    return; // somebody else has chosen
+  }
+  ChosenBackend = source && HasSmallBlocks(source) ? "Sequential" : "STDThread";
+  vtkSMPTools::SetBackend(ChosenBackend);
 #endif
 }
 

@@ -27,6 +27,11 @@ ZYL_PRIVATE bool StartClient(int argc, char** argv);
 /// the environment (VTK_SMP_BACKEND_IN_USE) has chosen one. Without effect where it is fixed.
 ZYL_PRIVATE void ChooseThreadedBackend();
 
+/// Run the filters in threads, unless `source` (null allowed) delivers small blocks: the toolkit
+/// starts and ends its threads in every loop over every block, which takes small blocks longer than
+/// their work. Only where ChooseThreadedBackend() has chosen; a server decides for itself.
+ZYL_PRIVATE void AdaptThreads(vtkSMSourceProxy* source);
+
 /// The data type of output port 0 of `source`: of the composite data if it is composite.
 ZYL_PRIVATE int GetOutputDataType(vtkSMSourceProxy* source);
 

@@ -24,6 +24,7 @@
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
 #include <vtkSMTransferFunctionManager.h>
+#include <vtkSMTransferFunctionPresets.h>
 #include <vtkSMTransferFunctionProxy.h>
 
 namespace {
@@ -139,6 +140,20 @@ struct TreeSearch
 };
 
 //--------------------------------------------------------------------------------------------------
+void CollectInnerNodes(const zylMultiBlockTree* node, std::unordered_set<int>& inner)
+{
+  const unsigned int count = node->GetNumberOfChildren();
+  if (count > 0 && !node->GetChild(0)->GetIsPiece())
+  {
+    inner.insert(static_cast<int>(node->GetBlockIndex()));
+    for (unsigned int i = 0; i < count; ++i)
+    {
+      CollectInnerNodes(node->GetChild(i), inner);
+    }
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 const vtkZYLBlockInformation::Array* FindNamed(
   const std::vector<vtkZYLBlockInformation::Array>& arrays, const std::string& name)
 {
@@ -164,8 +179,8 @@ const vtkZYLBlockInformation::Array* FindInBlocks(
 
 //--------------------------------------------------------------------------------------------------
 // Append (id, 1) for every leaf that is flagged itself or below a flagged node.
-void AppendLeaves(const zylMultiBlockTree* node, const std::unordered_set<int>& flagged, bool inside,
-  std::vector<int>& pairs)
+void AppendLeaves(const zylMultiBlockTree* node, const std::unordered_set<int>& flagged,
+  bool inside, std::vector<int>& pairs)
 {
   const int id = static_cast<int>(node->GetBlockIndex());
   inside = inside || flagged.count(id) > 0;
@@ -223,14 +238,11 @@ void zylPipeline::SetDataSource(vtkSMSourceProxy* source)
     return;
   }
   this->DataSource = source;
-  vtkSMProxy* consumer = this->Filter ? static_cast<vtkSMProxy*>(this->Filter)
-                                      : static_cast<vtkSMProxy*>(this->Representation);
-  if (IsAlive(consumer) && source)
+  if (IsAlive(this->Filter))
   {
-    zylConnect(consumer, source);
-    zylMuteDomains(consumer);
-    this->ShownArray.clear();
+    zylConnect(this->Filter, source);
   }
+  this->ShownArray.clear();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -374,12 +386,30 @@ bool zylPipeline::EnsureFilter(const char* name)
   if (!this->Filter && IsAlive(this->DataSource) && this->AnyBlocksVisible())
   {
     this->Filter = zylProxyBuilder(this->DataSource->GetSessionProxyManager(), "filters", name)
-                     .Then(zylMuteDomains)
                      .Input(this->DataSource)
                      .Make();
-    zylMuteDomains(this->Filter);
   }
   return this->DataSource && IsAlive(this->Filter);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMSourceProxy* zylPipeline::ExtractVisibleBlocks()
+{
+  if (!this->EnsureFilter("ExtractBlock"))
+  {
+    return this->DataSource;
+  }
+  const std::vector<int> visible = this->GetVisibleLeaves();
+  vtkSMPropertyHelper(this->Filter, "PruneOutput").Set(0);
+  vtkSMPropertyHelper(this->Filter, "MaintainStructure").Set(1);
+  vtkSMPropertyHelper indices(this->Filter, "BlockIndices");
+  if (indices.GetIntArray() != visible)
+  {
+    indices.SetNumberOfElements(static_cast<unsigned int>(visible.size()));
+    indices.Set(visible.data(), static_cast<unsigned int>(visible.size()));
+  }
+  this->Filter->UpdateVTKObjects();
+  return this->Filter;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -399,7 +429,12 @@ bool zylPipeline::EnsureRepresentation(zylView* view, vtkSMSourceProxy* source)
     this->Representation = vtkSMPVRepresentationProxy::SafeDownCast(proxy);
     this->ColorMapTime = 0;
   }
-  return IsAlive(this->Representation);
+  if (!IsAlive(this->Representation))
+  {
+    return false;
+  }
+  zylConnect(this->Representation, source);
+  return true;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -543,7 +578,9 @@ void zylPipeline::UpdateColorMap()
     return;
   }
   const std::string preset = this->Properties->GetString("ColorMapName");
-  if (!vtkSMTransferFunctionProxy::ApplyPreset(this->LookupTable, preset.c_str()))
+  vtkNew<vtkSMTransferFunctionPresets> presets;
+  if (!presets->HasPreset(preset.c_str()) ||
+    !vtkSMTransferFunctionProxy::ApplyPreset(this->LookupTable, preset.c_str()))
   {
     vtkLogF(WARNING, "No color map named '%s' exists", preset.c_str());
   }
@@ -691,6 +728,27 @@ bool zylPipeline::FindArray(const std::string& name, int& association, int& comp
   const vtkZYLBlockInformation::Array* found = FindInBlocks(blocks, name, association);
   components = found ? found->NumberOfComponents : 0;
   return found != nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<int> zylPipeline::GetVisibleLeaves()
+{
+  std::unordered_set<int> inner;
+  if (this->BlockTree)
+  {
+    CollectInnerNodes(this->BlockTree, inner);
+  }
+  std::vector<int> visible;
+  const zylProperty* blocks = this->Properties->GetProperty("BlockVisibility");
+  const int* pairs = blocks->GetIntElements();
+  for (unsigned int i = 0; i + 1 < blocks->GetNumberOfElements(); i += 2)
+  {
+    if (pairs[i + 1] != 0 && inner.count(pairs[i]) == 0)
+    {
+      visible.push_back(pairs[i]);
+    }
+  }
+  return visible;
 }
 
 //--------------------------------------------------------------------------------------------------

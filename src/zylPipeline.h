@@ -115,11 +115,14 @@ protected:
   bool PropertyExists(const std::string& name);
 
   ///@{
-  /// Steps of Update(). All but the first two need a representation.
+  /// Steps of Update(). All but the first three need a representation.
   ///
   /// Put the filter of that name between the data source and the representation if that has not
   /// been done and a block is visible. Whether there is a filter.
   bool EnsureFilter(const char* name);
+  /// Let the filter be one that takes out the hidden blocks, for displays that do not heed the
+  /// visibility of blocks; what to show then (borrowed).
+  vtkSMSourceProxy* ExtractVisibleBlocks();
   /// Show `source` in the view if that has not been done and a block is visible. Whether there is a
   /// representation.
   bool EnsureRepresentation(zylView* view, vtkSMSourceProxy* source);
@@ -150,7 +153,8 @@ protected:
   /// components; false if nowhere. Asks the server only if the block tree does not know it.
   bool FindArray(const std::string& name, int& association, int& components);
 
-  /// A flag on an inner node of the block tree is for all leaves below it; otherwise it draws nothing.
+  /// A flag on an inner node of the block tree is for all leaves below it; otherwise it draws
+  /// nothing.
   bool InnerNodesMeanLeaves = false;
 
   vtkSmartPointer<zylPropertyCollection> Properties;
@@ -175,6 +179,7 @@ private:
   bool FindArrayInTree(const std::string& name, int& association, int& components);
   std::uint64_t GetColorMapHash();
   std::vector<int> GetBlockPairs();
+  std::vector<int> GetVisibleLeaves();
   void GatherBounds(bool visibleOnly, double bounds[6]);
 
   const zylMultiBlockTree* BlockTree = nullptr;

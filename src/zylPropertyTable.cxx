@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include <vtkLogger.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxy.h>
 
@@ -35,8 +36,13 @@ void SetDefaults(zylProperty* property, const zylPropertyRow& row)
 // Element by element, since the array forms refuse a target of another numeric type.
 void Push(zylProperty* property, vtkSMProxy* proxy, const char* name, double offset, double scale)
 {
-  if (!property || !proxy || !proxy->GetProperty(name))
+  if (!property || !proxy)
   {
+    return;
+  }
+  if (!proxy->GetProperty(name))
+  {
+    vtkLogF(TRACE, "'%s' has no property '%s'", proxy->GetXMLName(), name);
     return;
   }
   vtkSMPropertyHelper target(proxy, name, true);

@@ -111,7 +111,8 @@ ZYL_PRIVATE void zylDeclare(
   zylPropertyCollection* collection, const zylPropertyRow* rows, std::size_t count);
 
 /// Set every row with a target on `proxy` (client side; the caller calls UpdateVTKObjects(), which
-/// sends only what changed). A target the proxy does not have is skipped. Bools go as 0 and 1.
+/// sends only what changed). A target the proxy does not have is traced and skipped. Bools go as 0
+/// and 1.
 ZYL_PRIVATE void zylPush(zylPropertyCollection* collection, const zylPropertyRow* rows,
   std::size_t count, vtkSMProxy* proxy);
 

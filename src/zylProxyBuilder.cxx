@@ -5,10 +5,12 @@
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
+#include <vtkSMInputProperty.h>
 #include <vtkSMParaViewPipelineController.h>
-#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
+#include <vtkSMPropertyIterator.h>
 #include <vtkSMProxy.h>
+#include <vtkSMProxyListDomain.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -27,6 +29,35 @@ struct SubProxies : public vtkSMProxy
     return (proxy->*get)(i);
   }
 };
+
+//--------------------------------------------------------------------------------------------------
+// Keep the choices that ParaView offers for the properties (their domains: lists of arrays, ranges,
+// bounds) from following the inputs. They would be worked out anew, by a gather of everything about
+// the data that takes seconds with thousands of blocks, whenever the inputs execute; nothing in the
+// library reads them.
+void MuteDomains(vtkSMProxy* proxy)
+{
+  // A property updates the domains that depend on it through observers: of its own changes, and of
+  // the producers it is connected to, when they have executed.
+  vtkSmartPointer<vtkSMPropertyIterator> iterator;
+  iterator.TakeReference(proxy->NewPropertyIterator());
+  for (iterator->Begin(); !iterator->IsAtEnd(); iterator->Next())
+  {
+    iterator->GetProperty()->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
+    auto* input = vtkSMInputProperty::SafeDownCast(iterator->GetProperty());
+    for (unsigned int i = 0; input && i < input->GetNumberOfProxies(); ++i)
+    {
+      if (vtkSMProxy* producer = input->GetProxy(i))
+      {
+        producer->RemoveObservers(vtkCommand::UpdateDataEvent);
+      }
+    }
+  }
+  for (unsigned int i = 0; i < SubProxies::Count(proxy); ++i)
+  {
+    MuteDomains(SubProxies::Get(proxy, i));
+  }
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -138,7 +169,9 @@ vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeSource(bool registered)
     // One controller for all steps: it remembers what it has begun to initialize.
     vtkNew<vtkSMParaViewPipelineController> controller;
     controller->PreInitializeProxy(source);
+    MuteDomains(source);
     this->Configure(source);
+    MuteDomains(source);
     controller->PostInitializeProxy(source);
     if (registered)
     {
@@ -175,9 +208,14 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view
   }
   vtkNew<vtkSMParaViewPipelineController> controller;
   controller->PreInitializeProxy(proxy);
-  zylMuteDomains(proxy);
+  MuteDomains(proxy);
   this->Configure(proxy);
-  zylMuteDomains(proxy);
+  MuteDomains(proxy);
+  // The one default that is worked out from the data on demand. What was modified has none.
+  if (vtkSMProperty* type = proxy->GetProperty("Representation"))
+  {
+    type->Modified();
+  }
   controller->PostInitializeProxy(proxy);
   controller->RegisterRepresentationProxy(proxy);
   vtkSMPropertyHelper(view, "Representations").Add(proxy);
@@ -186,30 +224,19 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylMuteDomains(vtkSMProxy* proxy)
+vtkSMProxy* zylFindOffered(vtkSMProxy* proxy, const char* property, const std::string& name)
 {
-  if (!proxy)
+  vtkSMProperty* choice = proxy ? proxy->GetProperty(property) : nullptr;
+  auto* domain = choice ? choice->FindDomain<vtkSMProxyListDomain>() : nullptr;
+  for (unsigned int i = 0; domain && i < domain->GetNumberOfProxies(); ++i)
   {
-    return;
-  }
-  if (vtkSMProperty* input = proxy->GetProperty("Input"))
-  {
-    // The observers through which a property updates the domains that depend on it: on a change of
-    // its own, and when one of its producers has executed.
-    input->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
-    vtkSMPropertyHelper helper(input);
-    for (unsigned int i = 0; i < helper.GetNumberOfElements(); ++i)
+    vtkSMProxy* offered = domain->GetProxy(i);
+    if (offered && name == offered->GetXMLName())
     {
-      if (vtkSMProxy* producer = helper.GetAsProxy(i))
-      {
-        producer->RemoveObservers(vtkCommand::UpdateDataEvent);
-      }
+      return offered;
     }
   }
-  for (unsigned int i = 0; i < SubProxies::Count(proxy); ++i)
-  {
-    zylMuteDomains(SubProxies::Get(proxy, i));
-  }
+  return nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -223,7 +250,10 @@ void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
   if (helper.GetNumberOfElements() != 1 || helper.GetAsProxy(0) != source ||
     helper.GetOutputPort(0) != 0)
   {
+    // The observers of the new input come with the connection.
+    MuteDomains(proxy);
     helper.Set(source, 0);
+    MuteDomains(proxy);
   }
   proxy->UpdateVTKObjects();
 }

@@ -41,6 +41,9 @@ public:
   /// Anything else to do to the proxy at the same point, in the order of the calls.
   zylProxyBuilder& Then(std::function<void(vtkSMProxy*)> step);
 
+  /// Unlike ParaView's own ways, Make() and the others ask the server nothing about the data: no
+  /// property gets a default that depends on it (arrays, ranges, bounds), so set them.
+  ///
   /// New, pre-initialise, inputs and values, push, post-initialise, register as a pipeline proxy.
   /// Returns null (and traces why) when the session does not know the proxy.
   vtkSmartPointer<vtkSMSourceProxy> Make();
@@ -76,11 +79,9 @@ private:
 /// it is connected so already; null arguments do nothing.
 ZYL_PRIVATE void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property = "Input");
 
-/// Keep the choices that ParaView offers for the properties of `proxy` (its domains: lists of
-/// arrays, ranges, bounds) from following its present inputs. They would be worked out anew, by a
-/// gather of everything about the data, whenever the inputs execute; nothing in the library reads
-/// them. Null does nothing. To be repeated when an input is replaced.
-ZYL_PRIVATE void zylMuteDomains(vtkSMProxy* proxy);
+/// The proxy of XML name `name` among those that `property` of `proxy` offers (borrowed), or null.
+ZYL_PRIVATE vtkSMProxy* zylFindOffered(
+  vtkSMProxy* proxy, const char* property, const std::string& name);
 
 /// Execute `source` and what is upstream of it at the active time (0 before any time is known).
 ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source);

@@ -23,6 +23,8 @@ constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::Int("PointGaussianType", 1).To("ShaderPreset"),
 };
 
+constexpr int PointGaussian = 2; // of "DisplayStyle"
+
 //--------------------------------------------------------------------------------------------------
 const char* RepresentationOf(int displayStyle)
 {
@@ -30,7 +32,7 @@ const char* RepresentationOf(int displayStyle)
   {
     case 1:
       return "Points";
-    case 2:
+    case PointGaussian:
       return "Point Gaussian";
     default:
       return "Surface";
@@ -54,12 +56,15 @@ void zylSurfacePipeline::InitializeProperties()
 //--------------------------------------------------------------------------------------------------
 void zylSurfacePipeline::Update(zylView* view)
 {
-  if (!this->EnsureRepresentation(view, this->DataSource))
+  const int style = this->Properties->GetInt("DisplayStyle");
+  vtkSMSourceProxy* source =
+    style == PointGaussian ? this->ExtractVisibleBlocks() : this->DataSource.Get();
+  if (!this->EnsureRepresentation(view, source))
   {
     return;
   }
   this->UpdateLighting();
-  this->SetRepresentationType(RepresentationOf(this->Properties->GetInt("DisplayStyle")));
+  this->SetRepresentationType(RepresentationOf(style));
   this->UpdateColors(view);
   this->UpdateVisibility();
   zylPush(this->Properties, Rows, this->Representation);

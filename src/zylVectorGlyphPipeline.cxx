@@ -2,15 +2,14 @@
 
 #include "zylPropertyCollection.h"
 #include "zylPropertyTable.h"
+#include "zylProxyBuilder.h"
 
 #include <string>
 
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
 #include <vtkSMPVRepresentationProxy.h>
-#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
-#include <vtkSMProxyListDomain.h>
 #include <vtkSMSourceProxy.h>
 
 vtkStandardNewMacro(zylVectorGlyphPipeline);
@@ -28,21 +27,6 @@ constexpr zylPropertyRow Rows[] = {
 // Values of the representation's "ScaleMode".
 constexpr int ScaleOff = 0;
 constexpr int ScaleByMagnitude = 1;
-
-//--------------------------------------------------------------------------------------------------
-vtkSMProxy* FindInListDomain(vtkSMProperty* property, const std::string& name)
-{
-  auto* domain = property ? property->FindDomain<vtkSMProxyListDomain>() : nullptr;
-  for (unsigned int i = 0; domain && i < domain->GetNumberOfProxies(); ++i)
-  {
-    vtkSMProxy* proxy = domain->GetProxy(i);
-    if (proxy && name == proxy->GetXMLName())
-    {
-      return proxy;
-    }
-  }
-  return nullptr;
-}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -68,7 +52,8 @@ void zylVectorGlyphPipeline::Update(zylView* view)
     return;
   }
   const bool good = this->CheckVectorVariable(name);
-  if ((!good && !this->Representation) || !this->EnsureRepresentation(view, this->DataSource))
+  if ((!good && !this->Representation) ||
+    !this->EnsureRepresentation(view, this->ExtractVisibleBlocks()))
   {
     return;
   }
@@ -129,8 +114,7 @@ void zylVectorGlyphPipeline::UpdateGlyphs()
 //--------------------------------------------------------------------------------------------------
 void zylVectorGlyphPipeline::UpdateArrow()
 {
-  vtkSMProperty* type = this->Representation->GetProperty("GlyphType");
-  vtkSMProxy* arrow = FindInListDomain(type, "ArrowSource");
+  vtkSMProxy* arrow = zylFindOffered(this->Representation, "GlyphType", "ArrowSource");
   if (!arrow)
   {
     return;
@@ -139,8 +123,9 @@ void zylVectorGlyphPipeline::UpdateArrow()
     .Set(this->Properties->GetInt("ArrowShaftResolution"));
   vtkSMPropertyHelper(arrow, "TipResolution").Set(this->Properties->GetInt("ArrowTipResolution"));
   arrow->UpdateVTKObjects();
-  if (vtkSMPropertyHelper(type).GetAsProxy() != arrow)
+  vtkSMPropertyHelper type(this->Representation, "GlyphType");
+  if (type.GetAsProxy() != arrow)
   {
-    vtkSMPropertyHelper(type).Set(arrow);
+    type.Set(arrow);
   }
 }

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <vector>
 
 #include <vtkBoundingBox.h>
@@ -42,6 +43,7 @@
 #include <vtkTransform.h>
 #include <vtk_glew.h>
 #include <vtksys/SystemInformation.hxx>
+#include <vtksys/SystemTools.hxx>
 
 namespace {
 constexpr zylPropertyRow GeneralRows[] = {
@@ -90,12 +92,56 @@ constexpr Direction Directions[] = {
   { { 0, 0, 1 }, { 1, 0, 0 } },
 };
 
+// The OpenGL objects of what is dropped meanwhile are deleted in the adopted context or not at all.
+class ResourceScope
+{
+public:
+  explicit ResourceScope(vtkOpenGLRenderWindow* window)
+    : Window(window)
+  {
+    if (window)
+    {
+      window->PushContext();
+    }
+  }
+  ~ResourceScope()
+  {
+    if (this->Window)
+    {
+      this->Window->PopContext();
+    }
+  }
+  ResourceScope(const ResourceScope&) = delete;
+  ResourceScope& operator=(const ResourceScope&) = delete;
+
+private:
+  vtkWeakPointer<vtkOpenGLRenderWindow> Window;
+};
+
 constexpr const char* NoContext = "No OpenGL context is current";
 constexpr const char* NoRenderer = "No Renderer is available in the view";
 
 void Mark(const char* text)
 {
   vtkOpenGLRenderUtilities::MarkDebugEvent(text);
+}
+
+// Whether the file can be opened for writing; a file that does not exist is not left behind.
+bool IsWritable(const char* fileName)
+{
+  const bool existed = vtksys::SystemTools::FileExists(fileName);
+  const bool opened = std::ofstream(fileName, std::ios::app).is_open();
+  if (opened && !existed)
+  {
+    vtksys::SystemTools::RemoveFile(fileName);
+  }
+  return opened;
+}
+
+bool IsWritten(const char* fileName)
+{
+  return vtksys::SystemTools::FileExists(fileName, true) &&
+    vtksys::SystemTools::FileLength(fileName) > 0;
 }
 
 // A camera read from matrices, before it is known to be one.
@@ -109,7 +155,8 @@ struct CameraValues
 
   bool IsFinite() const
   {
-    double sum = this->Near + this->Far + this->WindowCenter[0] + this->WindowCenter[1] + this->Scale;
+    double sum =
+      this->Near + this->Far + this->WindowCenter[0] + this->WindowCenter[1] + this->Scale;
     for (int i = 0; i < 3; ++i)
     {
       sum += this->Position[i] + this->FocalPoint[i] + this->ViewUp[i];
@@ -220,6 +267,16 @@ zylView::~zylView()
     const vtkSmartPointer<zylRepresentation> rep = *this->Representations.begin();
     this->RemoveRepresentation(rep);
   }
+  // Mappers that are destroyed with OpenGL objects delete them in whatever context is current.
+  zylHostContextKeeper context;
+  if (zylHostRenderWindow* window = this->GetHostWindow())
+  {
+    window->ReleaseGraphicsResources(window);
+    if (window->IsElsewhere())
+    {
+      zylHostContext::Current().Release();
+    }
+  }
   if (this->Proxy)
   {
     this->Proxy->RemoveObserver(this->StartRenderCommand);
@@ -228,6 +285,7 @@ zylView::~zylView()
       vtkNew<vtkSMParaViewPipelineControllerWithRendering> controller;
       controller->UnRegisterProxy(this->Proxy);
     }
+    this->Proxy = nullptr;
   }
 }
 
@@ -318,6 +376,7 @@ void zylView::AddRepresentation(zylRepresentation* rep)
 {
   if (rep && this->Representations.count(rep) == 0)
   {
+    ResourceScope resources(this->RenderWindow);
     rep->SetView(this);
     this->Representations.insert(rep);
     rep->Update();
@@ -327,11 +386,11 @@ void zylView::AddRepresentation(zylRepresentation* rep)
 //--------------------------------------------------------------------------------------------------
 void zylView::RemoveRepresentation(zylRepresentation* rep)
 {
-  const auto found = rep ? this->Representations.find(rep) : this->Representations.end();
-  if (found != this->Representations.end())
+  if (rep && this->Representations.count(rep) > 0)
   {
+    ResourceScope resources(this->RenderWindow);
     rep->SetView(nullptr);
-    this->Representations.erase(found);
+    this->Representations.erase(rep);
   }
 }
 
@@ -448,7 +507,8 @@ bool zylView::FindHostFrame()
   {
     return true;
   }
-  // Called out of order. Popping needs a level on the toolkit's stack, which ends the process without.
+  // Called out of order. Popping needs a level on the toolkit's stack, which ends the process
+  // without.
   if (this->BeginHostFrame())
   {
     window->GetState()->Push();
@@ -485,8 +545,8 @@ void zylView::PreRenderSetup()
 {
   if (this->InRenderSetup)
   {
-    vtkLogF(ERROR,
-      "PreRenderSetup was called a second time without PostRenderCleanup() being called");
+    vtkLogF(
+      ERROR, "PreRenderSetup was called a second time without PostRenderCleanup() being called");
   }
   if (!this->IgnoreHostContext && this->BeginHostFrame())
   {
@@ -536,8 +596,8 @@ void zylView::PreSelectSetup()
 {
   if (this->InSelectSetup)
   {
-    vtkLogF(ERROR,
-      "PreSelectSetup was called a second time without PostSelectCleanup() being called");
+    vtkLogF(
+      ERROR, "PreSelectSetup was called a second time without PostSelectCleanup() being called");
   }
   if (this->BeginHostFrame())
   {
@@ -645,8 +705,7 @@ void zylView::ResetCameraClippingRange()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylView::ResetCameraToNormal(
-  double cx, double cy, double cz, double nx, double ny, double nz)
+void zylView::ResetCameraToNormal(double cx, double cy, double cz, double nx, double ny, double nz)
 {
   double normal[3] = { nx, ny, nz };
   const double length = vtkMath::Normalize(normal);
@@ -657,8 +716,7 @@ void zylView::ResetCameraToNormal(
   }
   if (vtkCamera* camera = this->GetCamera())
   {
-    camera->SetPosition(
-      cx + length * normal[0], cy + length * normal[1], cz + length * normal[2]);
+    camera->SetPosition(cx + length * normal[0], cy + length * normal[1], cz + length * normal[2]);
     camera->SetFocalPoint(cx, cy, cz);
     camera->OrthogonalizeViewUp();
     this->ResetCamera();
@@ -688,8 +746,7 @@ void zylView::SetViewDir(int direction, bool flip)
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylView::SetCameraMatrices(
-  const double* first, const double* second, const double* projection)
+void zylView::SetCameraMatrices(const double* first, const double* second, const double* projection)
 {
   vtkCamera* camera = this->GetCamera();
   if (!camera)
@@ -773,6 +830,10 @@ void zylView::SetBackground(double r, double g, double b)
   if (this->GetCamera())
   {
     this->Renderer->SetBackground(r, g, b);
+    // Some ParaViews set the renderer from this at every render.
+    const double color[3] = { r, g, b };
+    vtkSMPropertyHelper(this->Proxy, "Background").Set(color, 3);
+    this->UpdateProxy();
   }
 }
 
@@ -915,8 +976,8 @@ bool zylView::GetBounds(double bounds[6])
   {
     box.GetBounds(bounds);
   }
-  vtkVLogF(vtkLogger::VERBOSITY_TRACE, "GetBounds(): [%f, %f, %f, %f, %f, %f]", bounds[0], bounds[1],
-    bounds[2], bounds[3], bounds[4], bounds[5]);
+  vtkVLogF(vtkLogger::VERBOSITY_TRACE, "GetBounds(): [%f, %f, %f, %f, %f, %f]", bounds[0],
+    bounds[1], bounds[2], bounds[3], bounds[4], bounds[5]);
   return bounds[0] <= bounds[1];
 }
 
@@ -951,6 +1012,11 @@ bool zylView::SaveScreenshot(const char* fileName)
   {
     return false;
   }
+  if (!IsWritable(fileName))
+  {
+    vtkLogF(ERROR, "SaveScreenshot: '%s' cannot be written to", fileName);
+    return false;
+  }
   vtkSmartPointer<vtkSMProxy> proxy = this->NewScreenshotProxy(fileName);
   auto* screenshot = vtkSMSaveScreenshotProxy::SafeDownCast(proxy);
   if (!screenshot)
@@ -958,8 +1024,9 @@ bool zylView::SaveScreenshot(const char* fileName)
     return false;
   }
   this->PreRenderSetup();
-  const bool written = screenshot->WriteImage(fileName);
+  bool written = screenshot->WriteImage(fileName);
   this->PostRenderCleanup();
+  written = IsWritten(fileName) && written; // ParaView does not see all failures
   if (!written)
   {
     vtkLogF(ERROR, "SaveScreenshot: '%s' could not be written", fileName);
@@ -980,8 +1047,7 @@ void zylView::StartRenderCallback(
   const bool suppressed = vtkSMPropertyHelper(proxy, "SuppressRendering").GetAsInt() != 0;
   if (!suppressed && !self->OpenGLStatePushed && !self->IgnoreHostContext)
   {
-    vtkLogF(
-      ERROR, "ParaView RenderView is being called without the OpenGL state being recorded");
+    vtkLogF(ERROR, "ParaView RenderView is being called without the OpenGL state being recorded");
     vtkLogF(ERROR, "%s", vtksys::SystemInformation::GetProgramStack(5, 1).c_str());
   }
 }

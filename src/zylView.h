@@ -100,17 +100,17 @@ public:
   void ResetCameraClippingRange();
   ///@}
 
-  /// Look at `c` against the direction of `n`, starting at c + n; fits the camera and renders. A zero
-  /// `n` is an error.
+  /// Look at `c` against the direction of `n`, starting at c + n; fits the camera and renders. A
+  /// zero `n` is an error.
   void ResetCameraToNormal(double cx, double cy, double cz, double nx, double ny, double nz);
 
   /// Look along an axis: 1 is +z, 2 -z, 3 -y, 4 +y, 5 +x, any other -x (where the camera is, seen
   /// from the center of what is visible); `flip` looks from the other side.
   void SetViewDir(int direction, bool flip);
 
-  /// Take the camera from the host's matrices, 16 doubles each, row by row: the model-view matrix is
-  /// first x second (either may be null), then the projection as OpenGL defines it, perspective or
-  /// orthographic. Matrices that describe no camera are an error and change nothing.
+  /// Take the camera from the host's matrices, 16 doubles each, row by row: the model-view matrix
+  /// is first x second (either may be null), then the projection as OpenGL defines it, perspective
+  /// or orthographic. Matrices that describe no camera are an error and change nothing.
   void SetCameraMatrices(const double* first, const double* second, const double* projection);
 
   void SetParallelProjection(bool on);
@@ -150,14 +150,15 @@ public:
   void SetPointOffset(double units);
   ///@}
 
-  /// Bounds (xmin, xmax, ymin, ...) of the visible representations; false, and an inverted box, when
-  /// there is none.
+  /// Bounds (xmin, xmax, ymin, ...) of the visible representations; false, and an inverted box,
+  /// when there is none.
   bool GetBounds(double bounds[6]);
 
   /// The picture, host image included; null on failure.
   vtkSmartPointer<vtkImageData> CaptureImage();
 
-  /// Write the picture to a file; the extension names the format. False, with a message, on failure.
+  /// Write the picture to a file; the extension names the format. False, with a message, on
+  /// failure.
   bool SaveScreenshot(const char* fileName);
 
 protected:

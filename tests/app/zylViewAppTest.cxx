@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 
 #include <vtkImageData.h>
+#include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
 #include <vtkPNGReader.h>
 
@@ -21,7 +22,7 @@ struct Outcome
   std::string Text; // stdout and stderr
 };
 
-Outcome Run(const std::string& command)
+Outcome Execute(const std::string& command)
 {
   Outcome outcome;
   std::FILE* pipe = popen((command + " 2>&1 </dev/null").c_str(), "r");
@@ -45,7 +46,7 @@ const std::string& Folder()
 const std::string& Sample()
 {
   static const std::string file = [] {
-    const Outcome made = Run(std::string(ZYL_SAMPLE) + " --steps 3 " + Folder() + "/sample");
+    const Outcome made = Execute(std::string(ZYL_SAMPLE) + " --steps 3 " + Folder() + "/sample");
     EXPECT_EQ(made.ExitCode, 0) << made.Text;
     return Folder() + "/sample/chimney.pvd";
   }();
@@ -55,7 +56,7 @@ const std::string& Sample()
 // Without DISPLAY, with the sample unless `file` says otherwise.
 Outcome View(const std::string& arguments, const std::string& file = Sample())
 {
-  return Run(
+  return Execute(
     "env -u DISPLAY -u WAYLAND_DISPLAY " + std::string(ZYL_VIEW) + " " + arguments + " " + file);
 }
 
@@ -100,8 +101,8 @@ Picture Draw(const std::string& arguments, const std::string& file = Sample())
 {
   const std::string output = Folder() + "/picture.png";
   std::remove(output.c_str());
-  const Outcome outcome =
-    View("--output " + output + " --size 240x160 --background 0,0,0 " + arguments, file);
+  const Outcome outcome = View(
+    "--output " + output + " --size 240x160 --samples 1 --background 0,0,0 " + arguments, file);
   EXPECT_EQ(outcome.ExitCode, 0) << arguments << '\n' << outcome.Text;
   EXPECT_EQ(outcome.Text, output + "\n") << arguments;
   return Read(output);
@@ -256,7 +257,6 @@ TEST(zylViewApp, TakesReaderLogAndStatistics)
     EXPECT_NE(outcome.Text.find(name), std::string::npos) << name << " in\n" << outcome.Text;
   }
   EXPECT_TRUE(std::ifstream(log).good());
-  EXPECT_TRUE(std::ifstream(log + ".vtk.txt").good());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -323,7 +323,7 @@ TEST(zylViewApp, OpensAWindow)
   {
     GTEST_SKIP() << "no display";
   }
-  const Outcome outcome = Run(std::string(ZYL_VIEW) + " --frames 3 --stats " + Sample());
+  const Outcome outcome = Execute(std::string(ZYL_VIEW) + " --frames 3 --stats " + Sample());
   EXPECT_EQ(outcome.ExitCode, 0) << outcome.Text;
   EXPECT_NE(outcome.Text.find("first frame"), std::string::npos) << outcome.Text;
 }
@@ -331,9 +331,9 @@ TEST(zylViewApp, OpensAWindow)
 //--------------------------------------------------------------------------------------------------
 TEST(zylSampleApp, RefusesWhatItCannotDo)
 {
-  EXPECT_EQ(Run(ZYL_SAMPLE).ExitCode, 2);
-  EXPECT_EQ(Run(std::string(ZYL_SAMPLE) + " --steps 0 x").ExitCode, 2);
-  const Outcome outcome = Run(std::string(ZYL_SAMPLE) + " /proc/nope");
+  EXPECT_EQ(Execute(ZYL_SAMPLE).ExitCode, 2);
+  EXPECT_EQ(Execute(std::string(ZYL_SAMPLE) + " --steps 0 x").ExitCode, 2);
+  const Outcome outcome = Execute(std::string(ZYL_SAMPLE) + " /proc/nope");
   EXPECT_EQ(outcome.ExitCode, 1);
   EXPECT_NE(outcome.Text.find("zylsample: cannot write to '/proc/nope'"), std::string::npos);
 }

@@ -35,12 +35,12 @@ testing::AssertionResult Runs(const std::string& command)
   return testing::AssertionFailure() << command << '\n' << stream.rdbuf();
 }
 
-/// A tetrahedron in the old text format, which needs no writer.
+/// A tetrahedron with a corner towards the eye, in the old text format, which needs no writer.
 void WriteTetrahedron(const fs::path& file)
 {
   std::ofstream(file)
     << "# vtk DataFile Version 3.0\ntetrahedron\nASCII\nDATASET UNSTRUCTURED_GRID\n"
-       "POINTS 4 float\n0 0 0 1 0 0 0 1 0 0 0 1\n"
+       "POINTS 4 float\n0 0 0 2 0 0 1 -1 1 1 1 2\n"
        "CELLS 1 5\n4 0 1 2 3\nCELL_TYPES 1\n10\n";
 }
 
@@ -58,7 +58,6 @@ std::set<std::array<double, 3>> Colors(const fs::path& file)
   }
   return colors;
 }
-} // namespace
 
 class zylPackage : public testing::Test
 {
@@ -88,7 +87,7 @@ protected:
   static testing::AssertionResult Installed;
 };
 testing::AssertionResult zylPackage::Installed = testing::AssertionFailure();
-}
+} // namespace
 
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylPackage, ServesAHostThatNamesNothingButZyl)
@@ -108,5 +107,5 @@ TEST_F(zylPackage, ServesTheExampleHosts)
     Folder("tetrahedron.vtk").string() + "' '" + picture + "'"));
   const std::set<std::array<double, 3>> colors = Colors(picture);
   EXPECT_EQ(colors.count({ 204, 217, 230 }), 1u) << "the host's own background in " << picture;
-  EXPECT_GE(colors.size(), 3u) << "two or three lit faces in " << picture;
+  EXPECT_GE(colors.size(), 3u) << "at least two lit faces in " << picture;
 }

@@ -7,16 +7,8 @@
 #include "zylPluginTestData.h"
 #include "zylProxyBuilder.h"
 #include "zylTestLog.h"
+#include "zylTestServer.h"
 #include "zylTimeController.h"
-
-#include <csignal>
-#include <cstdlib>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -29,89 +21,6 @@
 #include <vtkSMSourceProxy.h>
 
 namespace {
-// A port that was free a moment ago.
-int FreePort()
-{
-  const int handle = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof(address);
-  bind(handle, reinterpret_cast<sockaddr*>(&address), size);
-  getsockname(handle, reinterpret_cast<sockaddr*>(&address), &size);
-  close(handle);
-  return ntohs(address.sin_port);
-}
-
-// Only what programs need: a client that has started MPI leaves variables behind that keep mpirun
-// from starting, and a display that is gone stops a server.
-void CleanEnvironment()
-{
-  std::vector<std::pair<const char*, std::string>> kept;
-  for (const char* name : { "PATH", "HOME", "TMPDIR", "LANG" })
-  {
-    if (const char* value = getenv(name))
-    {
-      kept.emplace_back(name, value);
-    }
-  }
-  clearenv();
-  for (const auto& variable : kept)
-  {
-    setenv(variable.first, variable.second.c_str(), 1);
-  }
-}
-
-// A server on the loopback that ends with its client, or at the latest with this object.
-class Server
-{
-public:
-  Server(int ranks, const char* pluginDirectory)
-    : Port(FreePort())
-    , Process(fork())
-  {
-    if (this->Process == 0)
-    {
-      setpgid(0, 0);
-      CleanEnvironment();
-      setenv("PV_PLUGIN_PATH", pluginDirectory, 1);
-      setenv("OMPI_ALLOW_RUN_AS_ROOT", "1", 1);
-      setenv("OMPI_ALLOW_RUN_AS_ROOT_CONFIRM", "1", 1);
-      std::string command = "exec ";
-      if (ranks > 1)
-      {
-        command += std::string(ZYL_MPIRUN) +
-          " --oversubscribe --mca btl self,vader,tcp --mca btl_tcp_if_include lo"
-          " --mca oob_tcp_if_include lo -np " +
-          std::to_string(ranks) + " ";
-      }
-      command += std::string(ZYL_PVSERVER) + " --server-port=" + std::to_string(this->Port);
-      execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
-      _exit(127);
-    }
-  }
-
-  ~Server()
-  {
-    for (int i = 0; i < 100; ++i)
-    {
-      if (waitpid(this->Process, nullptr, WNOHANG) != 0)
-      {
-        return;
-      }
-      usleep(50000);
-    }
-    kill(-this->Process, SIGKILL);
-    waitpid(this->Process, nullptr, 0);
-  }
-
-  std::string Url() const { return "cs://127.0.0.1:" + std::to_string(this->Port); }
-
-private:
-  int Port;
-  pid_t Process;
-};
-
 class PluginServer : public testing::TestWithParam<int>
 {
 protected:
@@ -122,7 +31,7 @@ protected:
 //--------------------------------------------------------------------------------------------------
 TEST_P(PluginServer, ReadsSplitsAndDescribes)
 {
-  if (!*ZYL_PVSERVER || (GetParam() > 1 && !*ZYL_MPIRUN))
+  if (!zylTestServer::IsAvailable(GetParam()))
   {
     GTEST_SKIP() << "no server here";
   }
@@ -135,8 +44,8 @@ TEST_P(PluginServer, ReadsSplitsAndDescribes)
 
   zylCore* core = zylCore::GetInstance();
   core->Disconnect();
-  Server server(GetParam(), ZYL_PLUGIN_DIRECTORY);
-  core->Connect(server.Url().c_str(), 60);
+  zylTestServer server(GetParam(), ZYL_PLUGIN_DIRECTORY);
+  core->Connect(server.GetUrl().c_str(), 60);
   ASSERT_NE(core->GetSession(), nullptr);
   {
     vtkNew<zylDataSet> data;
@@ -178,15 +87,15 @@ INSTANTIATE_TEST_SUITE_P(Ranks, PluginServer, testing::Values(1, 2),
 //--------------------------------------------------------------------------------------------------
 TEST(PluginServerMissing, ServersWithoutThePluginAreReported)
 {
-  if (!*ZYL_PVSERVER)
+  if (!zylTestServer::IsAvailable(1))
   {
     GTEST_SKIP() << "no server here";
   }
   zylCore* core = zylCore::GetInstance();
   core->Disconnect();
-  Server server(1, "/nonexistent");
+  zylTestServer server(1, "");
   zylTestLog log;
-  core->Connect(server.Url().c_str(), 60);
+  core->Connect(server.GetUrl().c_str(), 60);
   ASSERT_NE(core->GetSession(), nullptr);
   EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "Could not load required plugin VTKExtensions"))
     << log.Dump();

@@ -273,6 +273,45 @@ TEST_F(zylBoundary, ColorsByAVariable)
   EXPECT_EQ(this->Boundary->GetContourColorVariableInformation(1), nullptr);
 }
 
+TEST_F(zylBoundary, DrawsArrowsOfVisibleBlocksOnly)
+{
+  this->ShowLeaves();
+  this->Boundary->Hide();
+  for (int id = 1; id <= 3; ++id)
+  {
+    zylPropertyCollection* glyphs = this->Boundary->GetVectorGlyphProperties(id);
+    glyphs->Set("ForceHidden", false);
+    glyphs->Set("Visibility", id != 2);
+    glyphs->Set("VectorVariable", "velocity");
+    glyphs->Set("ScaleFactor", 0.5);
+  }
+  this->Boundary->Update();
+  this->Draw();
+  const auto drawn = [this](int b) {
+    int pixels = 0;
+    for (int x = 100 * b - 90; x < 100 * b - 10; x += 4)
+    {
+      for (int y = 110; y < 190; y += 4)
+      {
+        pixels += !this->Host->PixelIs(x, y, 0, 0, 255);
+      }
+    }
+    return pixels > 0;
+  };
+  EXPECT_TRUE(drawn(1));
+  EXPECT_TRUE(drawn(3));
+  // Arrows of the neighbors reach less than half a block into the middle one.
+  EXPECT_TRUE(this->Host->PixelIs(150, 150, 0, 0, 255));
+  this->Boundary->GetVectorGlyphProperties(2)->Set("Visibility", true);
+  this->Boundary->GetVectorGlyphProperties(1)->Set("Visibility", false);
+  this->Boundary->GetVectorGlyphProperties(3)->Set("Visibility", false);
+  this->Boundary->Update();
+  this->Draw();
+  EXPECT_TRUE(drawn(2));
+  EXPECT_TRUE(this->Host->PixelIs(50, 150, 0, 0, 255));
+  EXPECT_TRUE(this->Host->PixelIs(250, 150, 0, 0, 255));
+}
+
 TEST_F(zylBoundary, FetchesSurfaces)
 {
   auto surfaces = this->Boundary->GetBlockSurfaces({ 2 });

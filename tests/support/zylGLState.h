@@ -14,7 +14,8 @@
 class zylGLState
 {
 public:
-  /// Of the current context; the functions must be loaded. Leaves no error behind and changes nothing.
+  /// Of the current context; the functions must be loaded. Leaves no error behind and changes
+  /// nothing.
   static zylGLState Read();
 
   /// One line for each value that differs: "name: other -> this". Empty when nothing does.

@@ -24,8 +24,8 @@ protected:
   /// Checks that nothing left an OpenGL error behind.
   void TearDown() override;
 
-  /// Runs `action` and expects that the host's context is still current, that the whole state is what
-  /// it was, and that there is no OpenGL error.
+  /// Runs `action` and expects that the host's context is still current, that the whole state is
+  /// what it was, and that there is no OpenGL error.
   template <class Action>
   void Unchanged(const char* what, Action action)
   {

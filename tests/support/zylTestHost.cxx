@@ -19,7 +19,8 @@ class GlxHost : public zylTestHost
 public:
   bool Open(int width, int height, bool core)
   {
-    this->Connection = XOpenDisplay(nullptr);
+    static ::Display* connection = XOpenDisplay(nullptr); // one for all, kept to the end
+    this->Connection = connection;
     if (!this->Connection)
     {
       return false;
@@ -62,9 +63,10 @@ public:
       }
       glXDestroyContext(this->Connection, this->Context);
     }
-    if (this->Connection)
+    if (this->Drawable)
     {
-      XCloseDisplay(this->Connection);
+      XDestroyWindow(this->Connection, this->Drawable);
+      XSync(this->Connection, False);
     }
   }
   void MakeCurrent() override { glXMakeCurrent(this->Connection, this->Drawable, this->Context); }
@@ -74,6 +76,7 @@ public:
   {
     XResizeWindow(this->Connection, this->Drawable, width, height);
     XSync(this->Connection, False);
+    glXSwapBuffers(this->Connection, this->Drawable); // takes up the new size
     this->WindowSize[0] = width;
     this->WindowSize[1] = height;
     this->UseWindow();
@@ -97,9 +100,9 @@ public:
       return false;
     }
     eglBindAPI(EGL_OPENGL_API);
-    const EGLint wanted[] = { EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
-      EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_DEPTH_SIZE, 24, EGL_STENCIL_SIZE, 8,
-      EGL_NONE };
+    const EGLint wanted[] = { EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE,
+      EGL_OPENGL_BIT, EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_DEPTH_SIZE, 24,
+      EGL_STENCIL_SIZE, 8, EGL_NONE };
     EGLint count = 0;
     if (!eglChooseConfig(this->Connection, wanted, &this->Config, 1, &count) || count == 0)
     {
@@ -213,8 +216,7 @@ public:
   }
 
 private:
-  static constexpr GLenum Skips[3] = { GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS,
-    GL_PACK_SKIP_PIXELS };
+  static constexpr GLenum Skips[3] = { GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS };
   GLint Buffer = 0, Draw = 0, Read = 0, Renderbuffer = 0;
   GLint Values[3] = { 0, 0, 0 };
   bool Scissor, Srgb;
@@ -266,6 +268,7 @@ bool zylTestHost::LoadFunctions(int width, int height)
   this->Program = CompileProgram();
   glGenVertexArrays(1, &this->VertexArray);
   glGenBuffers(1, &this->VertexBuffer);
+  glGenRenderbuffers(2, this->Copies);
   glBindVertexArray(this->VertexArray);
   glBindBuffer(GL_ARRAY_BUFFER, this->VertexBuffer);
   glBufferData(GL_ARRAY_BUFFER, 12 * sizeof(float), nullptr, GL_STREAM_DRAW);
@@ -298,8 +301,7 @@ void zylTestHost::UseFramebuffer(int width, int height, const FramebufferOptions
     {
       glBindRenderbuffer(GL_RENDERBUFFER, this->Attachments[i]);
       glRenderbufferStorageMultisample(GL_RENDERBUFFER, options.Samples, format, width, height);
-      glFramebufferRenderbuffer(
-        GL_FRAMEBUFFER, points[i], GL_RENDERBUFFER, this->Attachments[i]);
+      glFramebufferRenderbuffer(GL_FRAMEBUFFER, points[i], GL_RENDERBUFFER, this->Attachments[i]);
     }
   }
   glBindRenderbuffer(GL_RENDERBUFFER, 0);
@@ -466,24 +468,24 @@ void zylTestHost::SetOddState()
 }
 
 //--------------------------------------------------------------------------------------------------
-unsigned int zylTestHost::Resolved()
+unsigned int zylTestHost::Resolve(unsigned int mask)
 {
-  // A framebuffer that can be read: of a multisampled one, a copy that has to be deleted.
+  // Leaves a single-sampled copy of the framebuffer bound for reading; the caller deletes it.
   GLuint copy = 0;
   glGenFramebuffers(1, &copy);
   glBindFramebuffer(GL_DRAW_FRAMEBUFFER, copy);
-  GLuint buffers[2];
-  glGenRenderbuffers(2, buffers);
   const GLenum formats[2] = { this->Options.ColorFormat,
     this->Options.DepthFormat ? this->Options.DepthFormat : GL_DEPTH24_STENCIL8 };
   const GLenum points[2] = { GL_COLOR_ATTACHMENT0, GL_DEPTH_ATTACHMENT };
   for (int i = 0; i < 2; ++i)
   {
-    glBindRenderbuffer(GL_RENDERBUFFER, buffers[i]);
+    glBindRenderbuffer(GL_RENDERBUFFER, this->Copies[i]);
     glRenderbufferStorage(GL_RENDERBUFFER, formats[i], this->Width, this->Height);
-    glFramebufferRenderbuffer(GL_DRAW_FRAMEBUFFER, points[i], GL_RENDERBUFFER, buffers[i]);
+    glFramebufferRenderbuffer(GL_DRAW_FRAMEBUFFER, points[i], GL_RENDERBUFFER, this->Copies[i]);
   }
-  glDeleteRenderbuffers(2, buffers); // they live as long as they are attached
+  glBlitFramebuffer(
+    0, 0, this->Width, this->Height, 0, 0, this->Width, this->Height, mask, GL_NEAREST);
+  glBindFramebuffer(GL_READ_FRAMEBUFFER, copy);
   return copy;
 }
 
@@ -498,10 +500,7 @@ std::array<int, 3> zylTestHost::Pixel(int x, int y, int attachment)
   GLuint copy = 0;
   if (this->Options.Samples > 0)
   {
-    copy = this->Resolved();
-    glBlitFramebuffer(0, 0, this->Width, this->Height, 0, 0, this->Width, this->Height,
-      GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, copy);
+    copy = this->Resolve(GL_COLOR_BUFFER_BIT);
   }
   unsigned char pixel[4] = { 0, 0, 0, 0 };
   glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
@@ -519,10 +518,7 @@ float zylTestHost::Depth(int x, int y)
   GLuint copy = 0;
   if (this->Options.Samples > 0)
   {
-    copy = this->Resolved();
-    glBlitFramebuffer(0, 0, this->Width, this->Height, 0, 0, this->Width, this->Height,
-      GL_DEPTH_BUFFER_BIT, GL_NEAREST);
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, copy);
+    copy = this->Resolve(GL_DEPTH_BUFFER_BIT);
   }
   float depth = -1.0f;
   glReadPixels(x, y, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, &depth);

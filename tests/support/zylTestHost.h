@@ -1,6 +1,6 @@
 /// @file zylTestHost.h
-/// A host application as the tests play it: an OpenGL context of its own, GLX or EGL, a framebuffer,
-/// and a painted picture with depth.
+/// A host application as the tests play it: an OpenGL context of its own, GLX or EGL, a
+/// framebuffer, and a painted picture with depth.
 ///
 ///     auto host = zylTestHost::New(zylTestHost::Egl, 300, 300);
 ///     host->Clear(0, 0, 1);
@@ -32,9 +32,11 @@ public:
     int ColorBuffers = 1;
   };
 
-  /// A host with a current context and a (hidden) window of this size; null where the platform is not
-  /// available. `core` asks for a 3.2 core context; otherwise whatever the driver gives by default.
-  static std::unique_ptr<zylTestHost> New(Platform platform, int width, int height, bool core = true);
+  /// A host with a current context and a (hidden) window of this size; null where the platform is
+  /// not available. `core` asks for a 3.2 core context; otherwise whatever the driver gives by
+  /// default.
+  static std::unique_ptr<zylTestHost> New(
+    Platform platform, int width, int height, bool core = true);
 
   /// What the environment variable ZYL_TEST_PLATFORM ("GLX" or "EGL") asks for; GLX without it.
   static Platform DefaultPlatform();
@@ -82,7 +84,7 @@ protected:
   int WindowSize[2] = { 0, 0 };
 
 private:
-  unsigned int Resolved();
+  unsigned int Resolve(unsigned int mask);
   void DeleteFramebuffer();
 
   unsigned int Framebuffer = 0;
@@ -91,6 +93,7 @@ private:
   unsigned int Program = 0;
   unsigned int VertexArray = 0;
   unsigned int VertexBuffer = 0;
+  unsigned int Copies[2] = { 0, 0 }; // renderbuffers of resolved copies
 };
 
 #endif

@@ -186,7 +186,8 @@ TEST_F(zylViewTest, NetworkPresetsChooseTheCompressor)
   const char* expected[] = { "", "vtkZlibImageCompressor 0 9 3 1", "vtkZlibImageCompressor 0 6 2 0",
     "vtkLZ4Compressor 0 5", "vtkLZ4Compressor 0 3", "" };
   const auto compressor = [this] {
-    return std::string(vtkSMPropertyHelper(this->View->GetProxy(), "CompressorConfig").GetAsString());
+    return std::string(
+      vtkSMPropertyHelper(this->View->GetProxy(), "CompressorConfig").GetAsString());
   };
   for (int preset = 1; preset <= 5; ++preset)
   {
@@ -324,8 +325,8 @@ TEST_F(zylViewTest, ReportsARenderOutsideTheFrame)
   vtkSMPropertyHelper(this->View->GetProxy(), "SuppressRendering").Set(0);
   zylTestLog log;
   this->View->GetProxy()->InvokeEvent(vtkCommand::StartEvent);
-  EXPECT_TRUE(log.Has(
-    Error, "ParaView RenderView is being called without the OpenGL state being recorded"));
+  EXPECT_TRUE(
+    log.Has(Error, "ParaView RenderView is being called without the OpenGL state being recorded"));
   EXPECT_EQ(log.Count(Error, ""), 2) << "and the call stack:\n" << log.Dump();
   vtkSMPropertyHelper(this->View->GetProxy(), "SuppressRendering").Set(1);
 }
@@ -402,10 +403,10 @@ TEST_F(zylViewCamera, FitsABoxAndKeepsTheBoundsLocked)
   ExpectPoint(camera->GetFocalPoint(), 2, 2, 2);
   // A sphere around the box just fits the view angle.
   const double radius = std::sqrt(3.0);
-  EXPECT_NEAR(
-    camera->GetDistance(), radius / std::sin(vtkMath::RadiansFromDegrees(15.0)), 1e-6);
+  EXPECT_NEAR(camera->GetDistance(), radius / std::sin(vtkMath::RadiansFromDegrees(15.0)), 1e-6);
   EXPECT_EQ(GetInt(this->View, "LockBounds"), 1);
-  EXPECT_TRUE(log.Has(9, "ResetCamera(1.000000, 3.000000, 1.000000, 3.000000, 1.000000, 3.000000)"));
+  EXPECT_TRUE(
+    log.Has(9, "ResetCamera(1.000000, 3.000000, 1.000000, 3.000000, 1.000000, 3.000000)"));
 }
 
 TEST_F(zylViewCamera, LooksAgainstANormal)
@@ -507,8 +508,8 @@ TEST_F(zylViewCamera, TakesOrthographicMatrices)
   ExpectSameProjection(known, camera, range);
 }
 
-// near = -3, far = 7 seen from the origin along -z: the camera steps back by 4, so that near is 1 and
-// both planes stay where they were in space.
+// near = -3, far = 7 seen from the origin along -z: the camera steps back by 4, so that near is 1
+// and both planes stay where they were in space.
 TEST_F(zylViewCamera, StepsBackFromANearPlaneBehindIt)
 {
   const double n = -3;
