@@ -19,8 +19,8 @@ bool zylArrayInformation::IsValidComponent(unsigned int c)
 {
   if (c > this->NumberOfComponents)
   {
-    vtkErrorMacro("Component " << c << " out of valid range [0, " << (this->NumberOfComponents + 1)
-                               << "]");
+    vtkErrorMacro(
+      "Component " << c << " out of valid range [0, " << (this->NumberOfComponents + 1) << "]");
     return false;
   }
   return true;

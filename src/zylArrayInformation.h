@@ -29,8 +29,8 @@ public:
   unsigned int GetNumberOfComponents() const { return this->NumberOfComponents; }
 
   ///@{
-  /// Range of component c in [0, GetNumberOfComponents()], the last one being the magnitude's. Beyond
-  /// it an error is reported and nothing changes.
+  /// Range of component c in [0, GetNumberOfComponents()], the last one being the magnitude's.
+  /// Beyond it an error is reported and nothing changes.
   void SetComponentRange(unsigned int c, double range[2]);
   void GetComponentRange(unsigned int c, double range[2]);
   ///@}

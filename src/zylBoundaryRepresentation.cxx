@@ -310,11 +310,10 @@ void zylBoundaryRepresentation::CreateGroup(Kind& kind, Group& group)
 {
   vtkSMSourceProxy* source = this->MultiClip->GetOutput();
   group.Extract = BlockExtractor(source).Set("BlockIndices", std::vector<int>()).Make();
-  group.Script =
-    zylProxyBuilder(source->GetSessionProxyManager(), "filters", "ProgrammableFilter")
-      .Input(group.Extract)
-      .Set("CopyArrays", 1)
-      .Make();
+  group.Script = zylProxyBuilder(source->GetSessionProxyManager(), "filters", "ProgrammableFilter")
+                   .Input(group.Extract)
+                   .Set("CopyArrays", 1)
+                   .Make();
   group.Pipeline = kind.NewPipeline();
   group.Pipeline->SetDataSource(group.Script);
 }
@@ -451,8 +450,7 @@ vtkSmartPointer<zylArrayInformation> zylBoundaryRepresentation::GetColorVariable
   const Kind& kind, int blockId)
 {
   zylPropertyCollection* settings = this->GetSettings(kind, blockId);
-  const auto group =
-    settings ? kind.Groups.find(settings->GetHashValue()) : kind.Groups.end();
+  const auto group = settings ? kind.Groups.find(settings->GetHashValue()) : kind.Groups.end();
   return group != kind.Groups.end() ? group->second.Pipeline->GetColorVariableInformation()
                                     : nullptr;
 }

@@ -1,19 +1,20 @@
 /**
  * @class zylBoundaryRepresentation
- * @brief Shows a dataset block by block: surfaces, contour lines, feature lines, mesh lines, glyphs.
+ * @brief Shows a dataset block by block: surfaces, contour lines, feature lines, mesh lines,
+ * glyphs.
  *
- * Every block has its own settings for each of the five kinds of display; nothing is visible until a
- * block's "Visibility" is set. Blocks with equal settings of a kind are drawn by one shared pipeline,
- * so the cost grows with the number of different settings, not with the number of blocks.
+ * Every block has its own settings for each of the five kinds of display; nothing is visible until
+ * a block's "Visibility" is set. Blocks with equal settings of a kind are drawn by one shared
+ * pipeline, so the cost grows with the number of different settings, not with the number of blocks.
  *
  *     vtkNew<zylBoundaryRepresentation> boundary;
  *     boundary->SetDataSet(dataset);
  *     boundary->GetSurfaceProperties(3)->Set("Visibility", true); // block with flat index 3
  *     view->AddRepresentation(boundary);                          // runs Update()
  *
- * Settings reach the server at Update(). A block is a leaf of the block tree to draw: the settings of
- * the root and of inner nodes draw nothing by themselves. Blocks that a later time step brings get
- * default settings; settings of blocks that are gone are kept until they come back.
+ * Settings reach the server at Update(). A block is a leaf of the block tree to draw: the settings
+ * of the root and of inner nodes draw nothing by themselves. Blocks that a later time step brings
+ * get default settings; settings of blocks that are gone are kept until they come back.
  *
  * Where the clips are set they apply to all kinds. Operations without a dataset do nothing.
  */
@@ -68,8 +69,8 @@ public:
   ///@}
 
   ///@{
-  /// Clear or set "ForceHidden" of one block, or of all, in all kinds. "Visibility" stays as it is, so
-  /// showing a hidden block brings back what was chosen for it.
+  /// Clear or set "ForceHidden" of one block, or of all, in all kinds. "Visibility" stays as it is,
+  /// so showing a hidden block brings back what was chosen for it.
   void Show(int blockId);
   void Hide(int blockId);
   void Show() override;

@@ -156,8 +156,7 @@ zylCore* zylCore::GetInstance()
   {
     auto core = vtkSmartPointer<zylCore>::New();
     // ParaView keeps the strings, so they live as long as the process.
-    static std::string program =
-      vtksys::SystemTools::GetCurrentWorkingDirectory() + "/unknown_exe";
+    static std::string program = vtksys::SystemTools::GetCurrentWorkingDirectory() + "/unknown_exe";
     static char* argv[] = { program.data(), nullptr };
     core->Initialize(1, argv);
     Singleton() = core;
@@ -210,9 +209,8 @@ vtkSMSession* zylCore::GetSession()
 //--------------------------------------------------------------------------------------------------
 vtkSMSessionProxyManager* zylCore::GetSessionProxyManager()
 {
-  return this->Session
-    ? vtkSMProxyManager::GetProxyManager()->GetSessionProxyManager(this->Session)
-    : nullptr;
+  return this->Session ? vtkSMProxyManager::GetProxyManager()->GetSessionProxyManager(this->Session)
+                       : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -289,8 +287,8 @@ void zylCore::SetLogFile(const char* name, bool verbose)
     return;
   }
   zylCore::LogFile = name;
-  vtkLogger::LogToFile(name, vtkLogger::TRUNCATE,
-    verbose ? vtkLogger::VERBOSITY_TRACE : vtkLogger::VERBOSITY_WARNING);
+  vtkLogger::LogToFile(
+    name, vtkLogger::TRUNCATE, verbose ? vtkLogger::VERBOSITY_TRACE : vtkLogger::VERBOSITY_WARNING);
   vtkNew<vtkFileOutputWindow> window;
   window->SetFileName((zylCore::LogFile + ".vtk.txt").c_str());
   window->SetFlush(1);
@@ -458,9 +456,8 @@ void zylCore::PrintPipeline(vtkSMSourceProxy* source)
   {
     vtkSMProperty* input = source->GetProperty("Input");
     const bool connected = input && vtkSMPropertyHelper(input).GetNumberOfElements() > 0;
-    source = connected
-      ? vtkSMSourceProxy::SafeDownCast(vtkSMPropertyHelper(input).GetAsProxy(0))
-      : nullptr;
+    source = connected ? vtkSMSourceProxy::SafeDownCast(vtkSMPropertyHelper(input).GetAsProxy(0))
+                       : nullptr;
     if (source)
     {
       std::cout << "  " << source->GetXMLName() << '\n';

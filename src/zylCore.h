@@ -11,8 +11,8 @@
  *     core->Connect("cs://localhost:11111", 10); // optional
  *     auto dataset = vtkSmartPointer<zylDataSet>::New();
  *
- * All calls come from the one host thread that uses the library. The instance is released at process
- * exit; MPI is not started unless the host has started it.
+ * All calls come from the one host thread that uses the library. The instance is released at
+ * process exit; MPI is not started unless the host has started it.
  */
 #ifndef zylCore_h
 #define zylCore_h
@@ -51,9 +51,9 @@ public:
   vtkSMSessionProxyManager* GetSessionProxyManager();
   ///@}
 
-  /// Replace the session by one on the server at `url` ("cs://host:port"), waiting at most `timeout`
-  /// seconds. Objects made in the old session are dead afterwards. When the server cannot be reached
-  /// an error is logged and there is no session: check GetSession().
+  /// Replace the session by one on the server at `url` ("cs://host:port"), waiting at most
+  /// `timeout` seconds. Objects made in the old session are dead afterwards. When the server cannot
+  /// be reached an error is logged and there is no session: check GetSession().
   void Connect(const char* url, int timeout);
 
   /// End the session, if any.
@@ -90,23 +90,24 @@ public:
   static int GetZYLBuildVersion();
   ///@}
 
-  /// One description per file type the session can read, such as "VTK MultiBlock Files (*.vtm)". The
-  /// last one the reader factory names is not listed.
+  /// One description per file type the session can read, such as "VTK MultiBlock Files (*.vtm)".
+  /// The last one the reader factory names is not listed.
   static std::vector<std::string> GetSupportedFileTypes();
 
   /// The names of the color-map presets, in preset order.
   static std::vector<std::string> GetAvailableColorMapNames();
 
-  /// The data of output port 0 of `source`, brought to this process. `postGatherHelperName` names the
-  /// algorithm that combines the parts of a parallel server (null: the first process's part). Null
-  /// without source or session.
+  /// The data of output port 0 of `source`, brought to this process. `postGatherHelperName` names
+  /// the algorithm that combines the parts of a parallel server (null: the first process's part).
+  /// Null without source or session.
   static vtkSmartPointer<vtkDataObject> Fetch(
     vtkSMSourceProxy* source, const char* postGatherHelperName);
 
   /// 0 if `source` has a point array of that name, else 1 if it has such a cell array, else -1.
   static int GetArrayAssociation(const char* arrayName, vtkSMSourceProxy* source);
 
-  /// List the registered readers, sources and filters on the standard output; whether there was any.
+  /// List the registered readers, sources and filters on the standard output; whether there was
+  /// any.
   static bool PrintObjects();
 
   /// List what is upstream of `source` on the standard output.

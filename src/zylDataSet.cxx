@@ -117,8 +117,7 @@ bool IsComposite(vtkSMSourceProxy* source)
   return vtkCompositeDataSet::SafeDownCast(object) != nullptr;
 }
 
-std::vector<std::string> GetNames(
-  const std::vector<vtkSmartPointer<zylArrayInformation>>& arrays)
+std::vector<std::string> GetNames(const std::vector<vtkSmartPointer<zylArrayInformation>>& arrays)
 {
   std::vector<std::string> names;
   for (const auto& array : arrays)
@@ -204,20 +203,20 @@ bool zylDataSet::LoadFromFile(
       if (reader->GetProperty(setting))
       {
         const std::string value = this->Properties->GetString(setting);
-        vtkVLogF(
-          vtkLogger::VERBOSITY_TRACE, "setting %s to '%s'", setting, value.c_str());
+        vtkVLogF(vtkLogger::VERBOSITY_TRACE, "setting %s to '%s'", setting, value.c_str());
         vtkSMPropertyHelper(reader, setting).Set(0, value.c_str());
       }
     });
   }
   vtkSmartPointer<vtkSMSourceProxy> reader =
-    builder.Then([&fileNames](vtkSMProxy* proxy) {
-             const char* property = vtkSMCoreUtilities::GetFileNameProperty(proxy);
-             for (unsigned int i = 0; property && i < fileNames.size(); ++i)
-             {
-               vtkSMPropertyHelper(proxy, property).Set(i, fileNames[i].c_str());
-             }
-           })
+    builder
+      .Then([&fileNames](vtkSMProxy* proxy) {
+        const char* property = vtkSMCoreUtilities::GetFileNameProperty(proxy);
+        for (unsigned int i = 0; property && i < fileNames.size(); ++i)
+        {
+          vtkSMPropertyHelper(proxy, property).Set(i, fileNames[i].c_str());
+        }
+      })
       .Make();
   if (!reader)
   {
@@ -616,6 +615,33 @@ std::vector<unsigned int> zylDataSet::GetChildren(unsigned int blockIndex)
 }
 
 //--------------------------------------------------------------------------------------------------
+const zylDataSet::ArrayList& zylDataSet::GetArrays(
+  ArrayList zylMultiBlockTree::*list, unsigned int block)
+{
+  static const ArrayList none;
+  zylMultiBlockTree* node = this->FindBlock(block);
+  return node ? node->*list : none;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylArrayInformation* zylDataSet::GetArray(
+  ArrayList zylMultiBlockTree::*list, const char* kind, unsigned int arrayIndex, unsigned int block)
+{
+  if (!this->FindBlock(block))
+  {
+    vtkWarningMacro("No block at index " << block << " found.");
+    return nullptr;
+  }
+  const ArrayList& arrays = this->GetArrays(list, block);
+  if (arrayIndex >= arrays.size())
+  {
+    vtkWarningMacro("Index " << arrayIndex << " is an invalid " << kind << " array index.");
+    return nullptr;
+  }
+  return arrays[arrayIndex];
+}
+
+//--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetNumberOfPointArrays()
 {
   return this->GetNumberOfPointArrays(0);
@@ -624,8 +650,7 @@ unsigned int zylDataSet::GetNumberOfPointArrays()
 //--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetNumberOfPointArrays(unsigned int block)
 {
-  zylMultiBlockTree* node = this->FindBlock(block);
-  return node ? static_cast<unsigned int>(node->PointArrays.size()) : 0;
+  return static_cast<unsigned int>(this->GetArrays(&zylMultiBlockTree::PointArrays, block).size());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -637,8 +662,7 @@ std::vector<std::string> zylDataSet::GetPointArrayNames()
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylDataSet::GetPointArrayNames(unsigned int block)
 {
-  zylMultiBlockTree* node = this->FindBlock(block);
-  return node ? GetNames(node->PointArrays) : std::vector<std::string>();
+  return GetNames(this->GetArrays(&zylMultiBlockTree::PointArrays, block));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -651,18 +675,7 @@ zylArrayInformation* zylDataSet::GetPointArrayInformation(unsigned int arrayInde
 zylArrayInformation* zylDataSet::GetPointArrayInformation(
   unsigned int arrayIndex, unsigned int block)
 {
-  zylMultiBlockTree* node = this->FindBlock(block);
-  if (!node)
-  {
-    vtkWarningMacro("No block at index " << block << " found.");
-    return nullptr;
-  }
-  if (arrayIndex >= node->PointArrays.size())
-  {
-    vtkWarningMacro("Index " << arrayIndex << " is an invalid point array index.");
-    return nullptr;
-  }
-  return node->PointArrays[arrayIndex];
+  return this->GetArray(&zylMultiBlockTree::PointArrays, "point", arrayIndex, block);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -674,8 +687,7 @@ unsigned int zylDataSet::GetNumberOfCellArrays()
 //--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetNumberOfCellArrays(unsigned int block)
 {
-  zylMultiBlockTree* node = this->FindBlock(block);
-  return node ? static_cast<unsigned int>(node->CellArrays.size()) : 0;
+  return static_cast<unsigned int>(this->GetArrays(&zylMultiBlockTree::CellArrays, block).size());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -687,8 +699,7 @@ std::vector<std::string> zylDataSet::GetCellArrayNames()
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylDataSet::GetCellArrayNames(unsigned int block)
 {
-  zylMultiBlockTree* node = this->FindBlock(block);
-  return node ? GetNames(node->CellArrays) : std::vector<std::string>();
+  return GetNames(this->GetArrays(&zylMultiBlockTree::CellArrays, block));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -701,18 +712,7 @@ zylArrayInformation* zylDataSet::GetCellArrayInformation(unsigned int arrayIndex
 zylArrayInformation* zylDataSet::GetCellArrayInformation(
   unsigned int arrayIndex, unsigned int block)
 {
-  zylMultiBlockTree* node = this->FindBlock(block);
-  if (!node)
-  {
-    vtkWarningMacro("No block at index " << block << " found.");
-    return nullptr;
-  }
-  if (arrayIndex >= node->CellArrays.size())
-  {
-    vtkWarningMacro("Index " << arrayIndex << " is an invalid cell array index.");
-    return nullptr;
-  }
-  return node->CellArrays[arrayIndex];
+  return this->GetArray(&zylMultiBlockTree::CellArrays, "cell", arrayIndex, block);
 }
 
 //--------------------------------------------------------------------------------------------------

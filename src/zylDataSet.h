@@ -6,21 +6,22 @@
  *            -> [CellDataToPointData] -> PassThrough
  *
  * The stages in brackets are connected only while their condition holds. Everything that shows or
- * measures the dataset takes GetOutput() and addresses blocks by flat index (see zylMultiBlockTree).
+ * measures the dataset takes GetOutput() and addresses blocks by flat index (see
+ * zylMultiBlockTree).
  *
  * Settings (GetProperties()), all taking effect at the next Update():
  *
- * | name                             | type, default    | effect                                     |
+ * | name                             | type, default    | effect |
  * |----------------------------------|------------------|--------------------------------------------|
- * | "DistributeDataSet"              | bool, false      | spread the data evenly over the ranks      |
- * | "FreezeTime"                     | bool, false      | ignore the animation time                  |
- * | "FrozenTime"                     | double, 0        | the time shown while frozen, snapped       |
- * | "ThresholdDataSet"               | bool, false      | keep the cells within a range of values    |
- * | "ThresholdVariable"              | string, ""       | point array to threshold by                |
- * | "ThresholdRange"                 | 2 doubles, 0, 1  | lower and upper value, both included       |
- * | "InterpolateCellDataToPointData" | bool, false      | add point arrays made from the cell arrays |
- * | "PartIdArrayName"                | string, "part_id"    | given to the reader at load            |
- * | "LevelMaskArrayName"             | string, "level_mask" | given to the reader at load            |
+ * | "DistributeDataSet"              | bool, false      | spread the data evenly over the ranks |
+ * | "FreezeTime"                     | bool, false      | ignore the animation time | |
+ * "FrozenTime"                     | double, 0        | the time shown while frozen, snapped | |
+ * "ThresholdDataSet"               | bool, false      | keep the cells within a range of values |
+ * | "ThresholdVariable"              | string, ""       | point array to threshold by | |
+ * "ThresholdRange"                 | 2 doubles, 0, 1  | lower and upper value, both included | |
+ * "InterpolateCellDataToPointData" | bool, false      | add point arrays made from the cell arrays
+ * | | "PartIdArrayName"                | string, "part_id"    | given to the reader at load | |
+ * "LevelMaskArrayName"             | string, "level_mask" | given to the reader at load |
  *
  * The dataset follows zylTimeController: every change of time runs Update(), which shows the time
  * step nearest to the active time.
@@ -60,8 +61,8 @@ public:
   /// False, with an error message, when a file cannot be read; what was loaded before then stays.
   /// True with a non-empty GetReadErrors() when only some pieces of the data could be read.
   bool LoadFromFile(const std::vector<std::string>& fileNames);
-  bool LoadFromFile(const std::vector<std::string>& fileNames, const std::string& group,
-    const std::string& name);
+  bool LoadFromFile(
+    const std::vector<std::string>& fileNames, const std::string& group, const std::string& name);
   ///@}
 
   ///@{
@@ -71,8 +72,8 @@ public:
   bool InitializeFromVTKDataSet(vtkMultiBlockDataSet* data);
   ///@}
 
-  /// Connect the chain as the settings say, execute it at the current time and rebuild the block tree
-  /// if the settings, the time or the data changed.
+  /// Connect the chain as the settings say, execute it at the current time and rebuild the block
+  /// tree if the settings, the time or the data changed.
   void Update();
 
   /// What readers and filters complained about in the last load or update; empty if nothing. Errors
@@ -85,8 +86,8 @@ public:
   /// The source: a reader or a trivial producer (borrowed); null before anything was loaded.
   vtkSMSourceProxy* GetProxy();
 
-  /// The end of the chain, which everything downstream connects to (borrowed); null before the first
-  /// update.
+  /// The end of the chain, which everything downstream connects to (borrowed); null before the
+  /// first update.
   vtkSMSourceProxy* GetOutput();
 
   /// The root of the block tree (borrowed, never null). Rebuilt by Update().
@@ -131,8 +132,8 @@ public:
 
   ///@{
   /// Arrays of a block; without argument of the root, which has the arrays of all blocks. Zero or
-  /// empty for unknown blocks. The description is borrowed and valid until the tree is rebuilt; for a
-  /// bad block or array index a warning is given and null returned.
+  /// empty for unknown blocks. The description is borrowed and valid until the tree is rebuilt; for
+  /// a bad block or array index a warning is given and null returned.
   unsigned int GetNumberOfPointArrays();
   unsigned int GetNumberOfPointArrays(unsigned int block);
   std::vector<std::string> GetPointArrayNames();
@@ -147,8 +148,8 @@ public:
   zylArrayInformation* GetCellArrayInformation(unsigned int arrayIndex, unsigned int block);
   ///@}
 
-  /// VTK cell type of the first cell of a block of the source's data; -1 if it has none. One cell is
-  /// fetched.
+  /// VTK cell type of the first cell of a block of the source's data; -1 if it has none. One cell
+  /// is fetched.
   int GetCellType(unsigned int block);
   /// The same for all blocks with one request: element i is for flat index i of the fetched data,
   /// which is that of the tree with one process; with several a level per process comes above it.
@@ -168,6 +169,8 @@ private:
   zylDataSet(const zylDataSet&) = delete;
   void operator=(const zylDataSet&) = delete;
 
+  using ArrayList = std::vector<vtkSmartPointer<zylArrayInformation>>;
+
   void UpdateCallback(vtkObject*, unsigned long, void*);
   bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture);
   bool ConnectChain(double time, const std::vector<double>& steps);
@@ -177,6 +180,9 @@ private:
   void RebuildTree();
   void BuildNameMaps();
   zylMultiBlockTree* FindBlock(unsigned int block);
+  const ArrayList& GetArrays(ArrayList zylMultiBlockTree::*list, unsigned int block);
+  zylArrayInformation* GetArray(ArrayList zylMultiBlockTree::*list, const char* kind,
+    unsigned int arrayIndex, unsigned int block);
   vtkSmartPointer<vtkDataObject> FetchCells(const char* source, std::vector<int> ids);
 
   vtkSmartPointer<zylCore> Core;

@@ -21,13 +21,13 @@
 #include <vtkPVDataInformation.h>
 #include <vtkPVDataSetAttributesInformation.h>
 #include <vtkProcessModule.h>
+#include <vtkSMPTools.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxy.h>
 #include <vtkSMProxyManager.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
-#include <vtkSMPTools.h>
 #include <vtkSMSourceProxy.h>
 #include <vtkSMStringVectorProperty.h>
 #include <vtkSmartPointer.h>
@@ -244,8 +244,8 @@ BlockFlags CollectFlags(const int* pairs, std::size_t count, const zylMultiBlock
 
 #if ZYL_PARAVIEW_59
 
-// The (id, flag) pairs as they are, and one more pair for whatever they would show by inheritance: a
-// leaf without a pair of its own below a shown inner node, or everything when the root has none.
+// The (id, flag) pairs as they are, and one more pair for whatever they would show by inheritance:
+// a leaf without a pair of its own below a shown inner node, or everything when the root has none.
 std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
 {
   std::vector<int> result(pairs, pairs + count);
@@ -258,7 +258,8 @@ std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylM
   for (const auto& inner : blocks.InnerNodes)
   {
     const auto own = flags.find(static_cast<int>(inner.Id));
-    for (std::size_t i = inner.FirstLeaf; own != flags.end() && own->second && i < inner.EndLeaf; ++i)
+    for (std::size_t i = inner.FirstLeaf; own != flags.end() && own->second && i < inner.EndLeaf;
+         ++i)
     {
       const int id = static_cast<int>(blocks.Leaves[i].Id);
       if (flags.emplace(id, false).second)
@@ -353,9 +354,8 @@ std::vector<std::string> VisibilitySelectors(const BlockFlags& blocks)
     return { "/" };
   }
   std::vector<std::pair<unsigned int, unsigned int>> ranges;
-  const auto add = [&ranges](unsigned int first, unsigned int last) {
-    ranges.emplace_back(first, last);
-  };
+  const auto add = [&ranges](
+                     unsigned int first, unsigned int last) { ranges.emplace_back(first, last); };
   std::size_t inner = 0;
   for (std::size_t begin = 0; begin < leaves.size();)
   {
@@ -488,9 +488,8 @@ bool HasServerPlugin(vtkSMSession* session)
   // The loader's answer concerns this process only, so look whether the server knows a definition.
   return session &&
     (session->GetProcessRoles() & vtkPVSession::DATA_SERVER ||
-      vtkSMProxyManager::GetProxyManager()
-          ->GetSessionProxyManager(session)
-          ->GetPrototypeProxy("sources", "ZYLVolumeSurfaceReader") != nullptr);
+      vtkSMProxyManager::GetProxyManager()->GetSessionProxyManager(session)->GetPrototypeProxy(
+        "sources", "ZYLVolumeSurfaceReader") != nullptr);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -516,8 +515,7 @@ void SetBlockVisibility(
   helper.SetNumberOfElements(static_cast<unsigned int>(values.size()));
   helper.Set(values.data(), static_cast<unsigned int>(values.size()));
 #else
-  const std::vector<std::string> selectors =
-    VisibilitySelectors(CollectFlags(pairs, count, tree));
+  const std::vector<std::string> selectors = VisibilitySelectors(CollectFlags(pairs, count, tree));
   auto* property =
     vtkSMStringVectorProperty::SafeDownCast(representation->GetProperty("BlockSelectors"));
   property->SetElements(selectors); // element by element would be quadratic

@@ -18,13 +18,13 @@ class zylMultiBlockTree;
 
 namespace zylParaView {
 
-/// Start ParaView as a client process, without starting MPI. The strings of `argv` must live as long
-/// as the process. False when the arguments asked for help or the version (ParaView is then
+/// Start ParaView as a client process, without starting MPI. The strings of `argv` must live as
+/// long as the process. False when the arguments asked for help or the version (ParaView is then
 /// finalised already and no session may be made).
 ZYL_PRIVATE bool StartClient(int argc, char** argv);
 
-/// Choose the toolkit's threaded SMP backend when the default is sequential and neither the host nor
-/// the environment (VTK_SMP_BACKEND_IN_USE) has chosen one. Without effect where it is fixed.
+/// Choose the toolkit's threaded SMP backend when the default is sequential and neither the host
+/// nor the environment (VTK_SMP_BACKEND_IN_USE) has chosen one. Without effect where it is fixed.
 ZYL_PRIVATE void ChooseThreadedBackend();
 
 /// Run the filters in threads, unless `source` (null allowed) delivers small blocks: the toolkit
@@ -35,9 +35,9 @@ ZYL_PRIVATE void AdaptThreads(vtkSMSourceProxy* source);
 /// The data type of output port 0 of `source`: of the composite data if it is composite.
 ZYL_PRIVATE int GetOutputDataType(vtkSMSourceProxy* source);
 
-/// All blocks of the output of `source`, in flat order, with names, arrays, ranges, bounds and sizes:
-/// one round trip. On a server without the library's plugin ParaView's own information is used, which
-/// 5.11 has to ask for block by block. Empty when the source has no output.
+/// All blocks of the output of `source`, in flat order, with names, arrays, ranges, bounds and
+/// sizes: one round trip. On a server without the library's plugin ParaView's own information is
+/// used, which 5.11 has to ask for block by block. Empty when the source has no output.
 ZYL_PRIVATE std::vector<vtkZYLBlockInformation::Node> GetBlocks(vtkSMSourceProxy* source);
 
 /// Whether the server of the session (this process in a built-in one) has the library's plugin.

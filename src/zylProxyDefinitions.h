@@ -1,6 +1,6 @@
 /// @file zylProxyDefinitions.h
-/// Server-manager proxies that the library defines itself, from classes that every server has. Loaded
-/// into the proxy manager when a session is configured. Private to the library.
+/// Server-manager proxies that the library defines itself, from classes that every server has.
+/// Loaded into the proxy manager when a session is configured. Private to the library.
 #ifndef zylProxyDefinitions_h
 #define zylProxyDefinitions_h
 

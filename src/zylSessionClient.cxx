@@ -32,7 +32,8 @@ bool zylSessionClient::IsConnected()
   // The end of the stream stands in front of us once the other side has gone.
   char byte;
   const auto count = recv(socket->GetSocketDescriptor(), &byte, 1, MSG_PEEK | MSG_DONTWAIT);
-  this->Lost = count == 0 || (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR);
+  this->Lost =
+    count == 0 || (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR);
   if (this->Lost)
   {
     vtkLogF(ERROR, "The connection to the server is lost; end the session with Disconnect()");

@@ -27,9 +27,8 @@ vtkSMAnimationSceneProxy* FindScene()
 {
   vtkSMSession* session = zylCore::GetInstance()->GetSession();
   vtkNew<vtkSMParaViewPipelineController> controller;
-  return session
-    ? vtkSMAnimationSceneProxy::SafeDownCast(controller->GetAnimationScene(session))
-    : nullptr;
+  return session ? vtkSMAnimationSceneProxy::SafeDownCast(controller->GetAnimationScene(session))
+                 : nullptr;
 }
 
 vtkSMProxy* FindTimeKeeper(vtkSMProxy* scene)
@@ -145,8 +144,8 @@ void zylTimeController::GoToTime(double time)
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylTimeController::GoToTime(%g)", time);
   if (time == this->ActiveTime)
   {
-    vtkVLogF(vtkLogger::VERBOSITY_TRACE,
-      "time requested is already the active time - skipping update");
+    vtkVLogF(
+      vtkLogger::VERBOSITY_TRACE, "time requested is already the active time - skipping update");
     return;
   }
   this->ActiveTime = time;

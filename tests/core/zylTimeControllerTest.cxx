@@ -1,7 +1,7 @@
+#include "zylTimeController.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
 #include "zylTestData.h"
-#include "zylTimeController.h"
 
 #include "zylArrayInformation.h"
 

@@ -91,8 +91,7 @@ TEST(zylDataSet, DescribesTheArrays)
 
   zylTestLog log;
   velocity->GetComponentRange(4, range);
-  EXPECT_TRUE(
-    log.Has(vtkLogger::VERBOSITY_ERROR, "Component 4 out of valid range [0, 4]"));
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "Component 4 out of valid range [0, 4]"));
   EXPECT_EQ(data->GetPointArrayInformation(0, 99), nullptr);
   EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "No block at index 99 found."));
   EXPECT_EQ(data->GetPointArrayInformation(2, 8), nullptr);
@@ -100,8 +99,8 @@ TEST(zylDataSet, DescribesTheArrays)
   EXPECT_EQ(data->GetCellArrayInformation(1), nullptr);
   EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "Index 1 is an invalid cell array index."));
 
-  const std::string text = zylConsole(
-    [&] { data->GetMultiBlockTree()->FindChildWithBlockIndex(1)->Print("  "); });
+  const std::string text =
+    zylConsole([&] { data->GetMultiBlockTree()->FindChildWithBlockIndex(1)->Print("  "); });
   EXPECT_EQ(text,
     "  Block 1: A\n    Point data arrays:\n      pressure: (1) - [0, 1], \n"
     "      velocity: (3) - [0, 1], [0, 1], [0, 1], [0, 1.73205]\n"
@@ -123,11 +122,11 @@ TEST(zylDataSet, ConnectsTheStagesThatAreOn)
   settings->Set("InterpolateCellDataToPointData", true);
   data->Update();
   EXPECT_EQ(ChainOf(data),
-    Names({ "ForceTime", "Threshold", "RedistributeDataSet", "CellDataToPointData",
-      "PassThrough" }));
+    Names(
+      { "ForceTime", "Threshold", "RedistributeDataSet", "CellDataToPointData", "PassThrough" }));
   EXPECT_EQ(data->GetNumberOfCells(), 4); // x in [0.5, 1]
-  EXPECT_EQ(data->GetPointArrayNames(),
-    std::vector<std::string>({ "pressure", "quality", "velocity" }));
+  EXPECT_EQ(
+    data->GetPointArrayNames(), std::vector<std::string>({ "pressure", "quality", "velocity" }));
   settings->Set("ThresholdDataSet", false);
   settings->Set("DistributeDataSet", false);
   settings->Set("InterpolateCellDataToPointData", false);
@@ -217,14 +216,16 @@ protected:
 
 TEST_F(zylDataSetBadInput, FilesThatCannotBeRead)
 {
-  this->ExpectFailure(this->Folder + "/none.vtm", "File not readable " + this->Folder + "/none.vtm");
+  this->ExpectFailure(
+    this->Folder + "/none.vtm", "File not readable " + this->Folder + "/none.vtm");
   this->ExpectFailure(this->Make("a.unknown", "hello"), "File not readable. No reader found for ");
   this->ExpectFailure(this->Make("empty.vtm", ""), "");
   this->ExpectFailure(this->Make("garbage.vtu", "\x01\x02 not xml"), "");
   this->ExpectFailure(this->Folder, "");
   std::ostringstream good;
   good << std::ifstream(this->Folder + "/good/good_0.vtu").rdbuf();
-  this->ExpectFailure(this->Make("cut.vtu", good.str().substr(0, good.str().size() / 2)), "Failed to read ");
+  this->ExpectFailure(
+    this->Make("cut.vtu", good.str().substr(0, good.str().size() / 2)), "Failed to read ");
   zylTestLog log;
   EXPECT_FALSE(this->Data->LoadFromFile({}));
   EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "NewDataSet called with no file names"));

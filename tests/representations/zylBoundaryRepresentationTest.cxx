@@ -33,8 +33,7 @@ std::vector<Ints> ShownGroups(zylBoundaryRepresentation* boundary)
   for (int i = 0; i < collection->GetNumberOfItems(); ++i)
   {
     auto* rep = vtkSMProxy::SafeDownCast(collection->GetItemAsObject(i));
-    groups.push_back(
-      vtkSMPropertyHelper(InputOf(InputOf(rep)), "BlockIndices").GetIntArray());
+    groups.push_back(vtkSMPropertyHelper(InputOf(InputOf(rep)), "BlockIndices").GetIntArray());
   }
   return groups;
 }
@@ -70,7 +69,8 @@ protected:
     this->View->AddRepresentation(this->Boundary);
     this->View->SetViewDir(1, false);
     this->View->ResetCamera(0.0, 3.0, -1.0, 2.0, 0.0, 1.0);
-    this->View->SetZoom(std::sqrt(19.0) / 3.0); // the sphere around the box fits; now its width does
+    this->View->SetZoom(
+      std::sqrt(19.0) / 3.0); // the sphere around the box fits; now its width does
   }
 
   zylPropertyCollection* Surface(int id) { return this->Boundary->GetSurfaceProperties(id); }
@@ -94,7 +94,7 @@ protected:
     const auto is = [&p](int r, int g, int bl) {
       return std::abs(p[0] - r) < 30 && std::abs(p[1] - g) < 30 && std::abs(p[2] - bl) < 30;
     };
-    return is(0, 0, 255) ? 'b'
+    return is(0, 0, 255)  ? 'b'
       : is(255, 255, 255) ? 'w'
       : is(255, 0, 0)     ? 'r'
       : is(0, 255, 0)     ? 'g'
@@ -265,7 +265,7 @@ TEST_F(zylBoundary, ColorsByAVariable)
   this->Draw();
   const auto left = this->Host->Pixel(20, 150);
   const auto right = this->Host->Pixel(280, 150);
-  EXPECT_GT(left[2], left[0] + 50); // blue
+  EXPECT_GT(left[2], left[0] + 50);   // blue
   EXPECT_GT(right[0], right[2] + 50); // red
   auto information = this->Boundary->GetSurfaceColorVariableInformation(1);
   ASSERT_NE(information, nullptr);

@@ -26,7 +26,9 @@ struct Configuration
   const char* Plugins;
 };
 
-class zylRemote : public zylHostTest, public testing::WithParamInterface<Configuration>
+class zylRemote
+  : public zylHostTest
+  , public testing::WithParamInterface<Configuration>
 {
 protected:
   void SetUp() override

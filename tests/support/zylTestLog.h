@@ -39,7 +39,7 @@ private:
 template <class Action>
 std::string zylConsole(Action action);
 
-std::string zylConsoleBegin();              // used by zylConsole
+std::string zylConsoleBegin(); // used by zylConsole
 std::string zylConsoleEnd(const std::string&);
 
 template <class Action>

@@ -1,5 +1,6 @@
 /// @file zylTestServer.h
-/// A pvserver on the loopback interface that ends with its client, and at the latest with this object.
+/// A pvserver on the loopback interface that ends with its client, and at the latest with this
+/// object.
 ///
 ///     zylTestServer server(2, ZYL_PLUGIN_DIRECTORY); // two ranks under mpirun
 ///     zylCore::GetInstance()->Connect(server.GetUrl().c_str(), 60);
