@@ -400,20 +400,6 @@ namespace zylParaView {
 //--------------------------------------------------------------------------------------------------
 bool StartClient(int argc, char** argv)
 {
-#if ZYL_PARAVIEW_59
-  static vtkNew<vtkPVPythonOptions> options;
-  if (!HostStartedMPI())
-  {
-    options->SetForceNoMPIInitOnClient(1);
-  }
-  vtkInitializationHelper::Initialize(argc, argv, vtkProcessModule::PROCESS_CLIENT, options);
-  if (options->GetHelpSelected() || options->GetTellVersion() || options->GetPrintMonitors())
-  {
-    vtkInitializationHelper::Finalize();
-    return false;
-  }
-  return true;
-#else
   static char noMPI[] = "--no-mpi";
   static std::vector<char*> arguments;
   arguments.assign(argv, argv + argc);
@@ -423,6 +409,17 @@ bool StartClient(int argc, char** argv)
   }
   const int number = static_cast<int>(arguments.size());
   arguments.push_back(nullptr);
+#if ZYL_PARAVIEW_59
+  static vtkNew<vtkPVPythonOptions> options;
+  vtkInitializationHelper::Initialize(
+    number, arguments.data(), vtkProcessModule::PROCESS_CLIENT, options);
+  if (options->GetHelpSelected() || options->GetTellVersion() || options->GetPrintMonitors())
+  {
+    vtkInitializationHelper::Finalize();
+    return false;
+  }
+  return true;
+#else
   // On false ParaView has taken itself down again.
   return vtkInitializationHelper::Initialize(
     number, arguments.data(), vtkProcessModule::PROCESS_CLIENT);
