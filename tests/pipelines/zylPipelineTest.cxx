@@ -244,11 +244,11 @@ TEST_F(zylPipelineTest, TheRepresentationIsParaViews)
   vtkSMProxy* made = pipeline->GetRepresentation();
   EXPECT_STREQ(made->GetXMLName(), expected->GetXMLName());
   // Set by the pipeline, or chosen by the data for displays that are off.
-  const std::set<std::string> allowed = { "UseSeparateColorMap", "PointSize", "GaussianRadius",
-    "ScaleFactor", "SelectInputVectors", "SelectOrientationVectors", "SelectScaleArray",
-    "SelectNormalArray", "SelectTCoordArray", "SelectTangentArray", "SetScaleArray", "OpacityArray",
-    "GlyphTableIndexArray", "OSPRayScaleArray", "SelectionCellFieldDataArrayName",
-    "SelectionPointFieldDataArrayName" };
+  const std::set<std::string> allowed = { "UseSeparateColorMap", "BlockVisibility", "PointSize",
+    "GaussianRadius", "ScaleFactor", "SelectInputVectors", "SelectOrientationVectors",
+    "SelectScaleArray", "SelectNormalArray", "SelectTCoordArray", "SelectTangentArray",
+    "SetScaleArray", "OpacityArray", "GlyphTableIndexArray", "OSPRayScaleArray",
+    "SelectionCellFieldDataArrayName", "SelectionPointFieldDataArrayName" };
   std::string differing;
   vtkSmartPointer<vtkSMPropertyIterator> iterator;
   iterator.TakeReference(expected->NewPropertyIterator());
