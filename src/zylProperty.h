@@ -28,6 +28,10 @@
 
 #include <vtkObject.h>
 
+// Xlib, which hosts may include before, defines it as a macro.
+#pragma push_macro("Bool")
+#undef Bool
+
 class ZYL_EXPORT zylProperty : public vtkObject
 {
 public:
@@ -163,5 +167,7 @@ private:
   alignas(std::string) mutable unsigned char Store[InlineBytes];
   bool IncludeInHash = true;
 };
+
+#pragma pop_macro("Bool")
 
 #endif
