@@ -28,6 +28,10 @@
 
 #include <vtkObject.h>
 
+// Xlib's header defines a macro of this name, and hosts include it, knowingly or not.
+#pragma push_macro("Bool")
+#undef Bool
+
 class ZYL_EXPORT zylProperty : public vtkObject
 {
 public:
@@ -163,5 +167,7 @@ private:
   alignas(std::string) mutable unsigned char Store[InlineBytes];
   bool IncludeInHash = true;
 };
+
+#pragma pop_macro("Bool")
 
 #endif
