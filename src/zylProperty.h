@@ -28,7 +28,7 @@
 
 #include <vtkObject.h>
 
-// Xlib, which hosts may include before, defines it as a macro.
+// Xlib's header defines a macro of this name, and hosts include it, knowingly or not.
 #pragma push_macro("Bool")
 #undef Bool
 
