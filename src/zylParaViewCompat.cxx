@@ -452,7 +452,8 @@ void AdaptThreads(vtkSMSourceProxy* source)
 #else
   const char* current = vtkSMPTools::GetBackend();
   // A sequential backend need not be the host's choice: vtkCellDataToPointData leaves it behind.
-  if (BackendChosen && current && (std::string(current) == Threaded || std::string(current) == Alone))
+  if (BackendChosen && current &&
+    (std::string(current) == Threaded || std::string(current) == Alone))
   {
     vtkSMPTools::SetBackend(source && HasSmallBlocks(source) ? Alone : Threaded);
   }
