@@ -8,6 +8,7 @@
 #include "zylTestLog.h"
 #include "zylTimeController.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 
@@ -17,6 +18,7 @@
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
+#include <vtkPointData.h>
 #include <vtkSMPTools.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxyManager.h>
@@ -291,6 +293,41 @@ TEST(zylDataSet, ThreadsAreForLargeBlocks)
   EXPECT_EQ(alone, vtkSMPTools::GetBackend());
   ASSERT_TRUE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(1, 40)));
   EXPECT_EQ(threaded, vtkSMPTools::GetBackend());
+}
+
+TEST(zylDataSetSeries, SurvivesAFileThatVanishes)
+{
+  const double steps[] = { 1.0, 3.0 };
+  const std::string folder = zylTestData::MakeFolder();
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->LoadFromFile({ zylTestData::WriteSeries(folder, steps, 2) }));
+  EXPECT_TRUE(data->GetReadErrors().empty());
+  std::remove((folder + "/step_1.vtm").c_str());
+  zylTimeController::GetInstance()->GoToTime(3.0);
+  EXPECT_FALSE(data->GetReadErrors().empty());
+  zylTimeController::GetInstance()->GoToTime(1.0);
+  EXPECT_TRUE(data->GetReadErrors().empty());
+  EXPECT_EQ(data->GetNumberOfCells(), 16);
+  double range[2];
+  data->GetPointArrayInformation(0)->GetComponentRange(0, range);
+  EXPECT_EQ(range[0], 1.0);
+}
+
+TEST(zylDataSetOddData, EmptyBlocksMissingArraysAndNaN)
+{
+  auto row = zylTestData::MakeRow(3);
+  auto* first = vtkUnstructuredGrid::SafeDownCast(row->GetBlock(0));
+  first->GetPointData()->GetArray("pressure")->SetComponent(0, 0, std::nan(""));
+  vtkUnstructuredGrid::SafeDownCast(row->GetBlock(1))->GetPointData()->Initialize();
+  row->SetBlock(2, vtkNew<vtkUnstructuredGrid>());
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(row));
+  EXPECT_EQ(data->GetNumberOfCells(), 16);
+  EXPECT_EQ(data->GetNumberOfPointArrays(2), 0u);
+  EXPECT_EQ(data->GetNumberOfPointArrays(3), 0u);
+  double range[2];
+  data->GetPointArrayInformation(0, 1)->GetComponentRange(0, range);
+  EXPECT_EQ(range[1], 1.0); // numbers count, NaN does not
 }
 
 // Last: it ends the session.
