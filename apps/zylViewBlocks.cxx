@@ -18,7 +18,7 @@ std::vector<unsigned int> Flatten(
 {
   const std::size_t place = blocks.size();
   const unsigned int count = node->GetNumberOfChildren();
-  const bool leaf = count == 0 || node->GetChild(0)->GetIsPiece();
+  const bool leaf = node->IsLeaf();
   blocks.push_back({ node->GetBlockIndex(), node->GetBlockName(), depth, leaf, {} });
   std::vector<unsigned int> leaves;
   if (leaf)

@@ -461,7 +461,7 @@ void zylDataSet::BuildNameMaps()
     {
       const std::string name = node->GetBlockName();
       this->BlockMap[name] = node->GetBlockIndex();
-      if (node->GetNumberOfChildren() == 0 || node->GetChild(0)->GetIsPiece())
+      if (node->IsLeaf())
       {
         this->BlockNameToIDsMap[name].push_back(node->GetBlockIndex());
       }

@@ -58,6 +58,9 @@ public:
   unsigned int GetNumberOfChildren() const;
   ///@}
 
+  /// Whether this is a block with data of its own: no children, or pieces only.
+  bool IsLeaf() const { return this->Children.empty() || this->Children[0]->IsPiece; }
+
   ///@{
   /// First match in pre-order, this node included; null if there is none. Names compare exactly.
   zylMultiBlockTree* FindChildWithBlockIndex(unsigned int index);

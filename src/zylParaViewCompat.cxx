@@ -52,12 +52,6 @@ bool HostStartedMPI()
   return initialized && initialized(&flag) == 0 && flag;
 }
 
-bool IsLeaf(const zylMultiBlockTree* node)
-{
-  auto* block = const_cast<zylMultiBlockTree*>(node);
-  return block->GetNumberOfChildren() == 0 || block->GetChild(0)->GetIsPiece();
-}
-
 // The flags of all leaves in flat order, and for every inner node how far its subtree reaches.
 struct BlockFlags
 {
@@ -77,9 +71,8 @@ struct BlockFlags
 
   void Collect(const zylMultiBlockTree* node, const std::unordered_map<int, bool>& flags)
   {
-    auto* block = const_cast<zylMultiBlockTree*>(node);
-    const unsigned int id = block->GetBlockIndex();
-    if (IsLeaf(node))
+    const unsigned int id = node->GetBlockIndex();
+    if (node->IsLeaf())
     {
       const auto found = flags.find(static_cast<int>(id));
       this->Leaves.push_back({ id, found != flags.end() && found->second });
@@ -87,9 +80,9 @@ struct BlockFlags
     }
     const std::size_t slot = this->InnerNodes.size();
     this->InnerNodes.push_back({ id, this->Leaves.size(), 0 });
-    for (unsigned int i = 0; i < block->GetNumberOfChildren(); ++i)
+    for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
     {
-      this->Collect(block->GetChild(i), flags);
+      this->Collect(node->GetChild(i), flags);
     }
     this->InnerNodes[slot].EndLeaf = this->Leaves.size();
   }

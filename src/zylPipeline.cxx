@@ -143,7 +143,7 @@ struct TreeSearch
 void CollectInnerNodes(const zylMultiBlockTree* node, std::unordered_set<int>& inner)
 {
   const unsigned int count = node->GetNumberOfChildren();
-  if (count > 0 && !node->GetChild(0)->GetIsPiece())
+  if (!node->IsLeaf())
   {
     inner.insert(static_cast<int>(node->GetBlockIndex()));
     for (unsigned int i = 0; i < count; ++i)
@@ -185,7 +185,7 @@ void AppendLeaves(const zylMultiBlockTree* node, const std::unordered_set<int>& 
   const int id = static_cast<int>(node->GetBlockIndex());
   inside = inside || flagged.count(id) > 0;
   const unsigned int count = node->GetNumberOfChildren();
-  if (count == 0 || node->GetChild(0)->GetIsPiece())
+  if (node->IsLeaf())
   {
     if (inside)
     {
