@@ -1,5 +1,6 @@
 #include "zylBoundaryRepresentation.h"
 
+#include "ParaView/zylProxyBuilder.h"
 #include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
 #include "zylCore.h"
@@ -10,7 +11,6 @@
 #include "zylMultiBlockTree.h"
 #include "zylMultiClip.h"
 #include "zylPropertyCollection.h"
-#include "zylProxyBuilder.h"
 #include "zylSurfacePipeline.h"
 #include "zylVectorGlyphPipeline.h"
 #include "zylView.h"

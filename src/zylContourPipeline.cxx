@@ -1,8 +1,8 @@
 #include "zylContourPipeline.h"
 
+#include "ParaView/zylPropertyTable.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "zylPropertyCollection.h"
-#include "zylPropertyTable.h"
-#include "zylProxyBuilder.h"
 #include "zylTimeController.h"
 
 #include <algorithm>
@@ -111,7 +111,7 @@ void zylContourPipeline::UpdateContours()
   if (!this->Executed)
   {
     vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "Update::InputUpdate");
-    zylUpdatePipeline(this->DataSource);
+    zylUpdatePipeline(this->DataSource, zylTimeController::GetInstance()->GetActiveTime());
   }
   vtkSMPropertyHelper contours(this->Filter, "ContourValues");
   contours.SetNumberOfElements(static_cast<unsigned int>(values.size()));
@@ -120,7 +120,7 @@ void zylContourPipeline::UpdateContours()
     .SetInputArrayToProcess(0, variable.c_str());
   vtkSMPropertyHelper(this->Filter, "ComputeScalars").Set(1);
   this->Filter->UpdateVTKObjects();
-  zylUpdatePipeline(this->Filter);
+  zylUpdatePipeline(this->Filter, zylTimeController::GetInstance()->GetActiveTime());
   this->Executed = true;
   this->ShownValues = values;
   this->ShownVariable = variable;

@@ -2,12 +2,13 @@
 
 #include "zylCore.h"
 
-#include "zylFileTypes.h"
-#include "zylParaViewCompat.h"
-#include "zylPlugin.h"
-#include "zylProxyBuilder.h"
-#include "zylProxyDefinitions.h"
-#include "zylSessionClient.h"
+#include "ParaView/zylAnimation.h"
+#include "ParaView/zylFileTypes.h"
+#include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylPlugin.h"
+#include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylProxyDefinitions.h"
+#include "ParaView/zylSessionClient.h"
 
 #include <iostream>
 
@@ -24,6 +25,7 @@
 #include <vtkPVPluginTracker.h>
 #include <vtkProcessModule.h>
 #include <vtkPythonInterpreter.h>
+#include <vtkSMAnimationSceneProxy.h>
 #include <vtkSMParaViewPipelineController.h>
 #include <vtkSMPluginManager.h>
 #include <vtkSMPropertyHelper.h>
@@ -390,7 +392,8 @@ vtkSmartPointer<vtkDataObject> zylCore::Fetch(
   {
     return nullptr;
   }
-  zylUpdatePipeline(reduction);
+  const double time = zylGetAnimationTime(zylFindAnimationScene(source->GetSession()), 0.0);
+  zylUpdatePipeline(reduction, time);
   auto move = zylProxyBuilder(manager, "filters", "ClientServerMoveData")
                 .Input(reduction)
                 .Set("OutputDataType", zylParaView::GetOutputDataType(reduction))
@@ -399,7 +402,7 @@ vtkSmartPointer<vtkDataObject> zylCore::Fetch(
   {
     return nullptr;
   }
-  zylUpdatePipeline(move);
+  zylUpdatePipeline(move, time);
   auto* mover = vtkClientServerMoveData::SafeDownCast(move->GetClientSideObject());
   return mover ? mover->GetOutputDataObject(0) : nullptr;
 }

@@ -1,14 +1,14 @@
 #include "zylDataSet.h"
 
+#include "ParaView/zylErrorCapture.h"
+#include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylPropertyTable.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "Plugins/VTKExtensions/Core/vtkZYLBlockInformation.h"
 #include "zylArrayInformation.h"
 #include "zylCore.h"
-#include "zylErrorCapture.h"
 #include "zylMultiBlockTree.h"
-#include "zylParaViewCompat.h"
 #include "zylPropertyCollection.h"
-#include "zylPropertyTable.h"
-#include "zylProxyBuilder.h"
 #include "zylTimeController.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "zylHighlightPipeline.h"
 
+#include "ParaView/zylPropertyTable.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "zylPropertyCollection.h"
-#include "zylPropertyTable.h"
-#include "zylProxyBuilder.h"
 
 #include <iterator>
 

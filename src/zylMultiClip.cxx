@@ -1,8 +1,8 @@
 #include "zylMultiClip.h"
 
+#include "ParaView/zylProxyBuilder.h"
 #include "zylClipPipelineHelper.h"
 #include "zylPropertyCollection.h"
-#include "zylProxyBuilder.h"
 
 #include <algorithm>
 

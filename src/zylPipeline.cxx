@@ -1,12 +1,13 @@
 #include "zylPipeline.h"
 
+#include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylPropertyTable.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "zylArrayInformation.h"
 #include "zylCore.h"
 #include "zylMultiBlockTree.h"
-#include "zylParaViewCompat.h"
 #include "zylPropertyCollection.h"
-#include "zylPropertyTable.h"
-#include "zylProxyBuilder.h"
+#include "zylTimeController.h"
 #include "zylView.h"
 
 #include <algorithm>
@@ -285,7 +286,7 @@ vtkSmartPointer<zylArrayInformation> zylPipeline::GetColorVariableInformation()
   std::string name;
   int component = -1;
   SplitVariableName(this->Properties->GetString("ColorVariableName"), name, component);
-  zylUpdatePipeline(this->DataSource);
+  zylUpdatePipeline(this->DataSource, zylTimeController::GetInstance()->GetActiveTime());
   const auto blocks = zylParaView::GetBlocks(this->DataSource);
   int association = 0;
   const vtkZYLBlockInformation::Array* found = FindInBlocks(blocks, name, association);
@@ -723,7 +724,7 @@ bool zylPipeline::FindArray(const std::string& name, int& association, int& comp
   {
     return false;
   }
-  zylUpdatePipeline(this->DataSource);
+  zylUpdatePipeline(this->DataSource, zylTimeController::GetInstance()->GetActiveTime());
   const auto blocks = zylParaView::GetBlocks(this->DataSource);
   const vtkZYLBlockInformation::Array* found = FindInBlocks(blocks, name, association);
   components = found ? found->NumberOfComponents : 0;
@@ -824,7 +825,7 @@ void zylPipeline::GatherBounds(bool visibleOnly, double bounds[6])
         shown.insert(pairs[i]);
       }
     }
-    zylUpdatePipeline(this->DataSource);
+    zylUpdatePipeline(this->DataSource, zylTimeController::GetInstance()->GetActiveTime());
     const auto nodes = zylParaView::GetBlocks(this->DataSource);
     for (std::size_t i = 0; i < nodes.size(); ++i)
     {

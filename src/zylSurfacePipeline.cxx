@@ -1,7 +1,7 @@
 #include "zylSurfacePipeline.h"
 
+#include "ParaView/zylPropertyTable.h"
 #include "zylPropertyCollection.h"
-#include "zylPropertyTable.h"
 
 #include <vtkObjectFactory.h>
 #include <vtkSMPVRepresentationProxy.h>

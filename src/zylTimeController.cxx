@@ -1,13 +1,12 @@
 #include "zylTimeController.h"
 
+#include "ParaView/zylAnimation.h"
 #include "zylCore.h"
 
 #include <vtkLogger.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
-#include <vtkSMAnimationScene.h>
 #include <vtkSMAnimationSceneProxy.h>
-#include <vtkSMParaViewPipelineController.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMTimeKeeperProxy.h>
 #include <vtkSmartPointer.h>
@@ -25,21 +24,12 @@ vtkSmartPointer<zylTimeController>& Singleton()
 
 vtkSMAnimationSceneProxy* FindScene()
 {
-  vtkSMSession* session = zylCore::GetInstance()->GetSession();
-  vtkNew<vtkSMParaViewPipelineController> controller;
-  return session ? vtkSMAnimationSceneProxy::SafeDownCast(controller->GetAnimationScene(session))
-                 : nullptr;
+  return zylFindAnimationScene(zylCore::GetInstance()->GetSession());
 }
 
 vtkSMProxy* FindTimeKeeper(vtkSMProxy* scene)
 {
   return vtkSMPropertyHelper(scene, "TimeKeeper").GetAsProxy(0);
-}
-
-double GetSceneTime(vtkSMProxy* scene, double fallback)
-{
-  auto* client = vtkSMAnimationScene::SafeDownCast(scene->GetClientSideObject());
-  return client ? client->GetSceneTime() : fallback;
 }
 } // namespace
 
@@ -79,7 +69,7 @@ double zylTimeController::GetActiveTime()
 {
   if (vtkSMProxy* scene = FindScene())
   {
-    this->ActiveTime = GetSceneTime(scene, this->ActiveTime);
+    this->ActiveTime = zylGetAnimationTime(scene, this->ActiveTime);
   }
   return this->ActiveTime;
 }
@@ -153,7 +143,7 @@ void zylTimeController::GoToTime(double time)
   {
     vtkSMPropertyHelper(scene, "AnimationTime").Set(time);
     scene->UpdateVTKObjects();
-    if (GetSceneTime(scene, time) != time)
+    if (zylGetAnimationTime(scene, time) != time)
     {
       // The step commands move the scene without its property, so an equal value is not sent.
       scene->UpdateProperty("AnimationTime", true);
@@ -172,7 +162,7 @@ void zylTimeController::Update()
     vtkGenericWarningMacro("No animation scene available.");
     return;
   }
-  this->ActiveTime = GetSceneTime(scene, this->ActiveTime);
+  this->ActiveTime = zylGetAnimationTime(scene, this->ActiveTime);
   vtkSMProxy* keeper = FindTimeKeeper(scene);
   if (!keeper)
   {

@@ -1,12 +1,12 @@
 #include "zylView.h"
 
+#include "Host/zylHostContext.h"
+#include "Host/zylHostRenderWindow.h"
+#include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylPropertyTable.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
-#include "zylHostContext.h"
-#include "zylHostRenderWindow.h"
-#include "zylParaViewCompat.h"
 #include "zylPropertyCollection.h"
-#include "zylPropertyTable.h"
 #include "zylRepresentation.h"
 #include "zylTimeController.h"
 

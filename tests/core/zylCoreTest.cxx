@@ -1,6 +1,6 @@
 #include "zylCore.h"
-#include "zylFileTypes.h"
-#include "zylProxyBuilder.h"
+#include "ParaView/zylFileTypes.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "zylTestLog.h"
 
 #include <algorithm>

@@ -1,13 +1,14 @@
+#include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "zylClipPipelineHelper.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylMultiClip.h"
-#include "zylParaViewCompat.h"
 #include "zylPipelineFixture.h"
 #include "zylPropertyCollection.h"
-#include "zylProxyBuilder.h"
 #include "zylTestData.h"
 #include "zylTestLog.h"
+#include "zylTimeController.h"
 
 #include <cmath>
 #include <limits>
@@ -44,7 +45,7 @@ void Set(zylPropertyCollection* settings, const char* name, double x, double y, 
 // Bounds of what comes out; empty when nothing does.
 Values Bounds(vtkSMSourceProxy* source)
 {
-  zylUpdatePipeline(source);
+  zylUpdatePipeline(source, zylTimeController::GetInstance()->GetActiveTime());
   const auto blocks = zylParaView::GetBlocks(source);
   Values bounds;
   for (const auto& block : blocks)

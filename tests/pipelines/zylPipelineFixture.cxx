@@ -1,10 +1,10 @@
 #include "zylPipelineFixture.h"
 
+#include "ParaView/zylProxyBuilder.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylPipeline.h"
 #include "zylPropertyCollection.h"
-#include "zylProxyBuilder.h"
 #include "zylTestData.h"
 
 #include <map>

@@ -1,11 +1,11 @@
 // The reader, the filter and the block information on a server that has loaded the module.
 #include "vtkZYLBlockInformation.h"
 
+#include "ParaView/zylProxyBuilder.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
 #include "zylPluginTestData.h"
-#include "zylProxyBuilder.h"
 #include "zylTestLog.h"
 #include "zylTestServer.h"
 #include "zylTimeController.h"

@@ -2,12 +2,12 @@
 #include "VTKExtensionsPlugin.h"
 #include "vtkZYLBlockInformation.h"
 
+#include "ParaView/zylProxyBuilder.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
 #include "zylPluginTestData.h"
 #include "zylPropertyCollection.h"
-#include "zylProxyBuilder.h"
 #include "zylTestLog.h"
 #include "zylTimeController.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <vtkNew.h>
 #include <zylPropertyCollection.h>
-#include <zylPropertyTable.h>
+#include <ParaView/zylPropertyTable.h>
 
 namespace {
 constexpr zylPropertyRow Rows[] = {

@@ -1,4 +1,4 @@
-#include "zylHostContext.h"
+#include "Host/zylHostContext.h"
 
 #include <dlfcn.h>
 

@@ -1,6 +1,4 @@
-#include "zylProxyBuilder.h"
-
-#include "zylTimeController.h"
+#include "ParaView/zylProxyBuilder.h"
 
 #include <vtkCommand.h>
 #include <vtkLogger.h>
@@ -259,9 +257,8 @@ void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylUpdatePipeline(vtkSMSourceProxy* source)
+void zylUpdatePipeline(vtkSMSourceProxy* source, double time)
 {
-  const double time = zylTimeController::GetInstance()->GetActiveTime();
   source->UpdatePipeline(time == 1e299 ? 0.0 : time);
 }
 

@@ -1,4 +1,4 @@
-#include "zylPlugin.h"
+#include "ParaView/zylPlugin.h"
 
 #include "Plugins/VTKExtensions/VTKExtensionsPlugin.h"
 

@@ -1,4 +1,4 @@
-#include "zylFileTypes.h"
+#include "ParaView/zylFileTypes.h"
 
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylSplitFileTypes(const std::string& types)

@@ -1,4 +1,4 @@
-#include "zylParaViewCompat.h"
+#include "ParaView/zylParaViewCompat.h"
 
 #include "zylMultiBlockTree.h"
 

@@ -1,10 +1,21 @@
-#include "zylErrorCapture.h"
-
-#include "zylCore.h"
+#include "ParaView/zylErrorCapture.h"
 
 #include <vtkCallbackCommand.h>
 #include <vtkNew.h>
+#include <vtkObjectFactory.h>
 #include <vtkOutputWindow.h>
+
+namespace {
+// Raises its events and shows nothing.
+class QuietWindow : public vtkOutputWindow
+{
+public:
+  static QuietWindow* New();
+  vtkTypeMacro(QuietWindow, vtkOutputWindow);
+  void DisplayText(const char*) override {}
+};
+vtkStandardNewMacro(QuietWindow);
+} // namespace
 
 //--------------------------------------------------------------------------------------------------
 zylErrorCapture::zylErrorCapture()
@@ -14,7 +25,7 @@ zylErrorCapture::zylErrorCapture()
 {
   if (!this->Display)
   {
-    this->Window = vtkSmartPointer<vtkSuppressOutputWindow>::New();
+    this->Window = vtkSmartPointer<QuietWindow>::New();
     vtkOutputWindow::SetInstance(this->Window);
     vtkObject::SetGlobalWarningDisplay(1);
   }

@@ -13,9 +13,9 @@
 #ifndef zylHostRenderWindow_h
 #define zylHostRenderWindow_h
 
+#include "Host/zylHostContext.h"
+#include "Host/zylHostGLState.h"
 #include "zylExport.h"
-#include "zylHostContext.h"
-#include "zylHostGLState.h"
 
 #include <memory>
 #include <string>

@@ -1,4 +1,4 @@
-#include "zylPropertyTable.h"
+#include "ParaView/zylPropertyTable.h"
 
 #include "zylPropertyCollection.h"
 

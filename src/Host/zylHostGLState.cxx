@@ -1,4 +1,4 @@
-#include "zylHostGLState.h"
+#include "Host/zylHostGLState.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "zylHostRenderWindow.h"
+#include "Host/zylHostRenderWindow.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "zylProxyDefinitions.h"
+#include "ParaView/zylProxyDefinitions.h"
 
 namespace {
 const char* const Definitions = R"xml(<ServerManagerConfiguration>

@@ -1,4 +1,4 @@
-#include "zylSessionClient.h"
+#include "ParaView/zylSessionClient.h"
 
 #include <cerrno>
 

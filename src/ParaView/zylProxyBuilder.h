@@ -83,8 +83,8 @@ ZYL_PRIVATE void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* p
 ZYL_PRIVATE vtkSMProxy* zylFindOffered(
   vtkSMProxy* proxy, const char* property, const std::string& name);
 
-/// Execute `source` and what is upstream of it at the active time (0 before any time is known).
-ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source);
+/// Execute `source` and what is upstream of it at `time`; 1e299, no time known yet, means 0.
+ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source, double time);
 
 /// Counterpart of Make(): unregister a pipeline proxy. Null, or a proxy whose session has ended, is
 /// fine. The caller drops its own reference.
