@@ -1,5 +1,6 @@
 #include "zylClipPipelineHelper.h"
 
+#include "ParaView/zylImplicitFunction.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylPropertyCollection.h"
@@ -95,37 +96,6 @@ void SetScalars(vtkSMProxy* clip, const std::string& name)
 }
 
 //--------------------------------------------------------------------------------------------------
-// Let `clip` use the implicit function of that XML name; returns it, null if there is none.
-vtkSMProxy* UseFunction(vtkSMProxy* clip, const std::string& name)
-{
-  vtkSMProxy* function = zylFindOffered(clip, "ClipFunction", name);
-  vtkSMPropertyHelper current(clip, "ClipFunction");
-  if (function && current.GetAsProxy() != function)
-  {
-    current.Set(function);
-  }
-  return function;
-}
-
-//--------------------------------------------------------------------------------------------------
-void PushFunction(zylPropertyCollection* properties, const Mode& mode, vtkSMProxy* function)
-{
-  for (std::size_t i = 0; i < mode.Count; ++i)
-  {
-    const char* name = mode.Rows[i].Name;
-    const double* v = properties->GetProperty(name)->GetPropertyType() == zylProperty::Double
-      ? properties->GetDoubleElements(name)
-      : nullptr;
-    if (mode.Direction && std::string(name) == mode.Direction && !(vtkMath::Norm(v) > 0.0))
-    {
-      vtkLogF(WARNING, "'%s' has no direction", name);
-      continue;
-    }
-    zylPush(properties, &mode.Rows[i], 1, function);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 // Vector from one of the points (x, y, z, x, y, z, ...) to another; returns its length.
 double Edge(const double* points, int from, int to, double edge[3])
 {
@@ -205,8 +175,7 @@ void zylClipPipelineHelper::UpdateClips(int mode)
   {
     this->FirstClip = MakeFilter("Clip", this->Input);
   }
-  vtkSMProxy* function =
-    this->FirstClip ? UseFunction(this->FirstClip, Modes[mode].Function) : nullptr;
+  vtkSMProxy* function = zylUseFunction(this->FirstClip, "ClipFunction", Modes[mode].Function);
   if (!function)
   {
     return;
@@ -217,7 +186,8 @@ void zylClipPipelineHelper::UpdateClips(int mode)
   }
   else
   {
-    PushFunction(this->Properties, Modes[mode], function);
+    const Mode& shape = Modes[mode];
+    zylPushFunction(this->Properties, shape.Rows, shape.Count, shape.Direction, function);
   }
   if (mode == Box)
   {
@@ -250,7 +220,7 @@ void zylClipPipelineHelper::UpdateScalarRange()
     this->SecondClip = MakeFilter("Clip", this->FirstClip);
   }
   vtkSMProxy* function =
-    this->SecondClip ? UseFunction(this->SecondClip, Modes[ScalarRange].Function) : nullptr;
+    zylUseFunction(this->SecondClip, "ClipFunction", Modes[ScalarRange].Function);
   if (!function)
   {
     return;

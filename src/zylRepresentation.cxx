@@ -65,7 +65,9 @@ void zylRepresentation::SetView(zylView* view)
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "SetView()");
   if (this->View && this->View != view)
   {
+    this->LeavingView = true;
     this->FreeResources();
+    this->LeavingView = false;
   }
   this->View = view;
 }

@@ -67,6 +67,7 @@ protected:
   vtkSmartPointer<zylDataSet> DataSet;
   zylView* View = nullptr;
   vtkSmartPointer<zylMultiClip> MultiClip;
+  bool LeavingView = false; ///< while SetView() calls FreeResources()
 
 private:
   zylRepresentation(const zylRepresentation&) = delete;

@@ -14,18 +14,20 @@
 #include <vtkSMSourceProxy.h>
 
 namespace {
-// The parts of a compound proxy can be asked for by position from within proxy classes only.
-struct SubProxies : public vtkSMProxy
+// The parts of a compound proxy can be asked for by position from within proxy classes only, and so
+// can what says that a proxy, or one that it depends on, was changed after its last execution.
+struct Internals : public vtkSMProxy
 {
   static unsigned int Count(vtkSMProxy* proxy)
   {
-    return (proxy->*&SubProxies::GetNumberOfSubProxies)();
+    return (proxy->*&Internals::GetNumberOfSubProxies)();
   }
   static vtkSMProxy* Get(vtkSMProxy* proxy, unsigned int i)
   {
-    constexpr vtkSMProxy* (vtkSMProxy::*get)(unsigned int) = &SubProxies::GetSubProxy;
+    constexpr vtkSMProxy* (vtkSMProxy::*get)(unsigned int) = &Internals::GetSubProxy;
     return (proxy->*get)(i);
   }
+  static bool IsOutdated(vtkSMProxy* proxy) { return proxy->*&Internals::NeedsUpdate; }
 };
 
 //--------------------------------------------------------------------------------------------------
@@ -51,9 +53,9 @@ void MuteDomains(vtkSMProxy* proxy)
       }
     }
   }
-  for (unsigned int i = 0; i < SubProxies::Count(proxy); ++i)
+  for (unsigned int i = 0; i < Internals::Count(proxy); ++i)
   {
-    MuteDomains(SubProxies::Get(proxy, i));
+    MuteDomains(Internals::Get(proxy, i));
   }
 }
 } // namespace
@@ -260,6 +262,16 @@ void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
 void zylUpdatePipeline(vtkSMSourceProxy* source, double time)
 {
   source->UpdatePipeline(time == 1e299 ? 0.0 : time);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed)
+{
+  if (time != executed || Internals::IsOutdated(source))
+  {
+    zylUpdatePipeline(source, time);
+    executed = time;
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

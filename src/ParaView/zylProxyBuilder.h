@@ -86,6 +86,10 @@ ZYL_PRIVATE vtkSMProxy* zylFindOffered(
 /// Execute `source` and what is upstream of it at `time`; 1e299, no time known yet, means 0.
 ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source, double time);
 
+/// The same, unless nothing upstream of `source` has changed since it was executed at `executed`;
+/// no call to the server then. `executed` becomes `time`.
+ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed);
+
 /// Counterpart of Make(): unregister a pipeline proxy. Null, or a proxy whose session has ended, is
 /// fine. The caller drops its own reference.
 ZYL_PRIVATE void zylUnregister(vtkSMProxy* proxy);

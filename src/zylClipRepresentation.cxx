@@ -1,0 +1,87 @@
+#include "zylClipRepresentation.h"
+
+#include "ParaView/zylImplicitFunction.h"
+#include "zylDataSet.h"
+#include "zylPropertyCollection.h"
+
+#include <iostream>
+#include <iterator>
+
+#include <vtkObjectFactory.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMSourceProxy.h>
+
+vtkStandardNewMacro(zylClipRepresentation);
+
+namespace {
+constexpr zylPropertyRow ClipRows[] = {
+  zylPropertyRow::Int("ClipMode", 0),
+  zylPropertyRow::Bool("Invert", true).To("Invert"),
+};
+constexpr zylPropertyRow ScalarRows[] = {
+  zylPropertyRow::String("ScalarVariable", ""),
+  zylPropertyRow::Double("ScalarThreshold", 0.0).To("Value"),
+};
+constexpr zylPropertyRow PlaneRows[] = {
+  zylPropertyRow::Double3("PlaneCenter", 0.0, 0.0, 0.0).To("Origin"),
+  zylPropertyRow::Double3("PlaneNormal", 1.0, 0.0, 0.0).To("Normal"),
+};
+constexpr zylPropertyRow SphereRows[] = {
+  zylPropertyRow::Double3("SphereCenter", 0.0, 0.0, 0.0).To("Center"),
+  zylPropertyRow::Double("SphereRadius", 1.0).To("Radius"),
+};
+
+enum ClipMode
+{
+  Scalar,
+  Plane,
+  Sphere
+};
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylClipRepresentation::zylClipRepresentation()
+{
+  zylDeclare(this->Properties, ClipRows);
+  zylDeclare(this->Properties, ScalarRows);
+  zylDeclare(this->Properties, PlaneRows);
+  zylDeclare(this->Properties, SphereRows);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylClipRepresentation::CreateSurfacePipeline()
+{
+  const auto clip = this->MakeFilter("Clip", this->DataSet->GetOutput());
+  this->SetFirstSurfaceFilter(clip);
+  this->SetLastSurfaceFilter(this->MakeFilter("SurfaceGeometryFilter", clip));
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylClipRepresentation::UpdateLocalPipeline()
+{
+  vtkSMSourceProxy* clip = this->FirstSurfaceFilter;
+  zylPush(this->Properties, ClipRows, clip);
+  const int mode = this->Properties->GetInt("ClipMode");
+  switch (mode)
+  {
+    case Scalar:
+      zylUseFunction(clip, "ClipFunction", "Scalar");
+      vtkSMPropertyHelper(clip, "SelectInputScalars")
+        .SetInputArrayToProcess(0, this->Properties->GetString("ScalarVariable").c_str());
+      zylPush(this->Properties, ScalarRows, clip);
+      break;
+    case Plane:
+      zylPushFunction(this->Properties, PlaneRows, std::size(PlaneRows), "PlaneNormal",
+        zylUseFunction(clip, "ClipFunction", "Plane"));
+      break;
+    case Sphere:
+      zylPushFunction(this->Properties, SphereRows, std::size(SphereRows), nullptr,
+        zylUseFunction(clip, "ClipFunction", "Sphere"));
+      break;
+    default:
+      std::cerr << "Unknown clip mode " << mode << std::endl;
+      return;
+  }
+  clip->UpdateVTKObjects();
+  this->LastSurfaceFilter->UpdateVTKObjects();
+}

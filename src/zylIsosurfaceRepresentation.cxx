@@ -1,0 +1,53 @@
+#include "zylIsosurfaceRepresentation.h"
+
+#include "ParaView/zylPropertyTable.h"
+#include "zylPropertyCollection.h"
+
+#include <vtkObjectFactory.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMSourceProxy.h>
+
+vtkStandardNewMacro(zylIsosurfaceRepresentation);
+
+namespace {
+constexpr zylPropertyRow Rows[] = {
+  zylPropertyRow::String("Variable", ""),
+  zylPropertyRow::Double("Isovalue", 0.0),
+};
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylIsosurfaceRepresentation::zylIsosurfaceRepresentation()
+{
+  zylDeclare(this->Properties, Rows);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylIsosurfaceRepresentation::CreateSurfacePipeline()
+{
+  const auto contour = this->MakeFilter("LinearCellUnstructuredGridContour", this->BlockExtractor);
+  if (contour)
+  {
+    vtkSMPropertyHelper(contour, "InterpolateAttributes").Set(1);
+    vtkSMPropertyHelper(contour, "MergePoints").Set(1);
+    contour->UpdateVTKObjects();
+  }
+  this->SetFirstSurfaceFilter(contour);
+  this->SetLastSurfaceFilter(contour);
+  this->IsovalueTime = 0; // the new filter has none
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylIsosurfaceRepresentation::UpdateLocalPipeline()
+{
+  vtkSMSourceProxy* contour = this->FirstSurfaceFilter;
+  vtkSMPropertyHelper(contour, "SelectInputScalars")
+    .SetInputArrayToProcess(0, this->Properties->GetString("Variable").c_str());
+  const vtkMTimeType time = this->Properties->GetProperty("Isovalue")->GetMTime();
+  if (time > this->IsovalueTime)
+  {
+    vtkSMPropertyHelper(contour, "ContourValues").Set(0, this->Properties->GetDouble("Isovalue"));
+    this->IsovalueTime = time;
+  }
+  contour->UpdateVTKObjects();
+}
