@@ -7,8 +7,8 @@
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPlugin.h"
 #include "ParaView/zylProxyBuilder.h"
-#include "ParaView/zylProxyDefinitions.h"
 #include "ParaView/zylSessionClient.h"
+#include "zylProxyDefinitions.h" // made from the XML file
 
 #include <iostream>
 
@@ -197,7 +197,7 @@ void zylCore::ConfigureSession(vtkSMSession* session)
   {
     vtkLogF(ERROR, "Could not load required plugin VTKExtensions");
   }
-  manager->LoadConfigurationXML(zylCoreProxyDefinitions());
+  manager->LoadConfigurationXML(zylProxyDefinitions);
   ApplySettings(manager);
   RunStartupModule();
 }
