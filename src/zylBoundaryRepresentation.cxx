@@ -390,10 +390,44 @@ void zylBoundaryRepresentation::UpdateGroup(
 }
 
 //--------------------------------------------------------------------------------------------------
-std::string zylBoundaryRepresentation::GetProgrammableScript(zylPropertyCollection*)
+std::string zylBoundaryRepresentation::GetProgrammableScript(zylPropertyCollection* settings)
 {
   zylScope("GetProgrammableScript()");
-  return std::string();
+  if (!this->DataSet)
+  {
+    return std::string();
+  }
+  std::set<std::string> names;
+  const auto add = [this, settings, &names](const char* property) {
+    std::string name = settings->GetString(property);
+    if (!this->DataSet->IsDerivedPointVariable(name))
+    {
+      std::string component; // a component or the magnitude of a vector
+      zylPipeline::SplitVariableName(name, name, component);
+    }
+    if (this->DataSet->IsDerivedPointVariable(name))
+    {
+      names.insert(name);
+    }
+  };
+  if (settings->GetInt("ColorMode") == 1)
+  {
+    add("ColorVariableName");
+  }
+  if (settings->Has("ContourVariableName"))
+  {
+    add("ContourVariableName");
+  }
+  if (settings->Has("VectorVariable"))
+  {
+    add("VectorVariable");
+  }
+  if (settings->Has("ContourLineColorVariableName") &&
+    settings->GetInt("ContourLineDisplayMode") == 1)
+  {
+    add("ContourLineColorVariableName");
+  }
+  return this->DataSet->GetDerivedPointVariableScript(names);
 }
 
 //--------------------------------------------------------------------------------------------------

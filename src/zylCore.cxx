@@ -1,5 +1,3 @@
-#include <vtkPython.h> // must come first
-
 #include "zylCore.h"
 
 #include "ParaView/zylAnimation.h"
@@ -7,6 +5,7 @@
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPlugin.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylPython.h"
 #include "ParaView/zylSessionClient.h"
 #include "zylProxyDefinitions.h" // made from the XML file
 
@@ -24,7 +23,6 @@
 #include <vtkPVPluginLoader.h>
 #include <vtkPVPluginTracker.h>
 #include <vtkProcessModule.h>
-#include <vtkPythonInterpreter.h>
 #include <vtkSMAnimationSceneProxy.h>
 #include <vtkSMParaViewPipelineController.h>
 #include <vtkSMPluginManager.h>
@@ -47,9 +45,6 @@ std::string zylCore::DefaultColorMapName = "Cool to Warm";
 
 namespace {
 constexpr char PluginName[] = "VTKExtensions";
-
-// Python run once per session in the interpreter's __main__ namespace.
-constexpr char StartupModule[] = "";
 
 int CleanerCount = 0;
 
@@ -102,22 +97,6 @@ void ApplySettings(vtkSMSessionProxyManager* manager)
   {
     vtkSMPropertyHelper(general, "AutoConvertProperties").Set(0, 1);
     general->UpdateVTKObjects();
-  }
-}
-
-void RunStartupModule()
-{
-  vtkPythonInterpreter::Initialize(1);
-  vtkPythonScopeGilEnsurer gil;
-  PyObject* main = PyImport_AddModule("__main__");
-  PyObject* dictionary = main ? PyModule_GetDict(main) : nullptr;
-  if (dictionary)
-  {
-    Py_XDECREF(PyRun_String(StartupModule, Py_file_input, dictionary, dictionary));
-  }
-  if (PyErr_Occurred())
-  {
-    PyErr_Print();
   }
 }
 } // namespace
@@ -199,7 +178,7 @@ void zylCore::ConfigureSession(vtkSMSession* session)
   }
   manager->LoadConfigurationXML(zylProxyDefinitions);
   ApplySettings(manager);
-  RunStartupModule();
+  zylPython::RunDerivedVariableModule();
 }
 
 //--------------------------------------------------------------------------------------------------

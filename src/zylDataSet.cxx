@@ -1,5 +1,6 @@
 #include "zylDataSet.h"
 
+#include "ParaView/zylDerivedVariables.h"
 #include "ParaView/zylErrorCapture.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
@@ -139,6 +140,7 @@ zylDataSet::zylDataSet()
   : Core(zylCore::GetInstance())
   , Properties(vtkSmartPointer<zylPropertyCollection>::New())
   , MultiBlockTree(vtkSmartPointer<zylMultiBlockTree>::New())
+  , DerivedPointVariables(std::make_unique<zylDerivedVariables>())
 {
   zylDeclare(this->Properties, Rows);
   this->TimeObserverTag = zylTimeController::GetInstance()->AddObserver(
@@ -774,6 +776,80 @@ std::vector<int> zylDataSet::GetCellTypes()
     types[index] = FirstCellType(iterator->GetCurrentDataObject());
   }
   return types;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDataSet::DefineDerivedPointVariable(const std::string& name, const std::string& expression)
+{
+  if (name.empty())
+  {
+    vtkErrorMacro("Name of derived variable cannot be empty");
+    return;
+  }
+  if (expression.empty())
+  {
+    this->DerivedPointVariables->Remove(name);
+    return;
+  }
+  this->DerivedPointVariables->Define(name, expression);
+  std::vector<std::string> warnings;
+  this->DerivedPointVariables->CheckSpellings(this->GetPointArrayNames(0), warnings);
+  for (const std::string& warning : warnings)
+  {
+    vtkWarningMacro(<< warning);
+  }
+  this->Modified();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDataSet::ClearDerivedPointVariables()
+{
+  this->DerivedPointVariables->Clear();
+  this->Modified();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<std::string> zylDataSet::GetDerivedPointVariableNames()
+{
+  std::vector<std::string> names;
+  for (const auto& variable : this->DerivedPointVariables->GetExpressions())
+  {
+    names.push_back(variable.first);
+  }
+  return names;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylDataSet::IsDerivedPointVariable(const std::string& name)
+{
+  return this->DerivedPointVariables->GetExpressions().count(name) > 0;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylDataSet::GetDerivedPointVariableExpression(const std::string& name)
+{
+  const auto& expressions = this->DerivedPointVariables->GetExpressions();
+  const auto found = expressions.find(name);
+  return found != expressions.end() ? found->second : std::string();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylDataSet::GetDerivedPointVariableScript(const std::set<std::string>& toSave)
+{
+  std::vector<std::string> errors;
+  std::vector<std::string> warnings;
+  const std::string script =
+    this->DerivedPointVariables->MakeScript(this->GetPointArrayNames(0), toSave, errors, warnings);
+  vtkVLogF(vtkLogger::VERBOSITY_TRACE, "Script:\n%s", script.c_str());
+  for (const std::string& error : errors)
+  {
+    vtkErrorMacro(<< error);
+  }
+  for (const std::string& warning : warnings)
+  {
+    vtkWarningMacro(<< warning);
+  }
+  return script;
 }
 
 //--------------------------------------------------------------------------------------------------

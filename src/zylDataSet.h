@@ -32,6 +32,8 @@
 #include "zylExport.h"
 
 #include <map>
+#include <memory>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -44,6 +46,7 @@ class vtkMultiBlockDataSet;
 class vtkSMSourceProxy;
 class zylArrayInformation;
 class zylCore;
+class zylDerivedVariables;
 class zylErrorCapture;
 class zylMultiBlockTree;
 class zylPropertyCollection;
@@ -156,6 +159,40 @@ public:
   std::vector<int> GetCellTypes();
 
   ///@{
+  /// Derived variables: new point variables as expressions over the point arrays and over each
+  /// other, in Python with the names of numpy and of ParaView's numpy_interface.algorithms:
+  ///
+  ///     dataset->DefineDerivedPointVariable("speed", "mag(velocity)");
+  ///     dataset->DefineDerivedPointVariable("dynamic", "0.5 * density * speed**2");
+  ///
+  /// A name that is no Python identifier, of an array or of a variable, is spelled in expressions
+  /// with '_' for every character that an identifier cannot hold, '_' in front when it begins with
+  /// a digit and as many '_' behind as set it apart from the other names: "Wall Distance" is
+  /// Wall_Distance, "p/rho" is p_rho (and p_rho_ beside an array "p_rho"), "lambda" is lambda_,
+  /// "inputs" and "output" are inputs_ and output_. A warning tells the spelling when an
+  /// expression holds such a name as it is.
+  ///
+  /// Expressions are programs of the host's user: they run as they are, where the data are, and
+  /// nothing bounds their time.
+
+  /// Define or replace a variable; both texts are UTF-8. An empty name is an error; an empty
+  /// expression removes the variable (and leaves the dataset's modification time as it is).
+  void DefineDerivedPointVariable(const std::string& name, const std::string& expression);
+  /// Remove all.
+  void ClearDerivedPointVariables();
+  /// In ascending order, byte by byte.
+  std::vector<std::string> GetDerivedPointVariableNames();
+  bool IsDerivedPointVariable(const std::string& name);
+  /// Empty for an unknown name.
+  std::string GetDerivedPointVariableExpression(const std::string& name);
+  /// The script of a "ProgrammableFilter" ("CopyArrays" 1) that adds the variables `toSave`, those
+  /// that others need first. Empty, with an error message in Python's words, when an expression
+  /// (any of them) is none; the message is not repeated until a definition changes. Variables that
+  /// need each other in a circle are warned about: their script fails where the data are.
+  std::string GetDerivedPointVariableScript(const std::set<std::string>& toSave);
+  ///@}
+
+  ///@{
   /// @deprecated Use GetProperties() and the property "DistributeDataSet".
   void SetDistributeDataSet(bool distribute);
   bool GetDistributeDataSet();
@@ -206,6 +243,7 @@ private:
   vtkIdType NumberOfCells = 0;
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
   std::vector<std::string> ReadErrors;
+  std::unique_ptr<zylDerivedVariables> DerivedPointVariables;
 };
 
 #endif

@@ -1,0 +1,86 @@
+#include "Analysis/zylFieldValues.h"
+
+#include "zylDataSet.h"
+#include "zylMultiBlockTree.h"
+#include "zylProperty.h"
+
+#include <algorithm>
+#include <set>
+
+#include <vtkDataArray.h>
+#include <vtkFieldData.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMSourceProxy.h>
+
+namespace {
+//--------------------------------------------------------------------------------------------------
+// The blocks and pieces of a tree are numbered from 0 without gaps.
+int CountNodes(zylMultiBlockTree* node)
+{
+  int count = 1;
+  for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
+  {
+    count += CountNodes(node->GetChild(i));
+  }
+  return count;
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+void zylReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValues& values)
+{
+  for (int i = 0; data && i < data->GetNumberOfArrays(); ++i)
+  {
+    vtkDataArray* array = data->GetArray(i);
+    if (!array || tuple < 0 || tuple >= array->GetNumberOfTuples())
+    {
+      continue;
+    }
+    const char* name = array->GetName();
+    std::vector<double> components(static_cast<std::size_t>(array->GetNumberOfComponents()));
+    array->GetTuple(tuple, components.data());
+    values.emplace(name && *name ? name : "(unnamed array)", std::move(components));
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylGetDerivedVariablesScript(zylDataSet* dataset)
+{
+  const auto names = dataset->GetDerivedPointVariableNames();
+  return dataset->GetDerivedPointVariableScript({ names.begin(), names.end() });
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPushBlocks(const std::vector<int>& blocks, vtkSMSourceProxy* extractor)
+{
+  vtkSMPropertyHelper indices(extractor, "BlockIndices");
+  if (indices.GetIntArray() != blocks)
+  {
+    indices.SetNumberOfElements(0);
+    indices.Set(blocks.data(), static_cast<unsigned int>(blocks.size()));
+    extractor->UpdateVTKObjects();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<int> zylGetInts(const zylProperty* property)
+{
+  const int* values = property->GetIntElements();
+  return std::vector<int>(values, values + property->GetNumberOfElements());
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<int> zylFindUnknownBlock(zylDataSet* dataset, const std::vector<int>& blocks)
+{
+  const int count = CountNodes(dataset->GetMultiBlockTree());
+  const auto unknown = std::find_if(
+    blocks.begin(), blocks.end(), [count](int block) { return block < 0 || block >= count; });
+  return unknown == blocks.end() ? std::vector<int>() : std::vector<int>{ *unknown };
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMSourceProxy* zylGetLiveOutput(zylDataSet* dataset)
+{
+  vtkSMSourceProxy* output = dataset ? dataset->GetOutput() : nullptr;
+  return output && output->GetSession() ? output : nullptr;
+}

@@ -1,0 +1,44 @@
+/// @file zylFieldValues.h
+/// What everything that computes numbers from a dataset shares: its blocks, its derived variables,
+/// the values it fetched. Private to the library.
+#ifndef zylFieldValues_h
+#define zylFieldValues_h
+
+#include "zylExport.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <vtkType.h>
+
+class vtkFieldData;
+class vtkSMSourceProxy;
+class zylDataSet;
+class zylProperty;
+
+using zylFieldValues = std::map<std::string, std::vector<double>>; ///< components by array name
+
+/// Put all components of `tuple` of every array into `values`, under the array's name, or
+/// "(unnamed array)". A name that is there stays as it is; arrays of other than numbers and arrays
+/// without the tuple are left out. Null `data` does nothing.
+ZYL_PRIVATE void zylReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValues& values);
+
+/// The script that adds all derived variables of the dataset.
+ZYL_PRIVATE std::string zylGetDerivedVariablesScript(zylDataSet* dataset);
+
+/// Send `blocks` as "BlockIndices" of an "ExtractBlock", unless it has exactly these.
+ZYL_PRIVATE void zylPushBlocks(const std::vector<int>& blocks, vtkSMSourceProxy* extractor);
+
+/// The integers of a property.
+ZYL_PRIVATE std::vector<int> zylGetInts(const zylProperty* property);
+
+/// The first of `blocks` that is no flat index of the dataset's tree, or nothing.
+ZYL_PRIVATE std::vector<int> zylFindUnknownBlock(
+  zylDataSet* dataset, const std::vector<int>& blocks);
+
+/// The end of the dataset's chain (borrowed); null without a dataset, when nothing is loaded or its
+/// session has ended.
+ZYL_PRIVATE vtkSMSourceProxy* zylGetLiveOutput(zylDataSet* dataset);
+
+#endif

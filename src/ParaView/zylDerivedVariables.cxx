@@ -1,0 +1,127 @@
+#include "ParaView/zylDerivedVariables.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+bool IsWordCharacter(char character)
+{
+  const auto code = static_cast<unsigned char>(character);
+  return std::isalnum(code) || character == '_' || code >= 0x80;
+}
+
+// An identifier for sure; others are for Python to judge.
+bool IsPlainIdentifier(const std::string& name)
+{
+  return !name.empty() && !std::isdigit(static_cast<unsigned char>(name.front())) &&
+    std::all_of(name.begin(), name.end(), IsWordCharacter);
+}
+
+// Whether `expression` holds `name`, which has a letter, as it is: not in a longer word, nor quoted
+// as in PointData['p/rho'].
+bool HoldsName(const std::string& expression, const std::string& name)
+{
+  const auto belongs = [](char letter) {
+    return IsWordCharacter(letter) || letter == '\'' || letter == '"';
+  };
+  const auto isLetter = [](unsigned char letter) { return std::isalpha(letter) != 0; };
+  if (std::none_of(name.begin(), name.end(), isLetter))
+  {
+    return false;
+  }
+  for (auto at = expression.find(name); at != std::string::npos; at = expression.find(name, at + 1))
+  {
+    const std::size_t end = at + name.size();
+    if ((at == 0 || !belongs(expression[at - 1])) &&
+      (end == expression.size() || !belongs(expression[end])))
+    {
+      return true;
+    }
+  }
+  return false;
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedVariables::Define(const std::string& name, const std::string& expression)
+{
+  this->Told.clear();
+  this->Expressions[name] = expression;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedVariables::Remove(const std::string& name)
+{
+  this->Told.clear();
+  this->Expressions.erase(name);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedVariables::Clear()
+{
+  this->Told.clear();
+  this->Expressions.clear();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylDerivedVariables::MakeScript(const std::vector<std::string>& arrays,
+  const std::set<std::string>& toSave, std::vector<std::string>& errors,
+  std::vector<std::string>& warnings)
+{
+  if (toSave.empty())
+  {
+    return std::string();
+  }
+  const auto script = zylPython::CreateScript(arrays, this->Expressions, toSave);
+  if (!script.Error.empty())
+  {
+    this->Tell("The derived variables cannot be computed. " + script.Error, errors);
+  }
+  if (!script.Circle.empty())
+  {
+    std::string circle = "Derived variables that need themselves cannot be computed: ";
+    for (const std::string& name : script.Circle)
+    {
+      circle += "\"" + name + "\" needs ";
+    }
+    this->Tell(circle + "\"" + script.Circle.front() + "\"", warnings);
+  }
+  this->CheckSpellings(arrays, warnings); // arrays may have come since the definition
+  return script.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedVariables::CheckSpellings(
+  const std::vector<std::string>& arrays, std::vector<std::string>& warnings)
+{
+  std::vector<std::string> names = arrays;
+  for (const auto& variable : this->Expressions)
+  {
+    names.push_back(variable.first);
+  }
+  if (std::all_of(names.begin(), names.end(), IsPlainIdentifier))
+  {
+    return;
+  }
+  for (const auto& [name, word] : zylPython::SpellOtherNames(names))
+  {
+    for (const auto& variable : this->Expressions)
+    {
+      if (HoldsName(variable.second, name))
+      {
+        this->Tell("\"" + name + "\" is no Python identifier: the expression of \"" +
+            variable.first + "\" must spell it " + word,
+          warnings);
+      }
+    }
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedVariables::Tell(const std::string& message, std::vector<std::string>& messages)
+{
+  if (this->Told.insert(message).second)
+  {
+    messages.push_back(message);
+  }
+}

@@ -1,0 +1,42 @@
+/// @file zylDerivedVariables.h
+/// The derived variables of a dataset: their expressions, the script that computes them, and what
+/// has to be said about them. Private to the library.
+#ifndef zylDerivedVariables_h
+#define zylDerivedVariables_h
+
+#include "ParaView/zylPython.h"
+#include "zylExport.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+class ZYL_PRIVATE zylDerivedVariables
+{
+public:
+  const zylPython::Expressions& GetExpressions() const { return this->Expressions; }
+
+  /// Change the definitions; what was said about the old ones may be said again.
+  void Define(const std::string& name, const std::string& expression);
+  void Remove(const std::string& name);
+  void Clear();
+
+  /// The script that adds the variables `toSave` to data with the point arrays `arrays`; empty when
+  /// it cannot be made. New messages are appended to the two lists, each once until a definition
+  /// changes.
+  std::string MakeScript(const std::vector<std::string>& arrays,
+    const std::set<std::string>& toSave, std::vector<std::string>& errors,
+    std::vector<std::string>& warnings);
+
+  /// Append a warning for every array or variable that an expression spells as no Python program
+  /// can.
+  void CheckSpellings(const std::vector<std::string>& arrays, std::vector<std::string>& warnings);
+
+private:
+  void Tell(const std::string& message, std::vector<std::string>& messages);
+
+  zylPython::Expressions Expressions;
+  std::set<std::string> Told;
+};
+
+#endif
