@@ -1,11 +1,14 @@
 #include "zylDataSet.h"
 
+#include "Data/zylBlockTree.h"
+#include "Data/zylCellTypes.h"
+#include "Data/zylProcessingChain.h"
+#include "Data/zylReader.h"
 #include "ParaView/zylDerivedVariables.h"
 #include "ParaView/zylErrorCapture.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
-#include "Plugins/VTKExtensions/Core/vtkZYLBlockInformation.h"
 #include "zylArrayInformation.h"
 #include "zylCore.h"
 #include "zylMultiBlockTree.h"
@@ -14,21 +17,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <deque>
 
-#include <vtkCompositeDataIterator.h>
-#include <vtkCompositeDataSet.h>
-#include <vtkDataObjectTypes.h>
-#include <vtkDataSet.h>
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkObjectFactory.h>
 #include <vtkPVTrivialProducer.h>
-#include <vtkSMCoreUtilities.h>
-#include <vtkSMOutputPort.h>
 #include <vtkSMPropertyHelper.h>
-#include <vtkSMProxyManager.h>
-#include <vtkSMReaderFactory.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -38,7 +32,7 @@ vtkStandardNewMacro(zylDataSet);
 namespace {
 constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::Bool("DistributeDataSet", false),
-  zylPropertyRow::Bool("FreezeTime", false).To("IgnorePipelineTime"),
+  zylPropertyRow::Bool("FreezeTime", false),
   zylPropertyRow::Double("FrozenTime", 0.0),
   zylPropertyRow::Bool("ThresholdDataSet", false),
   zylPropertyRow::String("ThresholdVariable", ""),
@@ -67,57 +61,6 @@ double Snap(double time, const std::vector<double>& values)
   return nearest;
 }
 
-vtkSmartPointer<zylArrayInformation> MakeArray(const vtkZYLBlockInformation::Array& array)
-{
-  auto result = vtkSmartPointer<zylArrayInformation>::New();
-  result->SetName(array.Name);
-  result->SetNumberOfComponents(static_cast<unsigned int>(array.NumberOfComponents));
-  for (unsigned int c = 0; 2 * c + 1 < array.Ranges.size(); ++c)
-  {
-    double range[2] = { array.Ranges[2 * c], array.Ranges[2 * c + 1] };
-    result->SetComponentRange(c, range);
-  }
-  return result;
-}
-
-// Give `node` its index, name, arrays and children; the nodes stand in pre-order.
-void BuildTree(zylMultiBlockTree* node, const std::vector<vtkZYLBlockInformation::Node>& nodes,
-  unsigned int& counter)
-{
-  const auto& info = nodes[counter];
-  node->SetBlockIndex(counter);
-  node->SetBlockName(counter == 0 ? "root"
-      : info.Name.empty()         ? "Block" + std::to_string(counter)
-                                  : info.Name);
-  node->SetIsPiece(info.IsPiece);
-  node->PointArrays.clear();
-  node->CellArrays.clear();
-  for (const auto& array : info.PointArrays)
-  {
-    node->PointArrays.push_back(MakeArray(array));
-  }
-  for (const auto& array : info.CellArrays)
-  {
-    node->CellArrays.push_back(MakeArray(array));
-  }
-  ++counter;
-  for (int i = 0; i < info.NumberOfChildren && counter < nodes.size(); ++i)
-  {
-    auto child = vtkSmartPointer<zylMultiBlockTree>::New();
-    child->SetParent(node);
-    node->AddChild(child);
-    BuildTree(child, nodes, counter);
-  }
-}
-
-bool IsComposite(vtkSMSourceProxy* source)
-{
-  const char* name = source->GetOutputPort(0u)->GetDataClassName();
-  const auto object =
-    vtkSmartPointer<vtkDataObject>::Take(name ? vtkDataObjectTypes::NewDataObject(name) : nullptr);
-  return vtkCompositeDataSet::SafeDownCast(object) != nullptr;
-}
-
 std::vector<std::string> GetNames(const std::vector<vtkSmartPointer<zylArrayInformation>>& arrays)
 {
   std::vector<std::string> names;
@@ -128,17 +71,14 @@ std::vector<std::string> GetNames(const std::vector<vtkSmartPointer<zylArrayInfo
   return names;
 }
 
-int FirstCellType(vtkDataObject* object)
-{
-  auto* data = vtkDataSet::SafeDownCast(object);
-  return data && data->GetNumberOfCells() > 0 ? data->GetCellType(0) : -1;
-}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
 zylDataSet::zylDataSet()
   : Core(zylCore::GetInstance())
+  , Chain(std::make_unique<zylProcessingChain>())
   , Properties(vtkSmartPointer<zylPropertyCollection>::New())
+  , Maps(std::make_unique<zylBlockMaps>())
   , MultiBlockTree(vtkSmartPointer<zylMultiBlockTree>::New())
   , DerivedPointVariables(std::make_unique<zylDerivedVariables>())
 {
@@ -166,30 +106,13 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
     vtkErrorMacro("NewDataSet called with no file names");
     return false;
   }
-  vtkSMSession* session = this->Core->GetSession();
-  vtkSMReaderFactory* factory =
-    session ? vtkSMProxyManager::GetProxyManager()->GetReaderFactory() : nullptr;
-  if (!factory)
+  const zylReaderChoice reader = zylChooseReader(this->Core->GetSession(), fileNames.front());
+  if (!reader.Error.empty())
   {
-    vtkErrorMacro("Failed to create new dataset");
+    vtkErrorMacro(<< reader.Error);
     return false;
   }
-  if (factory->GetNumberOfRegisteredPrototypes() == 0)
-  {
-    factory->UpdateAvailableReaders();
-  }
-  const std::string& first = fileNames.front();
-  if (!vtkSMReaderFactory::TestFileReadability(first.c_str(), session))
-  {
-    vtkErrorMacro("File not readable " << first);
-    return false;
-  }
-  if (!factory->CanReadFile(first.c_str(), session))
-  {
-    vtkErrorMacro("File not readable. No reader found for " << first);
-    return false;
-  }
-  return this->LoadFromFile(fileNames, factory->GetReaderGroup(), factory->GetReaderName());
+  return this->LoadFromFile(fileNames, reader.Group, reader.Name);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -198,28 +121,8 @@ bool zylDataSet::LoadFromFile(
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "LoadFromFile %s/%s", group.c_str(), name.c_str());
   zylErrorCapture errors; // readers complain as soon as they are made
-  zylProxyBuilder builder(this->Core->GetSessionProxyManager(), group.c_str(), name.c_str());
-  for (const char* setting : { "PartIdArrayName", "LevelMaskArrayName" })
-  {
-    builder.Then([this, setting](vtkSMProxy* reader) {
-      if (reader->GetProperty(setting))
-      {
-        const std::string value = this->Properties->GetString(setting);
-        vtkVLogF(vtkLogger::VERBOSITY_TRACE, "setting %s to '%s'", setting, value.c_str());
-        vtkSMPropertyHelper(reader, setting).Set(0, value.c_str());
-      }
-    });
-  }
-  vtkSmartPointer<vtkSMSourceProxy> reader =
-    builder
-      .Then([&fileNames](vtkSMProxy* proxy) {
-        const char* property = vtkSMCoreUtilities::GetFileNameProperty(proxy);
-        for (unsigned int i = 0; property && i < fileNames.size(); ++i)
-        {
-          vtkSMPropertyHelper(proxy, property).Set(i, fileNames[i].c_str());
-        }
-      })
-      .Make();
+  const auto reader =
+    zylMakeReader(this->Core->GetSessionProxyManager(), group, name, fileNames, this->Properties);
   if (!reader)
   {
     vtkErrorMacro("Failed to create new dataset");
@@ -271,16 +174,9 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture)
 //--------------------------------------------------------------------------------------------------
 void zylDataSet::DropChain()
 {
-  this->PassThroughProxy = nullptr;
-  this->CellDataToPointDataProxy = nullptr;
-  this->RedistributeProxy = nullptr;
-  this->ThresholdProxy = nullptr;
-  this->GroupDataSetsProxy = nullptr;
-  this->ForceTimeProxy = nullptr;
+  this->Chain->Clear();
   this->MultiBlockTree = vtkSmartPointer<zylMultiBlockTree>::New();
-  this->BlockMap.clear();
-  this->BlockNameToIDsMap.clear();
-  this->Index.clear();
+  *this->Maps = zylBlockMaps();
   this->LastPropertiesHash = 0;
   this->LastUpdateTime = -1e299;
 }
@@ -323,20 +219,6 @@ bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double tim
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkSMSourceProxy* zylDataSet::Stage(
-  vtkSmartPointer<vtkSMSourceProxy>& stage, const char* name, vtkSMSourceProxy* input)
-{
-  if (!stage)
-  {
-    stage = zylProxyBuilder(this->Core->GetSessionProxyManager(), "filters", name)
-              .Input(input)
-              .MakeInitialized();
-  }
-  zylConnect(stage, input);
-  return stage;
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylDataSet::Update()
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "Update");
@@ -362,10 +244,12 @@ void zylDataSet::Update()
   }
   zylErrorCapture errors;
   zylParaView::AdaptThreads(nullptr); // nothing is known of the data that the source brings
-  if (this->ConnectChain(time, steps))
+  const double frozen = Snap(this->Properties->GetDouble("FrozenTime"), steps);
+  if (this->Chain->Connect(this->Proxy, this->Properties, time, frozen))
   {
-    this->PassThroughProxy->UpdatePipeline(time);
-    zylParaView::AdaptThreads(this->PassThroughProxy);
+    vtkSMSourceProxy* output = this->Chain->GetOutput();
+    output->UpdatePipeline(time);
+    zylParaView::AdaptThreads(output);
     this->RebuildTree();
     this->LastPropertiesHash = hash;
     this->LastUpdateTime = time;
@@ -380,99 +264,16 @@ void zylDataSet::Update()
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylDataSet::ConnectChain(double time, const std::vector<double>& steps)
-{
-  zylPropertyCollection* settings = this->Properties;
-  vtkSMSourceProxy* current = this->Stage(this->ForceTimeProxy, "ForceTime", this->Proxy);
-  if (!current)
-  {
-    return false;
-  }
-  zylPush(settings, Rows, current);
-  vtkSMPropertyHelper(current, "ForcedTime").Set(Snap(settings->GetDouble("FrozenTime"), steps));
-  current->UpdateVTKObjects();
-
-  current->UpdatePipeline(time); // the type of its output is known only then
-  if (!IsComposite(current))
-  {
-    current = this->Stage(this->GroupDataSetsProxy, "GroupDataSets", current);
-  }
-  if (current && settings->GetBool("ThresholdDataSet"))
-  {
-    current = this->Stage(this->ThresholdProxy, "Threshold", current);
-    if (current)
-    {
-      vtkSMPropertyHelper(current, "SelectInputScalars")
-        .SetInputArrayToProcess(0, settings->GetString("ThresholdVariable").c_str());
-      zylParaView::SetThresholdRange(current, settings->GetDouble("ThresholdRange", 0),
-        settings->GetDouble("ThresholdRange", 1));
-      current->UpdateVTKObjects();
-    }
-  }
-  if (current && settings->GetBool("DistributeDataSet"))
-  {
-    current = this->Stage(this->RedistributeProxy, "RedistributeDataSet", current);
-  }
-  if (current && settings->GetBool("InterpolateCellDataToPointData"))
-  {
-    current = this->Stage(this->CellDataToPointDataProxy, "CellDataToPointData", current);
-    if (current)
-    {
-      vtkSMPropertyHelper(current, "PassCellData").Set(1);
-      current->UpdateVTKObjects();
-    }
-  }
-  return current && this->Stage(this->PassThroughProxy, "PassThrough", current);
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylDataSet::RebuildTree()
 {
-  const auto nodes = zylParaView::GetBlocks(this->PassThroughProxy);
-  this->MultiBlockTree->ClearChildren();
-  this->MultiBlockTree->SetParent(nullptr);
-  this->NumberOfPoints = 0;
-  this->NumberOfCells = 0;
-  const double nothing[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
-  std::copy(nothing, nothing + 6, this->Bounds);
-  if (!nodes.empty())
-  {
-    unsigned int counter = 0;
-    BuildTree(this->MultiBlockTree, nodes, counter);
-    this->NumberOfPoints = nodes[0].NumberOfPoints;
-    this->NumberOfCells = nodes[0].NumberOfCells;
-    std::copy(nodes[0].Bounds, nodes[0].Bounds + 6, this->Bounds);
-  }
-  this->BuildNameMaps();
-  this->MultiBlockTree->Modified();
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylDataSet::BuildNameMaps()
-{
-  this->BlockMap.clear();
-  this->BlockNameToIDsMap.clear();
-  this->Index.clear();
-  std::deque<zylMultiBlockTree*> queue = { this->MultiBlockTree };
-  while (!queue.empty())
-  {
-    zylMultiBlockTree* node = queue.front();
-    queue.pop_front();
-    this->Index[node->GetBlockIndex()] = node;
-    if (!node->GetIsPiece())
-    {
-      const std::string name = node->GetBlockName();
-      this->BlockMap[name] = node->GetBlockIndex();
-      if (node->IsLeaf())
-      {
-        this->BlockNameToIDsMap[name].push_back(node->GetBlockIndex());
-      }
-    }
-    for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
-    {
-      queue.push_back(node->GetChild(i));
-    }
-  }
+  const auto nodes = zylParaView::GetBlocks(this->GetOutput());
+  const vtkZYLBlockInformation::Node all =
+    nodes.empty() ? vtkZYLBlockInformation::Node() : nodes.front();
+  zylBuildBlockTree(this->MultiBlockTree, nodes);
+  *this->Maps = zylMapBlocks(this->MultiBlockTree);
+  this->NumberOfPoints = all.NumberOfPoints;
+  this->NumberOfCells = all.NumberOfCells;
+  std::copy(all.Bounds, all.Bounds + 6, this->Bounds);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -496,7 +297,7 @@ vtkSMSourceProxy* zylDataSet::GetProxy()
 //--------------------------------------------------------------------------------------------------
 vtkSMSourceProxy* zylDataSet::GetOutput()
 {
-  return this->PassThroughProxy;
+  return this->Chain->GetOutput();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -539,19 +340,7 @@ std::vector<double> zylDataSet::GetTimestepValues()
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylDataSet::GetFileNames()
 {
-  std::vector<std::string> names;
-  const char* property =
-    this->Proxy ? vtkSMCoreUtilities::GetFileNameProperty(this->Proxy) : nullptr;
-  if (property)
-  {
-    vtkSMPropertyHelper helper(this->Proxy, property);
-    for (unsigned int i = 0; i < helper.GetNumberOfElements(); ++i)
-    {
-      const char* name = helper.GetAsString(i);
-      names.emplace_back(name ? name : "");
-    }
-  }
-  return names;
+  return zylGetFileNames(this->Proxy);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -579,9 +368,21 @@ std::string zylDataSet::GetDataGroupingString()
 }
 
 //--------------------------------------------------------------------------------------------------
+const std::map<std::string, unsigned int>& zylDataSet::GetBlockMap() const
+{
+  return this->Maps->ByName;
+}
+
+//--------------------------------------------------------------------------------------------------
+const std::map<std::string, std::vector<unsigned int>>& zylDataSet::GetBlockNameToIDsMap() const
+{
+  return this->Maps->LeavesByName;
+}
+
+//--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetNumberOfBlocks()
 {
-  return static_cast<unsigned int>(this->BlockMap.size());
+  return static_cast<unsigned int>(this->Maps->ByName.size());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -593,8 +394,8 @@ std::vector<unsigned int> zylDataSet::GetBlockIDs()
 //--------------------------------------------------------------------------------------------------
 zylMultiBlockTree* zylDataSet::FindBlock(unsigned int block)
 {
-  const auto found = this->Index.find(block);
-  return found == this->Index.end() ? nullptr : found->second;
+  const auto found = this->Maps->ByIndex.find(block);
+  return found == this->Maps->ByIndex.end() ? nullptr : found->second;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -718,64 +519,15 @@ zylArrayInformation* zylDataSet::GetCellArrayInformation(
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkSmartPointer<vtkDataObject> zylDataSet::FetchCells(const char* source, std::vector<int> ids)
-{
-  vtkSMSessionProxyManager* manager = this->Core->GetSessionProxyManager();
-  if (!this->Proxy || !manager)
-  {
-    return nullptr;
-  }
-  auto selection = zylProxyBuilder(manager, "sources", source)
-                     .Set("FieldType", 0)
-                     .Set("IDs", ids)
-                     .MakeUnregistered();
-  auto extract = zylProxyBuilder(manager, "filters", "PVExtractSelection")
-                   .Input(selection, "Selection")
-                   .Input(this->Proxy)
-                   .MakeUnregistered();
-  return zylCore::Fetch(extract, "vtkMultiBlockDataGroupFilter");
-}
-
-//--------------------------------------------------------------------------------------------------
 int zylDataSet::GetCellType(unsigned int block)
 {
-  const auto cells =
-    this->FetchCells("CompositeDataIDSelectionSource", { static_cast<int>(block), 0, 0 });
-  auto* composite = vtkCompositeDataSet::SafeDownCast(cells);
-  if (!composite)
-  {
-    return -1;
-  }
-  auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(composite->NewIterator());
-  for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
-  {
-    const int type = FirstCellType(iterator->GetCurrentDataObject());
-    if (type >= 0)
-    {
-      return type;
-    }
-  }
-  return -1;
+  return zylGetCellType(this->Proxy, block);
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<int> zylDataSet::GetCellTypes()
 {
-  std::vector<int> types;
-  const auto cells = this->FetchCells("IDSelectionSource", { 0, 0 });
-  auto* blocks = vtkMultiBlockDataSet::SafeDownCast(cells);
-  if (!blocks)
-  {
-    return types;
-  }
-  auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(blocks->NewIterator());
-  for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
-  {
-    const unsigned int index = iterator->GetCurrentFlatIndex();
-    types.resize(std::max<std::size_t>(types.size(), index + 1), -1);
-    types[index] = FirstCellType(iterator->GetCurrentDataObject());
-  }
-  return types;
+  return zylGetCellTypes(this->Proxy);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -1,3 +1,4 @@
+// clang-format off
 /**
  * @class zylDataSet
  * @brief One loaded dataset: a source on the server, its processing chain and its tree of blocks.
@@ -11,21 +12,22 @@
  *
  * Settings (GetProperties()), all taking effect at the next Update():
  *
- * | name                             | type, default    | effect |
- * |----------------------------------|------------------|--------------------------------------------|
- * | "DistributeDataSet"              | bool, false      | spread the data evenly over the ranks |
- * | "FreezeTime"                     | bool, false      | ignore the animation time | |
- * "FrozenTime"                     | double, 0        | the time shown while frozen, snapped | |
- * "ThresholdDataSet"               | bool, false      | keep the cells within a range of values |
- * | "ThresholdVariable"              | string, ""       | point array to threshold by | |
- * "ThresholdRange"                 | 2 doubles, 0, 1  | lower and upper value, both included | |
- * "InterpolateCellDataToPointData" | bool, false      | add point arrays made from the cell arrays
- * | | "PartIdArrayName"                | string, "part_id"    | given to the reader at load | |
- * "LevelMaskArrayName"             | string, "level_mask" | given to the reader at load |
+ * | name                             | type, default        | effect                                         |
+ * |----------------------------------|----------------------|------------------------------------------------|
+ * | "DistributeDataSet"              | bool, false          | spread the data evenly over the ranks          |
+ * | "FreezeTime"                     | bool, false          | ignore the animation time                      |
+ * | "FrozenTime"                     | double, 0            | the time shown while frozen, snapped           |
+ * | "ThresholdDataSet"               | bool, false          | keep the cells within a range of values        |
+ * | "ThresholdVariable"              | string, ""           | point array to threshold by                    |
+ * | "ThresholdRange"                 | 2 doubles, 0, 1      | lower and upper value, both included           |
+ * | "InterpolateCellDataToPointData" | bool, false          | add point arrays made from the cell arrays     |
+ * | "PartIdArrayName"                | string, "part_id"    | given to the reader at load                    |
+ * | "LevelMaskArrayName"             | string, "level_mask" | given to the reader at load                    |
  *
  * The dataset follows zylTimeController: every change of time runs Update(), which shows the time
  * step nearest to the active time.
  */
+// clang-format on
 #ifndef zylDataSet_h
 #define zylDataSet_h
 
@@ -35,13 +37,11 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include <vtkObject.h>
 #include <vtkSmartPointer.h>
 
-class vtkDataObject;
 class vtkMultiBlockDataSet;
 class vtkSMSourceProxy;
 class zylArrayInformation;
@@ -49,7 +49,9 @@ class zylCore;
 class zylDerivedVariables;
 class zylErrorCapture;
 class zylMultiBlockTree;
+class zylProcessingChain;
 class zylPropertyCollection;
+struct zylBlockMaps;
 
 class ZYL_EXPORT zylDataSet : public vtkObject
 {
@@ -118,11 +120,8 @@ public:
   ///@{
   /// Blocks by name. Of several blocks of one name the map holds the one met last in breadth-first
   /// order; the second map lists all leaf blocks of a name. Pieces are no blocks.
-  const std::map<std::string, unsigned int>& GetBlockMap() const { return this->BlockMap; }
-  const std::map<std::string, std::vector<unsigned int>>& GetBlockNameToIDsMap() const
-  {
-    return this->BlockNameToIDsMap;
-  }
+  const std::map<std::string, unsigned int>& GetBlockMap() const;
+  const std::map<std::string, std::vector<unsigned int>>& GetBlockNameToIDsMap() const;
   unsigned int GetNumberOfBlocks();
   ///@}
 
@@ -210,35 +209,23 @@ private:
 
   void UpdateCallback(vtkObject*, unsigned long, void*);
   bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture);
-  bool ConnectChain(double time, const std::vector<double>& steps);
-  vtkSMSourceProxy* Stage(
-    vtkSmartPointer<vtkSMSourceProxy>& stage, const char* name, vtkSMSourceProxy* input);
   void DropChain();
   void RebuildTree();
-  void BuildNameMaps();
   zylMultiBlockTree* FindBlock(unsigned int block);
   const ArrayList& GetArrays(ArrayList zylMultiBlockTree::*list, unsigned int block);
   zylArrayInformation* GetArray(ArrayList zylMultiBlockTree::*list, const char* kind,
     unsigned int arrayIndex, unsigned int block);
-  vtkSmartPointer<vtkDataObject> FetchCells(const char* source, std::vector<int> ids);
 
   vtkSmartPointer<zylCore> Core;
   vtkSmartPointer<vtkSMSourceProxy> Proxy;
-  vtkSmartPointer<vtkSMSourceProxy> ForceTimeProxy;
-  vtkSmartPointer<vtkSMSourceProxy> GroupDataSetsProxy;
-  vtkSmartPointer<vtkSMSourceProxy> ThresholdProxy;
-  vtkSmartPointer<vtkSMSourceProxy> RedistributeProxy;
-  vtkSmartPointer<vtkSMSourceProxy> CellDataToPointDataProxy;
-  vtkSmartPointer<vtkSMSourceProxy> PassThroughProxy;
+  std::unique_ptr<zylProcessingChain> Chain; // never null
   vtkSmartPointer<zylPropertyCollection> Properties;
-  std::map<std::string, unsigned int> BlockMap;
-  std::map<std::string, std::vector<unsigned int>> BlockNameToIDsMap;
+  std::unique_ptr<zylBlockMaps> Maps; // never null; of the tree
   vtkSmartPointer<zylMultiBlockTree> MultiBlockTree;
   vtkTypeUInt64 LastPropertiesHash = 0;
   double LastUpdateTime = -1e299;
   vtkMTimeType LastSourceTime = 0;
   unsigned long TimeObserverTag = 0;
-  std::unordered_map<unsigned int, zylMultiBlockTree*> Index; // into the tree
   vtkIdType NumberOfPoints = 0;
   vtkIdType NumberOfCells = 0;
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };

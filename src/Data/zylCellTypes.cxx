@@ -1,0 +1,82 @@
+#include "Data/zylCellTypes.h"
+
+#include "ParaView/zylProxyBuilder.h"
+#include "zylCore.h"
+
+#include <algorithm>
+
+#include <vtkCompositeDataIterator.h>
+#include <vtkCompositeDataSet.h>
+#include <vtkDataSet.h>
+#include <vtkMultiBlockDataSet.h>
+#include <vtkSMSessionProxyManager.h>
+#include <vtkSMSourceProxy.h>
+
+namespace {
+int FirstCellType(vtkDataObject* object)
+{
+  auto* data = vtkDataSet::SafeDownCast(object);
+  return data && data->GetNumberOfCells() > 0 ? data->GetCellType(0) : -1;
+}
+
+vtkSmartPointer<vtkDataObject> FetchCells(
+  vtkSMSourceProxy* source, const char* selector, const std::vector<int>& ids)
+{
+  vtkSMSessionProxyManager* manager = source ? source->GetSessionProxyManager() : nullptr;
+  if (!manager)
+  {
+    return nullptr;
+  }
+  auto selection = zylProxyBuilder(manager, "sources", selector)
+                     .Set("FieldType", 0)
+                     .Set("IDs", ids)
+                     .MakeUnregistered();
+  auto extract = zylProxyBuilder(manager, "filters", "PVExtractSelection")
+                   .Input(selection, "Selection")
+                   .Input(source)
+                   .MakeUnregistered();
+  return zylCore::Fetch(extract, "vtkMultiBlockDataGroupFilter");
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+int zylGetCellType(vtkSMSourceProxy* source, unsigned int block)
+{
+  const auto cells =
+    FetchCells(source, "CompositeDataIDSelectionSource", { static_cast<int>(block), 0, 0 });
+  auto* composite = vtkCompositeDataSet::SafeDownCast(cells);
+  if (!composite)
+  {
+    return -1;
+  }
+  auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(composite->NewIterator());
+  for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
+  {
+    const int type = FirstCellType(iterator->GetCurrentDataObject());
+    if (type >= 0)
+    {
+      return type;
+    }
+  }
+  return -1;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<int> zylGetCellTypes(vtkSMSourceProxy* source)
+{
+  std::vector<int> types;
+  const auto cells = FetchCells(source, "IDSelectionSource", { 0, 0 });
+  auto* blocks = vtkMultiBlockDataSet::SafeDownCast(cells);
+  if (!blocks)
+  {
+    return types;
+  }
+  auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(blocks->NewIterator());
+  for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
+  {
+    const unsigned int index = iterator->GetCurrentFlatIndex();
+    types.resize(std::max<std::size_t>(types.size(), index + 1), -1);
+    types[index] = FirstCellType(iterator->GetCurrentDataObject());
+  }
+  return types;
+}
