@@ -1,9 +1,13 @@
 #include "zylView.h"
 
+#include "Host/zylHostCamera.h"
 #include "Host/zylHostContext.h"
+#include "Host/zylHostFrame.h"
 #include "Host/zylHostRenderWindow.h"
+#include "Host/zylHostViewProxy.h"
+#include "Host/zylScreenshot.h"
 #include "ParaView/zylParaViewCompat.h"
-#include "ParaView/zylPropertyTable.h"
+#include "ParaView/zylViewSettings.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
@@ -11,8 +15,6 @@
 #include "zylTimeController.h"
 
 #include <algorithm>
-#include <cmath>
-#include <fstream>
 #include <vector>
 
 #include <vtkBoundingBox.h>
@@ -22,102 +24,21 @@
 #include <vtkGraphicsFactory.h>
 #include <vtkImageData.h>
 #include <vtkLogger.h>
-#include <vtkMath.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
 #include <vtkOpenGLRenderUtilities.h>
 #include <vtkOpenGLRenderWindow.h>
-#include <vtkOpenGLState.h>
 #include <vtkOutputWindow.h>
 #include <vtkPVRenderView.h>
-#include <vtkPVRenderViewSettings.h>
 #include <vtkRenderer.h>
 #include <vtkRendererCollection.h>
-#include <vtkSMParaViewPipelineController.h>
-#include <vtkSMParaViewPipelineControllerWithRendering.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
-#include <vtkSMSaveScreenshotProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
-#include <vtkTransform.h>
-#include <vtk_glew.h>
 #include <vtksys/SystemInformation.hxx>
-#include <vtksys/SystemTools.hxx>
 
 namespace {
-constexpr zylPropertyRow GeneralRows[] = {
-  zylPropertyRow::Bool("RenderAnnotations", false).To("ShowAnnotation"),
-  zylPropertyRow::Int("RemoteRenderThreshold", 20).To("RemoteRenderThreshold"),
-  zylPropertyRow::Int("NetworkPreset", 2), // see Compressors
-};
-
-constexpr zylPropertyRow LightKitRows[] = {
-  zylPropertyRow::Bool("UseLight", true),
-  zylPropertyRow::Double("KeyLightWarmth", 0.6),
-  zylPropertyRow::Double("KeyLightIntensity", 0.75),
-  zylPropertyRow::Double("KeyLightElevation", 50),
-  zylPropertyRow::Double("KeyLightAzimuth", 10),
-  zylPropertyRow::Double("FillLightWarmth", 0.4),
-  zylPropertyRow::Double("FillLightK:F Ratio", 3),
-  zylPropertyRow::Double("FillLightElevation", -75),
-  zylPropertyRow::Double("FillLightAzimuth", -10),
-  zylPropertyRow::Double("BackLightWarmth", 0.5),
-  zylPropertyRow::Double("BackLightK:B Ratio", 3.5),
-  zylPropertyRow::Double("BackLightElevation", 0),
-  zylPropertyRow::Double("BackLightAzimuth", 110),
-  zylPropertyRow::Double("HeadLightWarmth", 0.5),
-  zylPropertyRow::Double("HeadLightK:H Ratio", 3),
-  zylPropertyRow::Bool("MaintainLuminance", false),
-};
-
-// "CompressorConfig" for the network presets 1 to 5.
-constexpr const char* Compressors[] = { "vtkZlibImageCompressor 0 9 3 1",
-  "vtkZlibImageCompressor 0 6 2 0", "vtkLZ4Compressor 0 5", "vtkLZ4Compressor 0 3", "" };
-constexpr int CompressorCount = sizeof(Compressors) / sizeof(Compressors[0]);
-
-struct Direction
-{
-  double ViewUp[3];
-  double Offset[3];
-};
-
-// For directions 1 to 5; the first row is for any other.
-constexpr Direction Directions[] = {
-  { { 0, 1, 0 }, { -1, 0, 0 } },
-  { { 0, 1, 0 }, { 0, 0, 1 } },
-  { { 1, 0, 0 }, { 0, 0, -1 } },
-  { { 0, 0, 1 }, { 0, -1, 0 } },
-  { { 1, 0, 0 }, { 0, 1, 0 } },
-  { { 0, 0, 1 }, { 1, 0, 0 } },
-};
-
-// The OpenGL objects of what is dropped meanwhile are deleted in the adopted context or not at all.
-class ResourceScope
-{
-public:
-  explicit ResourceScope(vtkOpenGLRenderWindow* window)
-    : Window(window)
-  {
-    if (window)
-    {
-      window->PushContext();
-    }
-  }
-  ~ResourceScope()
-  {
-    if (this->Window)
-    {
-      this->Window->PopContext();
-    }
-  }
-  ResourceScope(const ResourceScope&) = delete;
-  ResourceScope& operator=(const ResourceScope&) = delete;
-
-private:
-  vtkWeakPointer<vtkOpenGLRenderWindow> Window;
-};
-
 constexpr const char* NoContext = "No OpenGL context is current";
 constexpr const char* NoRenderer = "No Renderer is available in the view";
 
@@ -126,117 +47,6 @@ void Mark(const char* text)
   vtkOpenGLRenderUtilities::MarkDebugEvent(text);
 }
 
-// Whether the file can be opened for writing; a file that does not exist is not left behind.
-bool IsWritable(const char* fileName)
-{
-  const bool existed = vtksys::SystemTools::FileExists(fileName);
-  const bool opened = std::ofstream(fileName, std::ios::app).is_open();
-  if (opened && !existed)
-  {
-    vtksys::SystemTools::RemoveFile(fileName);
-  }
-  return opened;
-}
-
-bool IsWritten(const char* fileName)
-{
-  return vtksys::SystemTools::FileExists(fileName, true) &&
-    vtksys::SystemTools::FileLength(fileName) > 0;
-}
-
-// A camera read from matrices, before it is known to be one.
-struct CameraValues
-{
-  double Position[3], FocalPoint[3], ViewUp[3];
-  double Near, Far;
-  double WindowCenter[2];
-  bool Parallel;
-  double Scale; // parallel scale, or view angle in degrees
-
-  bool IsFinite() const
-  {
-    double sum =
-      this->Near + this->Far + this->WindowCenter[0] + this->WindowCenter[1] + this->Scale;
-    for (int i = 0; i < 3; ++i)
-    {
-      sum += this->Position[i] + this->FocalPoint[i] + this->ViewUp[i];
-    }
-    return std::isfinite(sum);
-  }
-};
-
-void SetWindowCenter(CameraValues& camera, double left, double right, double bottom, double top)
-{
-  camera.WindowCenter[0] = (right + left) / (right - left);
-  camera.WindowCenter[1] = (top + bottom) / (top - bottom);
-}
-
-// Position, focal point and view-up from the host's model-view matrices; column 2 of the rotation,
-// which points at the viewer, goes to `backward`.
-void ReadPlacement(
-  const double* first, const double* second, CameraValues& camera, double backward[3])
-{
-  vtkNew<vtkTransform> placement;
-  for (const double* matrix : { first, second })
-  {
-    if (matrix)
-    {
-      placement->Concatenate(matrix);
-    }
-  }
-  placement->Inverse();
-  const double origin[3] = { 0.0, 0.0, 0.0 };
-  placement->TransformPoint(origin, camera.Position);
-
-  double orientation[4];
-  placement->GetOrientationWXYZ(orientation);
-  vtkNew<vtkTransform> rotation;
-  rotation->RotateWXYZ(orientation[0], orientation[1], orientation[2], orientation[3]);
-  for (int i = 0; i < 3; ++i)
-  {
-    camera.ViewUp[i] = rotation->GetMatrix()->GetElement(i, 1);
-    backward[i] = rotation->GetMatrix()->GetElement(i, 2);
-    camera.FocalPoint[i] = camera.Position[i] - backward[i];
-  }
-}
-
-void ReadOrthographic(const double* p, const double backward[3], CameraValues& camera)
-{
-  camera.Far = (p[11] - 1.0) / p[10];
-  camera.Near = camera.Far + 2.0 / p[10];
-  const double top = -(p[7] - 1.0) / p[5];
-  const double bottom = top - 2.0 / p[5];
-  const double right = -(p[3] - 1.0) / p[0];
-  const double left = right - 2.0 / p[0];
-  camera.Scale = (top - bottom) / 2.0;
-  SetWindowCenter(camera, left, right, bottom, top);
-  if (camera.Near < 1.0)
-  {
-    // The renderer wants its near plane in front of the camera: step back.
-    const double step = 1.0 - camera.Near;
-    const double position[3] = { camera.Position[0], camera.Position[1], camera.Position[2] };
-    for (int i = 0; i < 3; ++i)
-    {
-      camera.Position[i] = position[i] + step * backward[i];
-      camera.FocalPoint[i] = position[i] + (step - 1.0) * backward[i];
-    }
-    camera.Far += step;
-    camera.Near = 1.0;
-  }
-}
-
-void ReadPerspective(const double* p, CameraValues& camera)
-{
-  const double k = (p[10] - 1.0) / (p[10] + 1.0);
-  camera.Near = -0.5 * p[11] * (k - 1.0) / k;
-  camera.Far = camera.Near * k;
-  const double bottom = (p[6] - 1.0) * camera.Near / p[5];
-  const double top = (p[6] + 1.0) * camera.Near / p[5];
-  const double left = (p[2] - 1.0) * camera.Near / p[0];
-  const double right = (p[2] + 1.0) * camera.Near / p[0];
-  camera.Scale = 2.0 * std::atan((top - bottom) / 2.0 / camera.Near) * 57.29577951308232;
-  SetWindowCenter(camera, left, right, bottom, top);
-}
 } // namespace
 
 vtkStandardNewMacro(zylView);
@@ -247,13 +57,13 @@ zylView::zylView()
   , LightKitProperties(vtkSmartPointer<zylPropertyCollection>::New())
   , GraphicsFactory(vtkSmartPointer<vtkGraphicsFactory>::New())
   , StartRenderCommand(vtkSmartPointer<vtkCallbackCommand>::New())
+  , Frame(new zylHostFrame)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylView()");
   this->StartRenderCommand->SetClientData(this);
   this->StartRenderCommand->SetCallback(&zylView::StartRenderCallback);
   this->CreateProxy();
-  zylDeclare(this->Properties, GeneralRows);
-  zylDeclare(this->LightKitProperties, LightKitRows);
+  zylViewSettings::Declare(this->Properties, this->LightKitProperties);
   zylCore::GetInstance()->RegisterView(this);
 }
 
@@ -269,7 +79,7 @@ zylView::~zylView()
   }
   // Mappers that are destroyed with OpenGL objects delete them in whatever context is current.
   zylHostContextKeeper context;
-  if (zylHostRenderWindow* window = this->GetHostWindow())
+  if (zylHostRenderWindow* window = this->Frame->GetWindow())
   {
     window->ReleaseGraphicsResources(window);
     if (window->IsElsewhere())
@@ -279,12 +89,7 @@ zylView::~zylView()
   }
   if (this->Proxy)
   {
-    this->Proxy->RemoveObserver(this->StartRenderCommand);
-    if (this->Proxy->GetSession())
-    {
-      vtkNew<vtkSMParaViewPipelineControllerWithRendering> controller;
-      controller->UnRegisterProxy(this->Proxy);
-    }
+    zylHostViewProxy::Release(this->Proxy, this->StartRenderCommand);
     this->Proxy = nullptr;
   }
 }
@@ -292,45 +97,19 @@ zylView::~zylView()
 //--------------------------------------------------------------------------------------------------
 void zylView::CreateProxy()
 {
-  // The window comes with the proxy. ParaView looks at the display before the first one.
-  zylHostContextKeeper context;
-  zylHostRenderWindowScope window;
-  vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
-  if (manager)
-  {
-    auto proxy = vtkSmartPointer<vtkSMProxy>::Take(manager->NewProxy("views", "RenderView"));
-    this->Proxy = vtkSMRenderViewProxy::SafeDownCast(proxy);
-  }
+  this->Proxy = zylHostViewProxy::New(
+    zylCore::GetInstance()->GetSessionProxyManager(), this->StartRenderCommand);
   if (!this->Proxy)
   {
     vtkLogF(ERROR, "No session: the view is without a proxy and will show nothing");
     return;
   }
-  this->Proxy->AddObserver(vtkCommand::StartEvent, this->StartRenderCommand);
-  vtkNew<vtkSMParaViewPipelineControllerWithRendering> controller;
-  controller->InitializeProxy(this->Proxy);
-  controller->RegisterViewProxy(this->Proxy);
-
-  vtkSMPropertyHelper(this->Proxy, "LockBounds").Set(1);
   if (auto* view = vtkPVRenderView::SafeDownCast(this->Proxy->GetClientSideObject()))
   {
     this->Renderer = view->GetRenderer(vtkPVRenderView::DEFAULT_RENDERER);
     this->RenderWindow = zylHostRenderWindow::SafeDownCast(view->GetRenderWindow());
+    this->Frame->SetWindow(this->RenderWindow);
   }
-  vtkSMPropertyHelper(this->Proxy, "SuppressRendering").Set(1);
-  this->Proxy->UpdateVTKObjects();
-
-  auto* settings = vtkPVRenderViewSettings::GetInstance();
-  settings->SetResolveCoincidentTopology(vtkPVRenderViewSettings::OFFSET_FACES);
-  settings->SetPolygonOffsetParameters(0, 0);
-  settings->SetLineOffsetParameters(0, -4);
-  settings->SetPointOffsetParameter(-8);
-
-  vtkSMPropertyHelper(this->Proxy, "DepthPeeling").Set(0);
-  vtkSMPropertyHelper(this->Proxy, "UseFXAA").Set(0);
-  vtkSMPropertyHelper(this->Proxy, "OrientationAxesVisibility").Set(0);
-  zylParaView::UseOwnBackground(this->Proxy);
-  this->Proxy->UpdateVTKObjects();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -376,7 +155,7 @@ void zylView::AddRepresentation(zylRepresentation* rep)
 {
   if (rep && this->Representations.count(rep) == 0)
   {
-    ResourceScope resources(this->RenderWindow);
+    zylHostResourceScope resources(this->RenderWindow);
     rep->SetView(this);
     this->Representations.insert(rep);
     rep->Update();
@@ -388,7 +167,7 @@ void zylView::RemoveRepresentation(zylRepresentation* rep)
 {
   if (rep && this->Representations.count(rep) > 0)
   {
-    ResourceScope resources(this->RenderWindow);
+    zylHostResourceScope resources(this->RenderWindow);
     rep->SetView(nullptr);
     this->Representations.erase(rep);
   }
@@ -420,16 +199,12 @@ void zylView::Render()
     return;
   }
   Mark("begin ZYL render");
-  if (this->IgnoreHostContext)
-  {
-    this->ContextInitialized = true;
-  }
-  else if (!this->AdoptHostContext())
+  if (!this->IgnoreHostContext && !this->AdoptHostContext())
   {
     return;
   }
   this->PreRenderSetup();
-  zylHostRenderWindow* window = this->GetHostWindow();
+  zylHostRenderWindow* window = this->Frame->GetWindow();
   if (!window || window->HasArea())
   {
     this->Proxy->StillRender();
@@ -439,105 +214,44 @@ void zylView::Render()
 }
 
 //--------------------------------------------------------------------------------------------------
-zylHostRenderWindow* zylView::GetHostWindow()
-{
-  return zylHostRenderWindow::SafeDownCast(this->RenderWindow);
-}
-
-//--------------------------------------------------------------------------------------------------
 bool zylView::AdoptHostContext()
 {
-  zylHostRenderWindow* window = this->GetHostWindow();
-  if (!window || (this->ContextInitialized && window->IsAdopted()))
+  switch (this->Frame->Adopt())
   {
-    return window != nullptr;
+    case zylHostFrame::Adopted:
+      return true;
+    case zylHostFrame::NoContext:
+      vtkLogF(ERROR, "%s: the view cannot draw", NoContext);
+      return false;
+    case zylHostFrame::TooOld:
+      vtkErrorMacro(<< "The openGL version is not sufficient for ZYL");
+      vtkErrorMacro(<< this->RenderWindow->ReportCapabilities());
+      return false;
+    default:
+      return false;
   }
-  this->ContextInitialized = false;
-  if (!window->BeginAdoption())
-  {
-    vtkLogF(ERROR, "%s: the view cannot draw", NoContext);
-    return false;
-  }
-  const bool frame = window->SupportsFrames();
-  if (frame)
-  {
-    window->BeginFrame();
-  }
-  window->GetState()->Reset();
-  window->GetState()->Push();
-  this->OpenGLStatePushed = true;
-  window->InitializeFromCurrentContext();
-  int major = 2;
-  int minor = 0;
-  window->GetOpenGLVersion(major, minor);
-  if (major < 4 && !(major == 3 && minor >= 2))
-  {
-    // Kept: the pushed state stays pushed, and the next render tries again.
-    vtkErrorMacro(<< "The openGL version is not sufficient for ZYL");
-    vtkErrorMacro(<< window->ReportCapabilities());
-    window->EndFrame();
-    return false;
-  }
-  window->FinishAdoption();
-  window->SetFrameBlitModeToNoBlit();
-  window->GetState()->Pop();
-  window->EndFrame();
-  this->OpenGLStatePushed = false;
-  this->ContextInitialized = true;
-  return true;
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylView::BeginHostFrame()
 {
-  if (!this->RenderWindow || !this->AdoptHostContext())
+  if (!this->AdoptHostContext())
   {
     return false;
   }
-  this->GetHostWindow()->BeginFrame();
-  this->GetHostWindow()->GetState()->Reset();
+  this->Frame->Begin();
   return true;
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylView::FindHostFrame()
 {
-  zylHostRenderWindow* window = this->GetHostWindow();
-  if (window && window->InFrame())
+  // Called out of order: a frame without a beginning gets one.
+  if (!this->Frame->IsOpen() && this->BeginHostFrame())
   {
-    return true;
+    this->Frame->PushState();
   }
-  // Called out of order. Popping needs a level on the toolkit's stack, which ends the process
-  // without.
-  if (this->BeginHostFrame())
-  {
-    window->GetState()->Push();
-    return true;
-  }
-  return false;
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylView::BindSourceFramebuffer()
-{
-  if (this->SourceFBO < 0)
-  {
-    return;
-  }
-  zylHostRenderWindow* window = this->GetHostWindow();
-  if (window->IsHostFramebuffer(this->SourceFBO))
-  {
-    window->GetState()->vtkglBindFramebuffer(GL_READ_FRAMEBUFFER, this->SourceFBO);
-    this->BadSourceFBO = -1;
-  }
-  else if (this->BadSourceFBO != this->SourceFBO)
-  {
-    this->BadSourceFBO = this->SourceFBO;
-    vtkLogF(ERROR,
-      "The context has no framebuffer object %d to copy the host's image from; the bound one is "
-      "taken. SetSourceFBO() names it, 0 is the window",
-      this->SourceFBO);
-  }
+  return this->Frame->IsOpen();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -550,11 +264,9 @@ void zylView::PreRenderSetup()
   }
   if (!this->IgnoreHostContext && this->BeginHostFrame())
   {
-    this->BindSourceFramebuffer();
-    this->GetHostWindow()->CopyFromHost();
+    this->Frame->CopyIn(this->SourceFBO);
     Mark("ZYL - push OpenGL state");
-    this->RenderWindow->GetState()->Push();
-    this->OpenGLStatePushed = true;
+    this->Frame->PushState();
     zylTimeController::GetInstance()->Update();
   }
   this->InRenderSetup = true;
@@ -575,13 +287,12 @@ void zylView::PostRenderCleanup()
   if (!this->IgnoreHostContext && this->FindHostFrame())
   {
     Mark("ZYL - begin BlitDisplayFramebuffer()");
-    this->GetHostWindow()->CopyToHost();
+    this->Frame->CopyOut();
     Mark("ZYL - end BlitDisplayFramebuffer()");
     Mark("ZYL - begin pop OpenGL state");
-    this->RenderWindow->GetState()->Pop();
-    this->OpenGLStatePushed = false;
+    this->Frame->PopState();
     Mark("ZYL - end pop OpenGL state pop");
-    this->GetHostWindow()->EndFrame();
+    this->Frame->End();
   }
   this->InRenderSetup = false;
   if (this->Proxy)
@@ -602,9 +313,8 @@ void zylView::PreSelectSetup()
   if (this->BeginHostFrame())
   {
     Mark("ZYL - selection begin push OpenGL state");
-    this->RenderWindow->GetState()->Push();
+    this->Frame->PushState();
     Mark("ZYL - selection end push OpenGL state");
-    this->OpenGLStatePushed = true;
     zylTimeController::GetInstance()->Update();
   }
   this->InSelectSetup = true;
@@ -621,10 +331,9 @@ void zylView::PostSelectCleanup()
   if (this->FindHostFrame())
   {
     Mark("ZYL - selection begin pop OpenGL state");
-    this->RenderWindow->GetState()->Pop();
-    this->OpenGLStatePushed = false;
+    this->Frame->PopState();
     Mark("ZYL - selection end pop OpenGL state pop");
-    this->GetHostWindow()->EndFrame();
+    this->Frame->End();
   }
   this->InSelectSetup = false;
   this->UpdateProxy();
@@ -633,24 +342,10 @@ void zylView::PostSelectCleanup()
 //--------------------------------------------------------------------------------------------------
 void zylView::Update()
 {
-  if (!this->HasSession("Update()"))
+  if (this->HasSession("Update()"))
   {
-    return;
+    zylViewSettings::Push(this->Properties, this->LightKitProperties, this->Proxy);
   }
-  zylPush(this->Properties, GeneralRows, this->Proxy);
-  if (this->Properties->Has("NetworkPreset"))
-  {
-    const int preset = this->Properties->GetInt("NetworkPreset");
-    if (preset >= 1 && preset <= CompressorCount)
-    {
-      vtkSMPropertyHelper(this->Proxy, "CompressorConfig").Set(Compressors[preset - 1]);
-    }
-  }
-  for (const std::string& name : this->LightKitProperties->GetPropertyNames())
-  {
-    zylPushProperty(this->LightKitProperties->GetProperty(name), this->Proxy, name.c_str());
-  }
-  this->Proxy->UpdateVTKObjects();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -707,21 +402,20 @@ void zylView::ResetCameraClippingRange()
 //--------------------------------------------------------------------------------------------------
 void zylView::ResetCameraToNormal(double cx, double cy, double cz, double nx, double ny, double nz)
 {
-  double normal[3] = { nx, ny, nz };
-  const double length = vtkMath::Normalize(normal);
-  if (!(length > 0.0) || !std::isfinite(length))
+  vtkCamera* camera = this->GetCamera();
+  if (!camera)
+  {
+    return;
+  }
+  const double center[3] = { cx, cy, cz };
+  const double normal[3] = { nx, ny, nz };
+  if (!zylHostCamera::LookAgainstNormal(camera, center, normal))
   {
     vtkLogF(ERROR, "ResetCameraToNormal: (%f, %f, %f) is not a direction", nx, ny, nz);
     return;
   }
-  if (vtkCamera* camera = this->GetCamera())
-  {
-    camera->SetPosition(cx + length * normal[0], cy + length * normal[1], cz + length * normal[2]);
-    camera->SetFocalPoint(cx, cy, cz);
-    camera->OrthogonalizeViewUp();
-    this->ResetCamera();
-    this->Render();
-  }
+  this->ResetCamera();
+  this->Render();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -736,12 +430,7 @@ void zylView::SetViewDir(int direction, bool flip)
   this->GetBounds(bounds);
   double center[3];
   vtkBoundingBox(bounds).GetCenter(center);
-  const Direction& row = Directions[direction >= 1 && direction <= 5 ? direction : 0];
-  const double sign = flip ? -1.0 : 1.0;
-  camera->SetViewUp(row.ViewUp[0], row.ViewUp[1], row.ViewUp[2]);
-  camera->SetFocalPoint(center);
-  camera->SetPosition(center[0] + sign * row.Offset[0], center[1] + sign * row.Offset[1],
-    center[2] + sign * row.Offset[2]);
+  zylHostCamera::LookAlongAxis(camera, center, direction, flip);
   this->ResetCamera();
 }
 
@@ -749,33 +438,10 @@ void zylView::SetViewDir(int direction, bool flip)
 void zylView::SetCameraMatrices(const double* first, const double* second, const double* projection)
 {
   vtkCamera* camera = this->GetCamera();
-  if (!camera)
-  {
-    return;
-  }
-  CameraValues values;
-  double backward[3];
-  bool valid = projection != nullptr;
-  if (valid)
-  {
-    ReadPlacement(first, second, values, backward);
-    values.Parallel = projection[15] != 0.0;
-    values.Parallel ? ReadOrthographic(projection, backward, values)
-                    : ReadPerspective(projection, values);
-    valid = values.IsFinite();
-  }
-  if (!valid)
+  if (camera && !zylHostCamera::SetMatrices(camera, first, second, projection))
   {
     vtkLogF(ERROR, "SetCameraMatrices: the matrices describe no camera");
-    return;
   }
-  camera->SetPosition(values.Position);
-  camera->SetViewUp(values.ViewUp);
-  camera->SetFocalPoint(values.FocalPoint);
-  camera->SetParallelProjection(values.Parallel);
-  values.Parallel ? camera->SetParallelScale(values.Scale) : camera->SetViewAngle(values.Scale);
-  camera->SetWindowCenter(values.WindowCenter[0], values.WindowCenter[1]);
-  camera->SetClippingRange(values.Near, values.Far);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -922,33 +588,22 @@ void zylView::SetOrientationAxis(bool on)
 //--------------------------------------------------------------------------------------------------
 void zylView::SetPolygonalOffset(double factor, double units)
 {
-  if (vtkSMProxy* settings = this->GetRenderViewSettings())
-  {
-    const double values[2] = { factor, units };
-    vtkSMPropertyHelper(settings, "PolygonOffsetParameters").Set(values, 2);
-    settings->UpdateVTKObjects();
-  }
+  zylViewSettings::SetOffset(
+    zylCore::GetInstance()->GetSessionProxyManager(), "PolygonOffsetParameters", { factor, units });
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::SetLineOffset(double factor, double units)
 {
-  if (vtkSMProxy* settings = this->GetRenderViewSettings())
-  {
-    const double values[2] = { factor, units };
-    vtkSMPropertyHelper(settings, "LineOffsetParameters").Set(values, 2);
-    settings->UpdateVTKObjects();
-  }
+  zylViewSettings::SetOffset(
+    zylCore::GetInstance()->GetSessionProxyManager(), "LineOffsetParameters", { factor, units });
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::SetPointOffset(double units)
 {
-  if (vtkSMProxy* settings = this->GetRenderViewSettings())
-  {
-    vtkSMPropertyHelper(settings, "PointOffsetParameter").Set(units);
-    settings->UpdateVTKObjects();
-  }
+  zylViewSettings::SetOffset(
+    zylCore::GetInstance()->GetSessionProxyManager(), "PointOffsetParameter", { units });
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -988,14 +643,13 @@ vtkSmartPointer<vtkImageData> zylView::CaptureImage()
   {
     return nullptr;
   }
-  vtkSmartPointer<vtkSMProxy> proxy = this->NewScreenshotProxy(nullptr);
-  auto* screenshot = vtkSMSaveScreenshotProxy::SafeDownCast(proxy);
+  zylScreenshot screenshot(this->Proxy);
   if (!screenshot)
   {
     return nullptr;
   }
   this->PreRenderSetup();
-  vtkSmartPointer<vtkImageData> image = screenshot->CaptureImage();
+  vtkSmartPointer<vtkImageData> image = screenshot.Capture();
   this->PostRenderCleanup();
   return image;
 }
@@ -1012,21 +666,19 @@ bool zylView::SaveScreenshot(const char* fileName)
   {
     return false;
   }
-  if (!IsWritable(fileName))
+  if (!zylScreenshot::IsWritable(fileName))
   {
     vtkLogF(ERROR, "SaveScreenshot: '%s' cannot be written to", fileName);
     return false;
   }
-  vtkSmartPointer<vtkSMProxy> proxy = this->NewScreenshotProxy(fileName);
-  auto* screenshot = vtkSMSaveScreenshotProxy::SafeDownCast(proxy);
+  zylScreenshot screenshot(this->Proxy, fileName);
   if (!screenshot)
   {
     return false;
   }
   this->PreRenderSetup();
-  bool written = screenshot->WriteImage(fileName);
+  const bool written = screenshot.Write();
   this->PostRenderCleanup();
-  written = IsWritten(fileName) && written; // ParaView does not see all failures
   if (!written)
   {
     vtkLogF(ERROR, "SaveScreenshot: '%s' could not be written", fileName);
@@ -1045,7 +697,7 @@ void zylView::StartRenderCallback(
     return;
   }
   const bool suppressed = vtkSMPropertyHelper(proxy, "SuppressRendering").GetAsInt() != 0;
-  if (!suppressed && !self->OpenGLStatePushed && !self->IgnoreHostContext)
+  if (!suppressed && !self->Frame->IsStatePushed() && !self->IgnoreHostContext)
   {
     vtkLogF(ERROR, "ParaView RenderView is being called without the OpenGL state being recorded");
     vtkLogF(ERROR, "%s", vtksys::SystemInformation::GetProgramStack(5, 1).c_str());
@@ -1064,25 +716,13 @@ vtkCamera* zylView::GetCamera()
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkSMProxy* zylView::GetRenderViewSettings()
-{
-  vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
-  vtkSMProxy* settings = manager ? manager->GetProxy("settings", "RenderViewSettings") : nullptr;
-  if (!settings)
-  {
-    vtkLogF(ERROR, "No RenderViewSettings found");
-  }
-  return settings;
-}
-
-//--------------------------------------------------------------------------------------------------
 bool zylView::BeginCapture(const char* operation)
 {
   if (!this->HasSession(operation))
   {
     return false;
   }
-  zylHostRenderWindow* window = this->GetHostWindow();
+  zylHostRenderWindow* window = this->Frame->GetWindow();
   if (window && !window->HasArea())
   {
     vtkLogF(ERROR, "%s: the window has no area", operation);
@@ -1092,28 +732,6 @@ bool zylView::BeginCapture(const char* operation)
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkSmartPointer<vtkSMProxy> zylView::NewScreenshotProxy(const char* fileName)
-{
-  vtkSMSessionProxyManager* manager = this->Proxy->GetSessionProxyManager();
-  auto proxy = vtkSmartPointer<vtkSMProxy>::Take(manager->NewProxy("misc", "SaveScreenshot"));
-  auto* screenshot = vtkSMSaveScreenshotProxy::SafeDownCast(proxy);
-  if (!screenshot)
-  {
-    vtkLogF(ERROR, "The session knows no screenshots");
-    return nullptr;
-  }
-  vtkNew<vtkSMParaViewPipelineController> controller;
-  controller->PreInitializeProxy(screenshot);
-  vtkSMPropertyHelper(screenshot, "View").Set(this->Proxy);
-  vtkSMPropertyHelper(screenshot, "SaveAllViews").Set(0);
-  if (fileName)
-  {
-    screenshot->UpdateDefaultsAndVisibilities(fileName);
-  }
-  controller->PostInitializeProxy(screenshot);
-  return proxy;
-}
-
 //--------------------------------------------------------------------------------------------------
 zylRepresentation* zylView::GetZYLRepresentation(vtkSMProxy* proxy)
 {

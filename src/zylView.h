@@ -25,6 +25,7 @@
 
 #include "zylExport.h"
 
+#include <memory>
 #include <set>
 #include <string>
 
@@ -40,7 +41,7 @@ class vtkOpenGLRenderWindow;
 class vtkRenderer;
 class vtkSMProxy;
 class vtkSMRenderViewProxy;
-class zylHostRenderWindow;
+class zylHostFrame;
 class zylPropertyCollection;
 class zylRepresentation;
 
@@ -178,11 +179,8 @@ private:
   bool AdoptHostContext();
   bool BeginHostFrame();
   bool FindHostFrame();
-  void BindSourceFramebuffer();
   void ResetCameraInBounds(const double* bounds);
   vtkCamera* GetCamera();
-  vtkSMProxy* GetRenderViewSettings();
-  vtkSmartPointer<vtkSMProxy> NewScreenshotProxy(const char* fileName);
   bool BeginCapture(const char* operation);
   zylRepresentation* GetZYLRepresentation(vtkSMProxy* proxy);
 
@@ -191,18 +189,14 @@ private:
   vtkSmartPointer<vtkSMRenderViewProxy> Proxy;
   vtkWeakPointer<vtkRenderer> Renderer; // these two go with the session
   vtkWeakPointer<vtkOpenGLRenderWindow> RenderWindow;
-  bool ContextInitialized = false;
   std::set<vtkSmartPointer<zylRepresentation>> Representations;
   vtkSmartPointer<zylPropertyCollection> Properties;
   vtkSmartPointer<zylPropertyCollection> LightKitProperties;
   vtkSmartPointer<vtkGraphicsFactory> GraphicsFactory;
   bool InRenderSetup = false;
   bool InSelectSetup = false;
-  bool OpenGLStatePushed = false;
   vtkSmartPointer<vtkCallbackCommand> StartRenderCommand;
-
-  zylHostRenderWindow* GetHostWindow();
-  int BadSourceFBO = -1; // reported already
+  std::unique_ptr<zylHostFrame> Frame;
 };
 
 #endif

@@ -1,28 +1,23 @@
 #include "Host/zylHostRenderWindow.h"
 
+#include "Host/zylHostFramebuffer.h"
+
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <set>
 #include <sstream>
 
-#include <vtkCollection.h>
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
-#include <vtkObjectFactoryCollection.h>
 #include <vtkOpenGLFramebufferObject.h>
 #include <vtkOpenGLState.h>
-#include <vtkPVView.h>
 #include <vtkRenderer.h>
 #include <vtkRendererCollection.h>
 #include <vtkTextureObject.h>
 #include <vtkTextureUnitManager.h>
-#include <vtkVersion.h>
 #include <vtk_glew.h>
 
 namespace {
-constexpr const char* WindowClass = "vtkRenderWindow";
-
 std::set<const zylHostRenderWindow*> LiveWindows;
 
 // Tells the window which texture units the renderer uses, before it does.
@@ -49,23 +44,6 @@ private:
 };
 vtkStandardNewMacro(TextureUnits);
 
-class WindowFactory : public vtkObjectFactory
-{
-public:
-  static WindowFactory* New();
-  vtkTypeMacro(WindowFactory, vtkObjectFactory);
-  const char* GetVTKSourceVersion() override { return VTK_SOURCE_VERSION; }
-  const char* GetDescription() override { return "render windows in the host's context"; }
-
-protected:
-  WindowFactory()
-  {
-    this->RegisterOverride(WindowClass, "zylHostRenderWindow", "draws in the host's context", 1,
-      []() -> vtkObject* { return zylHostRenderWindow::New(); });
-  }
-};
-vtkStandardNewMacro(WindowFactory);
-
 // 10 * major + minor of the current context, also of one too old to answer by number.
 int ContextVersion()
 {
@@ -87,45 +65,6 @@ void ClearErrors()
   }
 }
 
-int AttachmentValue(GLenum target, GLenum attachment, GLenum name)
-{
-  GLint value = 0;
-  glGetFramebufferAttachmentParameteriv(target, attachment, name, &value);
-  return value;
-}
-
-// The internal format of the depth buffer that is bound to `target`; 0 when there is none.
-GLenum DepthFormatOf(GLenum target)
-{
-  const GLenum binding =
-    target == GL_READ_FRAMEBUFFER ? GL_READ_FRAMEBUFFER_BINDING : GL_DRAW_FRAMEBUFFER_BINDING;
-  GLint name = 0;
-  glGetIntegerv(binding, &name);
-  const GLenum depth = name ? GL_DEPTH_ATTACHMENT : GL_DEPTH;
-  const GLenum stencil = name ? GL_DEPTH_ATTACHMENT : GL_STENCIL;
-  if (AttachmentValue(target, depth, GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE) == GL_NONE)
-  {
-    return 0;
-  }
-  const int bits = AttachmentValue(target, depth, GL_FRAMEBUFFER_ATTACHMENT_DEPTH_SIZE);
-  const bool real =
-    AttachmentValue(target, depth, GL_FRAMEBUFFER_ATTACHMENT_COMPONENT_TYPE) == GL_FLOAT;
-  const bool packed =
-    AttachmentValue(target, stencil, GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE) != GL_NONE &&
-    AttachmentValue(target, stencil, GL_FRAMEBUFFER_ATTACHMENT_STENCIL_SIZE) > 0;
-  switch (bits)
-  {
-    case 0:
-      return 0;
-    case 16:
-      return GL_DEPTH_COMPONENT16;
-    case 32:
-      return !real ? GL_DEPTH_COMPONENT32 : packed ? GL_DEPTH32F_STENCIL8 : GL_DEPTH_COMPONENT32F;
-    default:
-      return packed ? GL_DEPTH24_STENCIL8 : GL_DEPTH_COMPONENT24;
-  }
-}
-
 std::string Hexadecimal(unsigned int value)
 {
   std::ostringstream text;
@@ -133,44 +72,6 @@ std::string Hexadecimal(unsigned int value)
   return text.str();
 }
 
-// With one draw buffer only, the picture does not land in the host's other color attachments.
-class SingleDrawBuffer
-{
-public:
-  SingleDrawBuffer()
-  {
-    GLint count = 0;
-    glGetIntegerv(GL_MAX_DRAW_BUFFERS, &count);
-    int used = 0;
-    GLenum first = GL_NONE;
-    for (GLint i = 0; i < count; ++i)
-    {
-      GLint buffer = GL_NONE;
-      glGetIntegerv(GL_DRAW_BUFFER0 + i, &buffer);
-      this->Saved.push_back(buffer);
-      used += buffer != GL_NONE;
-      first = first == GL_NONE ? buffer : first;
-    }
-    if (used < 2)
-    {
-      this->Saved.clear();
-      return;
-    }
-    glDrawBuffer(first);
-  }
-  ~SingleDrawBuffer()
-  {
-    if (!this->Saved.empty())
-    {
-      glDrawBuffers(static_cast<GLsizei>(this->Saved.size()), this->Saved.data());
-    }
-  }
-  SingleDrawBuffer(const SingleDrawBuffer&) = delete;
-  SingleDrawBuffer& operator=(const SingleDrawBuffer&) = delete;
-
-private:
-  std::vector<GLenum> Saved;
-};
 } // namespace
 
 vtkStandardNewMacro(zylHostRenderWindow);
@@ -295,7 +196,7 @@ void zylHostRenderWindow::CopyFromHost()
   if (status == GL_FRAMEBUFFER_COMPLETE)
   {
     glGetIntegerv(GL_READ_BUFFER, &colorBuffer);
-    depthFormat = DepthFormatOf(GL_READ_FRAMEBUFFER);
+    depthFormat = zylHostFramebuffer::DepthFormat(GL_READ_FRAMEBUFFER);
   }
   else
   {
@@ -344,7 +245,7 @@ void zylHostRenderWindow::CopyToHost()
     return;
   }
   std::string problem;
-  const GLenum depthFormat = DepthFormatOf(GL_DRAW_FRAMEBUFFER);
+  const GLenum depthFormat = zylHostFramebuffer::DepthFormat(GL_DRAW_FRAMEBUFFER);
   GLbitfield mask = GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT;
   if (depthFormat != 0 && depthFormat != this->DepthFormat && this->MultiSamples <= 1)
   {
@@ -354,7 +255,7 @@ void zylHostRenderWindow::CopyToHost()
       Hexadecimal(this->DepthFormat) + ", " + Hexadecimal(depthFormat) + ")";
   }
   ClearErrors();
-  SingleDrawBuffer single;
+  zylHostFramebuffer::SingleDrawBuffer single;
   const int* size = this->Size;
   this->BlitDisplayFramebuffer(0, 0, 0, size[0], size[1], 0, 0, size[0], size[1], mask, GL_NEAREST);
   const GLenum error = glGetError();
@@ -564,37 +465,20 @@ void zylHostRenderWindow::Report(std::string& last, const std::string& problem)
 }
 
 //--------------------------------------------------------------------------------------------------
-zylHostRenderWindowScope::zylHostRenderWindowScope()
-  : Factory(vtkSmartPointer<WindowFactory>::New())
-  , Generic(vtkPVView::GetUseGenericOpenGLRenderWindow())
+zylHostResourceScope::zylHostResourceScope(vtkOpenGLRenderWindow* window)
+  : Window(window)
 {
-  vtkPVView::SetUseGenericOpenGLRenderWindow(false);
-  vtkObjectFactoryCollection* factories = vtkObjectFactory::GetRegisteredFactories();
-  vtkCollectionSimpleIterator iterator;
-  factories->InitTraversal(iterator);
-  while (auto* factory = static_cast<vtkObjectFactory*>(factories->GetNextItemAsObject(iterator)))
+  if (window)
   {
-    for (int i = 0; i < factory->GetNumberOfOverrides(); ++i)
-    {
-      if (std::strcmp(factory->GetClassOverrideName(i), WindowClass) == 0 &&
-        factory->GetEnableFlag(i))
-      {
-        const std::string subclass = factory->GetClassOverrideWithName(i);
-        factory->SetEnableFlag(0, WindowClass, subclass.c_str());
-        this->Disabled.emplace_back(factory, subclass);
-      }
-    }
+    window->PushContext();
   }
-  vtkObjectFactory::RegisterFactory(this->Factory);
 }
 
 //--------------------------------------------------------------------------------------------------
-zylHostRenderWindowScope::~zylHostRenderWindowScope()
+zylHostResourceScope::~zylHostResourceScope()
 {
-  vtkObjectFactory::UnRegisterFactory(this->Factory);
-  for (const auto& item : this->Disabled)
+  if (this->Window)
   {
-    item.first->SetEnableFlag(1, WindowClass, item.second.c_str());
+    this->Window->PopContext();
   }
-  vtkPVView::SetUseGenericOpenGLRenderWindow(this->Generic);
 }

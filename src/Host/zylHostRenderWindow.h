@@ -8,7 +8,7 @@
  * context than the one it adopted: resources released while that one is not current are forgotten,
  * and go with it.
  *
- * Private to the library. It is made by the view proxy while a zylHostRenderWindowScope lives.
+ * Private to the library. zylHostWindowFactory has it made by the view proxy.
  */
 #ifndef zylHostRenderWindow_h
 #define zylHostRenderWindow_h
@@ -23,9 +23,8 @@
 #include <vector>
 
 #include <vtkGenericOpenGLRenderWindow.h>
-#include <vtkSmartPointer.h>
+#include <vtkWeakPointer.h>
 
-class vtkObjectFactory;
 class vtkOpenGLFramebufferObject;
 class vtkTextureUnitManager;
 
@@ -117,20 +116,18 @@ private:
   std::string CapabilityReport;
 };
 
-/// While it lives, a new vtkRenderWindow is a zylHostRenderWindow; afterwards everything is as it
-/// was.
-class ZYL_PRIVATE zylHostRenderWindowScope
+/// While it lives, OpenGL objects that are dropped are deleted in the adopted context or not at
+/// all.
+class ZYL_PRIVATE zylHostResourceScope
 {
 public:
-  zylHostRenderWindowScope();
-  ~zylHostRenderWindowScope();
-  zylHostRenderWindowScope(const zylHostRenderWindowScope&) = delete;
-  zylHostRenderWindowScope& operator=(const zylHostRenderWindowScope&) = delete;
+  explicit zylHostResourceScope(vtkOpenGLRenderWindow* window);
+  ~zylHostResourceScope();
+  zylHostResourceScope(const zylHostResourceScope&) = delete;
+  zylHostResourceScope& operator=(const zylHostResourceScope&) = delete;
 
 private:
-  vtkSmartPointer<vtkObjectFactory> Factory;
-  std::vector<std::pair<vtkObjectFactory*, std::string>> Disabled;
-  bool Generic;
+  vtkWeakPointer<vtkOpenGLRenderWindow> Window;
 };
 
 #endif

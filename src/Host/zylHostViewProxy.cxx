@@ -1,0 +1,64 @@
+#include "Host/zylHostViewProxy.h"
+
+#include "Host/zylHostContext.h"
+#include "Host/zylHostWindowFactory.h"
+#include "ParaView/zylParaViewCompat.h"
+
+#include <vtkCommand.h>
+#include <vtkNew.h>
+#include <vtkPVRenderViewSettings.h>
+#include <vtkSMParaViewPipelineControllerWithRendering.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMRenderViewProxy.h>
+#include <vtkSMSessionProxyManager.h>
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
+  vtkSMSessionProxyManager* manager, vtkCommand* startRender)
+{
+  // The window comes with the proxy. ParaView looks at the display before the first one.
+  zylHostContextKeeper context;
+  zylHostRenderWindowScope window;
+  vtkSmartPointer<vtkSMProxy> proxy;
+  if (manager)
+  {
+    proxy.TakeReference(manager->NewProxy("views", "RenderView"));
+  }
+  vtkSmartPointer<vtkSMRenderViewProxy> view = vtkSMRenderViewProxy::SafeDownCast(proxy);
+  if (!view)
+  {
+    return nullptr;
+  }
+  view->AddObserver(vtkCommand::StartEvent, startRender);
+  vtkNew<vtkSMParaViewPipelineControllerWithRendering> controller;
+  controller->InitializeProxy(view);
+  controller->RegisterViewProxy(view);
+
+  vtkSMPropertyHelper(view, "LockBounds").Set(1);
+  vtkSMPropertyHelper(view, "SuppressRendering").Set(1);
+  view->UpdateVTKObjects();
+
+  auto* settings = vtkPVRenderViewSettings::GetInstance();
+  settings->SetResolveCoincidentTopology(vtkPVRenderViewSettings::OFFSET_FACES);
+  settings->SetPolygonOffsetParameters(0, 0);
+  settings->SetLineOffsetParameters(0, -4);
+  settings->SetPointOffsetParameter(-8);
+
+  vtkSMPropertyHelper(view, "DepthPeeling").Set(0);
+  vtkSMPropertyHelper(view, "UseFXAA").Set(0);
+  vtkSMPropertyHelper(view, "OrientationAxesVisibility").Set(0);
+  zylParaView::UseOwnBackground(view);
+  view->UpdateVTKObjects();
+  return view;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostViewProxy::Release(vtkSMRenderViewProxy* view, vtkCommand* startRender)
+{
+  view->RemoveObserver(startRender);
+  if (view->GetSession())
+  {
+    vtkNew<vtkSMParaViewPipelineControllerWithRendering> controller;
+    controller->UnRegisterProxy(view);
+  }
+}
