@@ -22,7 +22,7 @@ void SetUnlessChosen(std::string& option, const std::string& value)
 // Put settings before the user's own, which so have the last word.
 void SetBlocks(zylViewOptions& options, const std::vector<std::string>& texts)
 {
-  std::vector<zylViewBlockSetting> settings;
+  std::vector<zylViewSetting> settings;
   std::transform(texts.begin(), texts.end(), std::back_inserter(settings), &zylParseBlockSetting);
   options.BlockSettings.insert(options.BlockSettings.begin(), settings.begin(), settings.end());
 }

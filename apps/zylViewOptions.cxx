@@ -2,8 +2,9 @@
 
 #include "zylViewError.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
+#include <tuple>
 
 #include <CLI/CLI.hpp>
 
@@ -26,7 +27,8 @@ Block settings (--block, repeatable): ID|NAME:SETTING=VALUE
 In the window: left drag orbits, middle or Shift+left drag pans, wheel or right drag zooms, h helps.
 
 Exit codes: 0 done, 1 rendering or writing failed, 2 bad arguments, 3 a file cannot be read,
-4 no such array, block, setting, color map or reader, 5 no display for a window, 6 no server.)";
+4 no such array, block, setting, color map or reader, 5 no display for a window, 6 no server,
+7 there is nothing to draw.)";
 
 //--------------------------------------------------------------------------------------------------
 [[noreturn]] void Bad(const std::string& message)
@@ -34,54 +36,15 @@ Exit codes: 0 done, 1 rendering or writing failed, 2 bad arguments, 3 a file can
   throw zylViewError(zylViewBadArguments, message);
 }
 
-double Number(const std::string& text, const std::string& context)
-{
-  char* end = nullptr;
-  const double value = std::strtod(text.c_str(), &end);
-  if (text.empty() || *end != '\0')
-  {
-    Bad("'" + text + "' in '" + context + "' is not a number");
-  }
-  return value;
-}
-
-std::vector<double> Numbers(const std::string& text, std::size_t count, const std::string& context)
-{
-  std::vector<double> values;
-  for (const std::string& part : CLI::detail::split(text, ','))
-  {
-    values.push_back(Number(part, context));
-  }
-  if (values.size() != count)
-  {
-    Bad("'" + context + "' needs " + std::to_string(count) + " numbers, not " +
-      std::to_string(values.size()));
-  }
-  return values;
-}
-
 template <std::size_t N>
 std::array<double, N> Tuple(const std::string& text, const char* option)
 {
-  const auto values = Numbers(text, N, std::string(option) + " " + text);
+  const auto values = zylParseNumbers(text, N, std::string(option) + " " + text);
   std::array<double, N> tuple{};
   std::copy(values.begin(), values.end(), tuple.begin());
   return tuple;
 }
 
-// "NAME:NUMBER"; a name may hold colons.
-void NameAndNumber(const std::string& text, const char* option, std::string& name, double& number)
-{
-  const auto colon = text.rfind(':');
-  if (colon == std::string::npos || colon == 0)
-  {
-    Bad(std::string(option) + " '" + text + "' is not of the form NAME:NUMBER");
-  }
-  name = text.substr(0, colon);
-  number = Number(text.substr(colon + 1), option + (" " + text));
-}
-
-//--------------------------------------------------------------------------------------------------
 void SetSize(const std::string& text, zylViewOptions& options)
 {
   char rest = 0;
@@ -123,18 +86,13 @@ void SetRange(const std::string& text, zylViewOptions& options)
 
 void SetContours(const std::string& text, zylViewOptions& options)
 {
-  double number = 0.0;
-  NameAndNumber(text, "--contours", options.ContourArray, number);
-  options.NumberOfContours = static_cast<int>(number);
-  if (number < 2 || number > 1000 || options.NumberOfContours != number)
-  {
-    Bad("--contours '" + text + "': the number of contour lines is a whole number from 2 to 1000");
-  }
+  std::tie(options.ContourArray, options.NumberOfContours) =
+    zylParseNameAndCount(text, "--contours", 2, 1000, "the number of contour lines");
 }
 
 void SetGlyphs(const std::string& text, zylViewOptions& options)
 {
-  NameAndNumber(text, "--glyphs", options.GlyphArray, options.GlyphScale);
+  std::tie(options.GlyphArray, options.GlyphScale) = zylParseNameAndNumber(text, "--glyphs");
 }
 
 // A repeated option comes as one text, a line for each time.
@@ -293,74 +251,4 @@ bool zylParseViewOptions(int argc, const char* const* argv, zylViewOptions& opti
     exitCode = error.Code;
   }
   return false;
-}
-
-//--------------------------------------------------------------------------------------------------
-zylViewBlockSetting zylParseBlockSetting(const std::string& text)
-{
-  // The last colon before the first equals sign that follows a colon: names may hold either.
-  const auto equals = text.find('=', text.find(':') == std::string::npos ? 0 : text.find(':'));
-  const auto colon = equals == std::string::npos ? equals : text.rfind(':', equals);
-  if (colon == std::string::npos || colon == 0 || equals == colon + 1)
-  {
-    Bad("--block '" + text + "' is not of the form ID|NAME:SETTING=VALUE");
-  }
-  zylViewBlockSetting setting;
-  setting.Block = text.substr(0, colon);
-  setting.Kind = "Surface";
-  setting.Name = text.substr(colon + 1, equals - colon - 1);
-  setting.Value = text.substr(equals + 1);
-  const auto dot = setting.Name.find('.');
-  if (dot != std::string::npos)
-  {
-    setting.Kind = setting.Name.substr(0, dot);
-    setting.Name = setting.Name.substr(dot + 1);
-  }
-  return setting;
-}
-
-//--------------------------------------------------------------------------------------------------
-zylViewClip zylParseClip(const std::string& text)
-{
-  struct Form
-  {
-    const char* Name;
-    zylViewClip::Shape Kind;
-    std::size_t Count;
-  };
-  static constexpr Form forms[] = { { "plane", zylViewClip::Shape::Plane, 6 },
-    { "box", zylViewClip::Shape::Box, 6 }, { "cylinder", zylViewClip::Shape::Cylinder, 7 },
-    { "sphere", zylViewClip::Shape::Sphere, 4 }, { "scalar", zylViewClip::Shape::Scalar, 2 } };
-  static const std::string outside = ":outside";
-
-  const auto colon = text.find(':');
-  std::string rest = colon == std::string::npos ? "" : text.substr(colon + 1);
-  zylViewClip clip;
-  clip.Outside = rest.size() > outside.size() &&
-    rest.compare(rest.size() - outside.size(), outside.size(), outside) == 0;
-  if (clip.Outside)
-  {
-    rest.resize(rest.size() - outside.size());
-  }
-  for (const Form& form : forms)
-  {
-    if (text.substr(0, colon) != form.Name)
-    {
-      continue;
-    }
-    clip.Kind = form.Kind;
-    if (form.Kind == zylViewClip::Shape::Scalar)
-    {
-      const auto comma = rest.find(',');
-      clip.Variable = rest.substr(0, comma);
-      rest = comma == std::string::npos ? "" : rest.substr(comma + 1);
-      if (clip.Outside)
-      {
-        Bad("--clip '" + text + "': a scalar clip keeps the range, it has no outside");
-      }
-    }
-    clip.Values = Numbers(rest, form.Count, "--clip " + text);
-    return clip;
-  }
-  Bad("--clip '" + text + "' does not begin with plane:, box:, cylinder:, sphere: or scalar:");
 }

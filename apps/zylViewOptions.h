@@ -4,36 +4,12 @@
 #ifndef zylViewOptions_h
 #define zylViewOptions_h
 
+#include "zylViewForms.h"
+
 #include <array>
 #include <optional>
 #include <string>
 #include <vector>
-
-/// One clip. Values in the order in which the user writes them.
-struct zylViewClip
-{
-  enum class Shape
-  {
-    Plane,    ///< origin, normal
-    Box,      ///< xmin, xmax, ymin, ymax, zmin, zmax
-    Cylinder, ///< center, axis, radius
-    Sphere,   ///< center, radius
-    Scalar    ///< lower, upper; the array in Variable
-  };
-  Shape Kind = Shape::Plane;
-  std::vector<double> Values;
-  std::string Variable;
-  bool Outside = false; ///< keep what a shape excludes; for a plane the side its normal points to
-};
-
-/// One setting of one block (or of all leaf blocks below it).
-struct zylViewBlockSetting
-{
-  std::string Block; ///< flat index or name
-  std::string Kind;  ///< Surface, Contour, FeatureLine, MeshLine or VectorGlyph
-  std::string Name;
-  std::string Value; ///< elements separated by commas
-};
 
 struct zylViewOptions
 {
@@ -65,7 +41,7 @@ struct zylViewOptions
   std::string GlyphArray; ///< empty: none
   double GlyphScale = 1.0;
   std::vector<zylViewClip> Clips;
-  std::vector<zylViewBlockSetting> BlockSettings;
+  std::vector<zylViewSetting> BlockSettings;
   bool Demo = false;
   bool Sample = false; ///< the built-in sample is shown; set when it is loaded
 
@@ -84,10 +60,5 @@ struct zylViewOptions
 /// Fill `options` from the command line. Returns true when the program shall go on; otherwise help,
 /// the version or a message has been printed and `exitCode` is set.
 bool zylParseViewOptions(int argc, const char* const* argv, zylViewOptions& options, int& exitCode);
-
-/// "ID|NAME:SETTING=VALUE"; throws zylViewError.
-zylViewBlockSetting zylParseBlockSetting(const std::string& text);
-/// "plane:...", "box:..." and so on; throws zylViewError.
-zylViewClip zylParseClip(const std::string& text);
 
 #endif

@@ -34,14 +34,14 @@ void SetTriple(zylPropertyCollection* properties, const char* name, const double
   properties->Set(name, values, 3);
 }
 
-[[noreturn]] void BadValue(const zylViewBlockSetting& setting, const std::string& expected)
+[[noreturn]] void BadValue(const zylViewSetting& setting, const std::string& expected)
 {
   throw zylViewError(zylViewBadArguments,
-    "--block '" + setting.Block + ":" + setting.Name + "': '" + setting.Value + "' is not " +
+    "--block '" + setting.Owner + ":" + setting.Name + "': '" + setting.Value + "' is not " +
       expected);
 }
 
-bool ParseBool(const std::string& text, const zylViewBlockSetting& setting)
+bool ParseBool(const std::string& text, const zylViewSetting& setting)
 {
   const std::string word = CLI::detail::to_lower(text);
   const bool yes = word == "true" || word == "1" || word == "on" || word == "yes";
@@ -52,7 +52,7 @@ bool ParseBool(const std::string& text, const zylViewBlockSetting& setting)
   return yes;
 }
 
-double ParseNumber(const std::string& text, const zylViewBlockSetting& setting)
+double ParseNumber(const std::string& text, const zylViewSetting& setting)
 {
   char* end = nullptr;
   const double value = std::strtod(text.c_str(), &end);
@@ -64,7 +64,7 @@ double ParseNumber(const std::string& text, const zylViewBlockSetting& setting)
 }
 
 //--------------------------------------------------------------------------------------------------
-void SetProperty(zylPropertyCollection* properties, const zylViewBlockSetting& setting)
+void SetProperty(zylPropertyCollection* properties, const zylViewSetting& setting)
 {
   zylProperty* property = properties->GetProperty(setting.Name);
   if (property == nullptr)
@@ -151,9 +151,9 @@ void zylViewSettings::ShowSurfaces()
 //--------------------------------------------------------------------------------------------------
 void zylViewSettings::ApplyBlockSettings()
 {
-  for (const zylViewBlockSetting& setting : this->Options.BlockSettings)
+  for (const zylViewSetting& setting : this->Options.BlockSettings)
   {
-    for (unsigned int block : this->Blocks.Find(setting.Block))
+    for (unsigned int block : this->Blocks.Find(setting.Owner))
     {
       SetProperty(this->GetCollection(setting.Kind, block), setting);
     }

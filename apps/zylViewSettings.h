@@ -11,7 +11,7 @@
 
 class zylBoundaryRepresentation;
 class zylPropertyCollection;
-struct zylViewBlockSetting;
+struct zylViewSetting;
 struct zylViewClip;
 struct zylViewOptions;
 

@@ -61,9 +61,9 @@ TEST(zylViewOptions, NumbersMayBeNegative)
 TEST(zylViewOptions, NamesMayHoldSeparators)
 {
   const auto setting = zylParseBlockSetting("a:b=c:Surface.ColorLegendTitle=p = q:r");
-  EXPECT_EQ(setting.Block, "a"); // the first colon with an equals sign after it ends the name
+  EXPECT_EQ(setting.Owner, "a"); // the first colon with an equals sign after it ends the name
   const auto plain = zylParseBlockSetting("wall:left:Color=1,2,3");
-  EXPECT_EQ(plain.Block, "wall:left");
+  EXPECT_EQ(plain.Owner, "wall:left");
   EXPECT_EQ(plain.Name, "Color");
   const auto contours = Parse({ "--contours", "rho:mean:12" });
   ASSERT_TRUE(contours.Go);
