@@ -10,6 +10,7 @@
 #include <zylDataSet.h>
 #include <zylMultiBlockTree.h>
 #include <zylPipeline.h>
+#include <zylTimeController.h>
 
 namespace {
 // Append `node` and what is below it; returns the leaf blocks in it.
@@ -34,7 +35,7 @@ std::vector<unsigned int> Flatten(
   return leaves;
 }
 
-// Calls found(pointData, information) for every array of a block.
+// Calls visit(pointData, information) for every array of a block.
 template <class Function>
 void VisitArrays(zylDataSet* dataset, unsigned int block, Function visit)
 {
@@ -52,12 +53,25 @@ void PrintRange(const char* label, zylArrayInformation* array, unsigned int comp
 {
   double range[2];
   array->GetComponentRange(component, range);
-  std::printf("  %s[%g, %g]", label, range[0], range[1]);
+  if (range[0] <= range[1]) // texts and empty arrays have none
+  {
+    std::printf("  %s[%g, %g]", label, range[0], range[1]);
+  }
+}
+
+// What marks the cells that processes share is no result.
+bool IsGhost(zylArrayInformation* array)
+{
+  return array->GetName().compare(0, 8, "vtkGhost") == 0;
 }
 
 void PrintArrays(zylDataSet* dataset, unsigned int block, int indent)
 {
   VisitArrays(dataset, block, [&](bool point, zylArrayInformation* array) {
+    if (IsGhost(array))
+    {
+      return;
+    }
     const unsigned int count = array->GetNumberOfComponents();
     std::printf(
       "%*s%s %s (%u)", indent, "", point ? "point" : "cell ", array->GetName().c_str(), count);
@@ -188,7 +202,7 @@ std::vector<std::string> zylViewBlocks::GetArrayNames() const
   {
     VisitArrays(this->DataSet, block, [&](bool point, zylArrayInformation* array) {
       auto& list = point ? names : cellNames;
-      if (std::find(list.begin(), list.end(), array->GetName()) == list.end())
+      if (!IsGhost(array) && std::find(list.begin(), list.end(), array->GetName()) == list.end())
       {
         list.push_back(array->GetName());
       }
@@ -217,6 +231,10 @@ void zylPrintDataSet(zylDataSet* dataset)
   for (std::size_t i = 0; i < times.size(); ++i)
   {
     std::printf(" %g%s", times[i], i + 1 == times.size() ? "\n" : "");
+  }
+  if (times.size() > 1)
+  {
+    std::printf("values of time %g\n", zylTimeController::GetInstance()->GetActiveTime());
   }
   const zylViewBlocks blocks(dataset);
   for (const zylViewBlock& block : blocks.GetBlocks())

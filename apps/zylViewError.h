@@ -16,7 +16,8 @@ enum zylViewExit : int
   zylViewBadFile = 3,      ///< a file cannot be read
   zylViewUnknownName = 4,  ///< no such array, block, setting, color map or reader
   zylViewNoDisplay = 5,    ///< a window was asked for and there is no display
-  zylViewNoServer = 6      ///< the server does not answer
+  zylViewNoServer = 6,     ///< the server does not answer
+  zylViewNothing = 7       ///< there is nothing to draw
 };
 
 class zylViewError : public std::runtime_error

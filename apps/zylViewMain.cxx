@@ -20,14 +20,14 @@ void PrintLines(const std::vector<std::string>& lines)
 }
 
 //--------------------------------------------------------------------------------------------------
-void Run(zylViewOptions& options)
+int Run(zylViewOptions& options)
 {
   zylViewMessages messages(options.Verbose);
   if (options.ListColorMaps || options.ListFileTypes)
   {
     PrintLines(options.ListColorMaps ? zylCore::GetAvailableColorMapNames()
                                      : zylCore::GetSupportedFileTypes());
-    return;
+    return zylViewDone;
   }
   // The host comes first: it owns the context, and outlives what is drawn in it.
   std::unique_ptr<zylViewHost> host;
@@ -35,15 +35,21 @@ void Run(zylViewOptions& options)
   {
     host = options.Output.empty() ? zylNewWindowHost(options) : zylNewOffscreenHost(options);
   }
-  zylViewScene scene(options, messages);
+  const auto alive = [&host] { return !host || host->KeepAlive(); };
+  zylViewScene scene(options, messages, alive);
   scene.Load();
   if (options.List)
   {
     zylPrintDataSet(scene.GetDataSet());
-    return;
+    return zylViewDone;
   }
   host->MakeCurrent();
   scene.Show(host->GetWidth(), host->GetHeight(), host->GetPixelRatio());
+  const std::string empty = scene.GetEmptyReason();
+  if (!empty.empty())
+  {
+    std::fprintf(stderr, "zylview: there is nothing to draw: %s\n", empty.c_str());
+  }
   host->Run(scene);
   if (options.Stats)
   {
@@ -53,6 +59,7 @@ void Run(zylViewOptions& options)
   {
     std::puts(options.Output.c_str());
   }
+  return empty.empty() ? zylViewDone : zylViewNothing;
 }
 } // namespace
 
@@ -67,8 +74,7 @@ int main(int argc, char** argv)
   }
   try
   {
-    Run(options);
-    return zylViewDone;
+    return Run(options);
   }
   catch (const zylViewError& error)
   {

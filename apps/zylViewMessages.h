@@ -7,6 +7,11 @@
 #include <string>
 #include <vector>
 
+/// What a message says, in one line without source place, object address and bytes that are no
+/// text: the first of its lines that is more than an introduction ("Error in ...:"). Empty when
+/// there is none.
+std::string zylOneLine(const std::string& message);
+
 class zylViewMessages
 {
 public:

@@ -1,31 +1,43 @@
 #include "zylViewProgress.h"
 
+#include "zylViewError.h"
+
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <vtkCommand.h>
 #include <vtkPVProgressHandler.h>
+#include <vtkSMSession.h>
 
 namespace {
 using namespace std::chrono_literals;
 constexpr auto FirstDraw = 300ms; // short work shows nothing
 constexpr auto Interval = 150ms;
+constexpr auto AskInterval = 50ms;
 constexpr unsigned int BeatsPerLine = 66; // about ten seconds
 constexpr int BarLength = 24;
 
-int TerminalWidth()
+std::FILE* OpenTerminal()
+{
+  std::FILE* terminal = fdopen(dup(STDERR_FILENO), "w");
+  return terminal != nullptr ? terminal : std::fopen("/dev/null", "w");
+}
+
+int TerminalWidth(std::FILE* terminal)
 {
   winsize size{};
-  return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+  return ioctl(fileno(terminal), TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-zylViewProgress::zylViewProgress(const std::string& title)
+zylViewProgress::zylViewProgress(const std::string& title, const Alive& alive)
   : Title(title)
+  , StillWaiting(alive)
+  , Out(OpenTerminal())
   , Terminal(isatty(STDERR_FILENO) != 0)
   , Start(std::chrono::steady_clock::now())
   , Thread(&zylViewProgress::Beat, this)
@@ -45,16 +57,24 @@ zylViewProgress::~zylViewProgress()
   }
   this->Stop.notify_all();
   this->Thread.join();
+  this->Clear();
+  std::fclose(this->Out);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewProgress::Clear()
+{
   if (this->Drawn && this->Terminal)
   {
-    std::fputs("\r\033[K", stderr);
-    std::fflush(stderr);
+    std::fputs("\r\033[K", this->Out);
+    std::fflush(this->Out);
   }
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewProgress::Observe(vtkPVProgressHandler* handler)
+void zylViewProgress::Observe(vtkSMSession* session)
 {
+  vtkPVProgressHandler* handler = session != nullptr ? session->GetProgressHandler() : nullptr;
   if (handler != nullptr && !this->Handler)
   {
     this->Handler = handler;
@@ -76,6 +96,18 @@ void zylViewProgress::OnProgress(vtkObject*, unsigned long, void*)
 {
   const char* text = this->Handler->GetLastProgressText();
   this->Set(this->Handler->GetLastProgress() / 100.0, text != nullptr ? text : "");
+  const auto now = std::chrono::steady_clock::now();
+  if (!this->StillWaiting || now - this->Asked < AskInterval)
+  {
+    return;
+  }
+  this->Asked = now;
+  if (!this->StillWaiting())
+  {
+    std::lock_guard<std::mutex> lock(this->Mutex);
+    this->Clear();
+    std::_Exit(zylViewDone);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -100,7 +132,8 @@ void zylViewProgress::Draw(double seconds)
   {
     if (this->Beats % BeatsPerLine == 0)
     {
-      std::fprintf(stderr, "%s: %.0f s %s\n", this->Title.c_str(), seconds, this->Text.c_str());
+      std::fprintf(this->Out, "%s: %.0f s %s\n", this->Title.c_str(), seconds, this->Text.c_str());
+      std::fflush(this->Out);
     }
     return;
   }
@@ -113,7 +146,7 @@ void zylViewProgress::Draw(double seconds)
   char head[64];
   std::snprintf(head, sizeof head, "] %c %.1f s ", sign[this->Beats % 4], seconds);
   std::string line = this->Title + " [" + bar + head + this->Text;
-  line.resize(std::min<std::size_t>(line.size(), TerminalWidth() - 1));
-  std::fprintf(stderr, "\r%s\033[K", line.c_str());
-  std::fflush(stderr);
+  line.resize(std::min<std::size_t>(line.size(), TerminalWidth(this->Out) - 1));
+  std::fprintf(this->Out, "\r%s\033[K", line.c_str());
+  std::fflush(this->Out);
 }

@@ -7,6 +7,8 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstdio>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -15,18 +17,23 @@
 
 class vtkObject;
 class vtkPVProgressHandler;
+class vtkSMSession;
 
 class zylViewProgress
 {
 public:
-  /// Shows progress of the work named `title` until destroyed.
-  explicit zylViewProgress(const std::string& title);
+  /// Called now and then while ParaView works; returns whether the user still waits.
+  using Alive = std::function<bool()>;
+
+  /// Shows progress of the work named `title` until destroyed. When `alive` says that nobody waits,
+  /// the process ends: there is no way to stop a reader, and nothing that could be lost.
+  explicit zylViewProgress(const std::string& title, const Alive& alive = {});
   ~zylViewProgress();
   zylViewProgress(const zylViewProgress&) = delete;
   zylViewProgress& operator=(const zylViewProgress&) = delete;
 
   /// Follow a session's progress events (borrowed; null is ignored).
-  void Observe(vtkPVProgressHandler* handler);
+  void Observe(vtkSMSession* session);
 
   /// Work that counts itself: `fraction` in [0, 1] of the step named `text`.
   void Set(double fraction, const std::string& text);
@@ -35,12 +42,16 @@ private:
   void OnProgress(vtkObject* caller, unsigned long event, void* data);
   void Beat();
   void Draw(double seconds);
+  void Clear();
 
   const std::string Title;
+  const Alive StillWaiting;
+  std::FILE* const Out; ///< the terminal, whatever happens to stderr meanwhile
   const bool Terminal;
   const std::chrono::steady_clock::time_point Start;
   vtkWeakPointer<vtkPVProgressHandler> Handler;
   unsigned long Observer = 0;
+  std::chrono::steady_clock::time_point Asked; ///< whether the user still waits
 
   std::mutex Mutex; // the members below
   std::condition_variable Stop;

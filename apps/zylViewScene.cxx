@@ -1,22 +1,16 @@
 #include "zylViewScene.h"
 
-#include "zylSampleFlow.h"
 #include "zylViewBlocks.h"
 #include "zylViewDemo.h"
-#include "zylViewError.h"
+#include "zylViewLoader.h"
 #include "zylViewMessages.h"
 #include "zylViewOptions.h"
 #include "zylViewProgress.h"
 #include "zylViewSettings.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <numeric>
 
 #include <zylBoundaryRepresentation.h>
 #include <zylCore.h>
@@ -27,23 +21,16 @@
 #include <vtkBoundingBox.h>
 #include <vtkCamera.h>
 #include <vtkCollection.h>
-#include <vtkPVProxyDefinitionIterator.h>
 #include <vtkPVRenderView.h>
-#include <vtkProcessModule.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 #include <vtkSMPropertyHelper.h>
-#include <vtkSMProxyDefinitionManager.h>
 #include <vtkSMRenderViewProxy.h>
-#include <vtkSMSession.h>
-#include <vtkSMSessionProxyManager.h>
 #include <vtkSMTransferFunctionProxy.h>
 #include <vtkTextActor.h>
 #include <vtkTextProperty.h>
 
 namespace {
-constexpr int ConnectTimeout = 5; // seconds
-constexpr int SampleSteps = 8;
 constexpr double Flat = 0.02; // height over width of data that are seen from above
 
 constexpr const char* HelpText = "left drag        orbit\n"
@@ -56,69 +43,6 @@ constexpr const char* HelpText = "left drag        orbit\n"
                                  "h                this help\n"
                                  "q, Escape        quit";
 
-using Clock = std::chrono::steady_clock;
-
-/// Adds the time until it is destroyed to the scene's list.
-class Stopwatch
-{
-public:
-  Stopwatch(zylViewScene* scene, const char* name)
-    : Scene(scene)
-    , Name(name)
-  {
-  }
-  ~Stopwatch()
-  {
-    const auto taken = Clock::now() - this->Start;
-    this->Scene->AddTime(this->Name, std::chrono::duration<double>(taken).count());
-  }
-  Stopwatch(const Stopwatch&) = delete;
-  Stopwatch& operator=(const Stopwatch&) = delete;
-
-private:
-  zylViewScene* Scene;
-  const char* Name;
-  const Clock::time_point Start = Clock::now();
-};
-
-//--------------------------------------------------------------------------------------------------
-vtkPVProgressHandler* ProgressOf(zylCore* core)
-{
-  vtkSMSession* session = core->GetSession();
-  return session != nullptr ? session->GetProgressHandler() : nullptr;
-}
-
-// The sample lies in the user's cache, or in a folder of its own where there is none.
-std::string SampleFile()
-{
-  namespace fs = std::filesystem;
-  const char* cache = std::getenv("XDG_CACHE_HOME");
-  const char* home = std::getenv("HOME");
-  const fs::path base = cache != nullptr && *cache != '\0' ? fs::path(cache)
-    : home != nullptr && *home != '\0'                     ? fs::path(home) / ".cache"
-                                                           : fs::temp_directory_path();
-  const fs::path folder = base / "zyl" / ("sample-" ZYL_APP_VERSION);
-  if (fs::exists(folder / "chimney.pvd"))
-  {
-    return (folder / "chimney.pvd").string();
-  }
-  zylViewProgress progress("writing the sample");
-  const auto report = [&progress](int done) {
-    progress.Set(double(done) / SampleSteps, "to the user's cache");
-  };
-  auto result = zylWriteSampleFlow(folder.string(), SampleSteps, report);
-  if (!result.Error.empty())
-  {
-    const fs::path spare = fs::temp_directory_path() / "zyl-sample";
-    result = zylWriteSampleFlow(spare.string(), SampleSteps, report);
-  }
-  if (!result.Error.empty())
-  {
-    throw zylViewError(zylViewFailed, result.Error);
-  }
-  return result.File;
-}
-
 // Readers differ in what they give between two time steps.
 double Nearest(const std::vector<double>& steps, double time)
 {
@@ -127,63 +51,17 @@ double Nearest(const std::vector<double>& steps, double time)
   const auto best = std::min_element(steps.begin(), steps.end(), nearer);
   return best == steps.end() ? time : *best;
 }
-
-// Only for files that are read here: a server has files of its own.
-void CheckReadable(const std::string& file)
-{
-  std::error_code error;
-  if (std::filesystem::is_directory(file, error))
-  {
-    return; // some formats are folders
-  }
-  std::FILE* stream = std::fopen(file.c_str(), "rb");
-  if (stream == nullptr)
-  {
-    throw zylViewError(
-      zylViewBadFile, "cannot read '" + file + "': " + std::generic_category().message(errno));
-  }
-  std::fclose(stream);
-}
-//--------------------------------------------------------------------------------------------------
-// An index of time steps is no file type of ParaView's: its reader is the library's own.
-void ChooseReader(zylViewOptions& options)
-{
-  if (options.ReaderName.empty() &&
-    std::filesystem::path(options.Files.front()).extension() == ".json")
-  {
-    options.ReaderGroup = "sources";
-    options.ReaderName = "ZYLVolumeSurfaceReader";
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void CheckReader(const zylViewOptions& options)
-{
-  vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
-  const char* group = options.ReaderGroup.c_str();
-  if (options.ReaderName.empty() ||
-    manager->GetPrototypeProxy(group, options.ReaderName.c_str()) != nullptr)
-  {
-    return;
-  }
-  std::vector<std::string> known;
-  auto proxies = vtkSmartPointer<vtkPVProxyDefinitionIterator>::Take(
-    manager->GetProxyDefinitionManager()->NewSingleGroupIterator(group));
-  for (proxies->InitTraversal(); !proxies->IsDoneWithTraversal(); proxies->GoToNextItem())
-  {
-    known.push_back(options.ReaderGroup + "/" + proxies->GetProxyName());
-  }
-  throw zylUnknownName("reader", options.ReaderGroup + "/" + options.ReaderName, known);
-}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-zylViewScene::zylViewScene(zylViewOptions& options, zylViewMessages& messages)
+zylViewScene::zylViewScene(
+  zylViewOptions& options, zylViewMessages& messages, zylViewProgress::Alive alive)
   : Options(options)
   , Messages(messages)
+  , Alive(std::move(alive))
 {
   zylViewProgress progress("starting");
-  Stopwatch watch(this, "start");
+  zylViewTimes::Watch watch(this->Times, "start");
   if (!options.Log.empty())
   {
     zylCore::SetLogFile(options.Log.c_str(), options.Verbose);
@@ -202,90 +80,35 @@ zylViewScene::~zylViewScene()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewScene::Connect()
-{
-  const std::string& url = this->Options.Connect;
-  zylViewProgress progress("connecting to " + url);
-  this->Messages.Clear();
-  zylCore::GetInstance()->Connect(url.c_str(), ConnectTimeout);
-  if (zylCore::GetInstance()->GetSession() == nullptr)
-  {
-    throw zylViewError(zylViewNoServer, "no ParaView server answers at '" + url + "'");
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylViewScene::Load()
 {
-  if (!this->Options.Connect.empty())
-  {
-    this->Connect();
-  }
-  if (this->Options.Files.empty())
-  {
-    this->Options.Files.push_back(SampleFile());
-    this->Options.Sample = true;
-  }
-  if (this->Options.Connect.empty())
-  {
-    std::for_each(this->Options.Files.begin(), this->Options.Files.end(), &CheckReadable);
-  }
-  ChooseReader(this->Options);
-  CheckReader(this->Options);
-  const std::string first = this->Options.Files.front();
-  zylViewProgress progress("loading " + std::filesystem::path(first).filename().string());
-  progress.Observe(ProgressOf(zylCore::GetInstance()));
-  Stopwatch watch(this, "load");
-  this->Messages.Clear();
-  this->DataSet = vtkSmartPointer<zylDataSet>::New();
-  const bool loaded = this->Options.ReaderName.empty()
-    ? this->DataSet->LoadFromFile(this->Options.Files)
-    : this->DataSet->LoadFromFile(
-        this->Options.Files, this->Options.ReaderGroup, this->Options.ReaderName);
-  if (!loaded)
-  {
-    throw zylViewError(zylViewBadFile, "cannot read '" + first + "'" + this->Explain());
-  }
-  if (!this->DataSet->GetReadErrors().empty())
-  {
-    std::fprintf(stderr, "zylview: a part of '%s' could not be read%s\n", first.c_str(),
-      this->Explain().c_str());
-  }
+  this->DataSet = zylViewLoader(this->Options, this->Messages, this->Times, this->Alive).Load();
+  zylViewProgress progress("loading the time step", this->Alive);
+  progress.Observe(zylCore::GetInstance()->GetSession());
+  this->GoToTime();
 }
 
 //--------------------------------------------------------------------------------------------------
-std::string zylViewScene::Explain() const
+void zylViewScene::GoToTime()
 {
-  std::error_code error;
-  const auto size = std::filesystem::file_size(this->Options.Files.front(), error);
-  if (!error && size == 0)
-  {
-    return ": the file is empty"; // and no format in which that is right
-  }
-  const auto& errors = this->DataSet->GetReadErrors();
-  if (!errors.empty())
-  {
-    return ": " + errors.front().substr(0, errors.front().find('\n'));
-  }
-  const bool unknown = this->Messages.GetFirstError().find("No reader found") != std::string::npos;
-  return unknown ? ": no reader for this kind of file" : "";
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::Show(int width, int height, int pixelRatio)
-{
-  zylViewProgress progress("preparing the view");
-  progress.Observe(ProgressOf(zylCore::GetInstance()));
-  Stopwatch watch(this, "update");
-  if (this->Options.Demo)
-  {
-    zylFillDemoOptions(zylViewBlocks(this->DataSet), this->DataSet, this->Options);
-  }
   if (this->Options.Time)
   {
     const auto steps = zylTimeController::GetInstance()->GetTimestepValues();
     zylTimeController::GetInstance()->GoToTime(Nearest(steps, *this->Options.Time));
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::Show(int width, int height, int pixelRatio)
+{
+  zylViewProgress progress("preparing the view", this->Alive);
+  progress.Observe(zylCore::GetInstance()->GetSession());
+  zylViewTimes::Watch watch(this->Times, "update");
+  if (this->Options.Demo)
+  {
+    zylFillDemoOptions(zylViewBlocks(this->DataSet), this->DataSet, this->Options);
+  }
+  this->GoToTime(); // the demonstration has a time of its own
   const zylViewBlocks blocks(this->DataSet);
   this->View = vtkSmartPointer<zylView>::New();
   this->View->SetWindowSize(width, height);
@@ -302,12 +125,25 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
 }
 
 //--------------------------------------------------------------------------------------------------
+std::string zylViewScene::GetEmptyReason() const
+{
+  const double* b = this->Bounds;
+  if (b[0] <= b[1] || !this->Representation->IsVisible())
+  {
+    return ""; // there is something, or the user wants nothing
+  }
+  return this->DataSet->GetNumberOfPoints() == 0 ? "the data have no points"
+    : !this->Options.Clips.empty()               ? "the clips cut everything away"
+                                                 : "the blocks hold nothing that has a surface";
+}
+
+//--------------------------------------------------------------------------------------------------
 // Arrows and tubes reach a little beyond the data.
 void zylViewScene::UpdateBounds()
 {
   if (!this->View->GetBounds(this->Bounds))
   {
-    return; // nothing is visible
+    return; // nothing is visible; the camera stays
   }
   vtkBoundingBox box(this->Bounds);
   box.Inflate(0.05 * box.GetDiagonalLength());
@@ -362,7 +198,7 @@ void zylViewScene::SetInitialView()
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::Render(int framebuffer)
 {
-  Stopwatch watch(this, this->FirstFrame ? "first frame" : "frame");
+  zylViewTimes::Watch watch(this->Times, this->FirstFrame ? "first frame" : "frame");
   this->FirstFrame = false;
   this->View->SetSourceFBO(framebuffer);
   this->View->Render();
@@ -415,8 +251,8 @@ void zylViewScene::Step(int direction)
     return;
   }
   const double now = time->GetActiveTime();
-  zylViewProgress progress("loading the time step");
-  progress.Observe(ProgressOf(zylCore::GetInstance()));
+  zylViewProgress progress("loading the time step", this->Alive);
+  progress.Observe(zylCore::GetInstance()->GetSession());
   if (direction > 0)
   {
     now >= steps.back() ? time->GoToFirstTimeStep() : time->GoToNextTimeStep();
@@ -475,27 +311,4 @@ bool zylViewScene::GetHelpVisible() const
 zylDataSet* zylViewScene::GetDataSet()
 {
   return this->DataSet;
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::AddTime(const std::string& name, double seconds)
-{
-  const auto same = [&name](const auto& entry) { return entry.first == name; };
-  auto entry = std::find_if(this->Times.begin(), this->Times.end(), same);
-  if (entry == this->Times.end())
-  {
-    entry = this->Times.insert(entry, { name, {} });
-  }
-  entry->second.push_back(seconds);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::PrintTimes() const
-{
-  for (const auto& [name, seconds] : this->Times)
-  {
-    const double sum = std::accumulate(seconds.begin(), seconds.end(), 0.0);
-    std::printf("%-12s %8.1f ms", name.c_str(), 1000.0 * sum / seconds.size());
-    std::printf(seconds.size() > 1 ? "  (mean of %zu)\n" : "\n", seconds.size());
-  }
 }

@@ -4,9 +4,10 @@
 #ifndef zylViewScene_h
 #define zylViewScene_h
 
+#include "zylViewProgress.h"
+#include "zylViewTimes.h"
+
 #include <string>
-#include <utility>
-#include <vector>
 
 #include <vtkSmartPointer.h>
 
@@ -21,14 +22,15 @@ struct zylViewOptions;
 class zylViewScene
 {
 public:
-  /// `options` and `messages` are borrowed. Starts the library.
-  zylViewScene(zylViewOptions& options, zylViewMessages& messages);
+  /// `options` and `messages` are borrowed; `alive` see zylViewProgress. Starts the library.
+  zylViewScene(zylViewOptions& options, zylViewMessages& messages, zylViewProgress::Alive alive);
   /// The host's context must be current when a view was made.
   ~zylViewScene();
   zylViewScene(const zylViewScene&) = delete;
   zylViewScene& operator=(const zylViewScene&) = delete;
 
-  /// Connect if asked to, and load the files. Needs no OpenGL. Throws zylViewError.
+  /// Connect if asked to, load the files and go to the time that is asked for. Needs no OpenGL.
+  /// Throws zylViewError.
   void Load();
 
   /// Make the view and what it shows; its size in pixels, and how many pixels make up one of a
@@ -55,13 +57,13 @@ public:
 
   zylDataSet* GetDataSet(); ///< null before Load()
 
-  /// Times taken, for --stats. Times of one name add up to their mean.
-  void AddTime(const std::string& name, double seconds);
-  void PrintTimes() const;
+  /// Why nothing is seen although something should be; empty when something is.
+  std::string GetEmptyReason() const;
+
+  void PrintTimes() const { this->Times.Print(); } ///< for --stats
 
 private:
-  void Connect();
-  std::string Explain() const; ///< why a file could not be read: ": reason" or nothing
+  void GoToTime();
   void SetInitialView();
   void UpdateBounds();
   void FormatLegend();
@@ -75,7 +77,8 @@ private:
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< of what is visible
   double Reach[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };  ///< with arrows and tubes
   bool FirstFrame = true;
-  std::vector<std::pair<std::string, std::vector<double>>> Times;
+  zylViewTimes Times;
+  const zylViewProgress::Alive Alive;
 };
 
 #endif

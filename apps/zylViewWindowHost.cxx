@@ -27,6 +27,7 @@ public:
   int GetWidth() const override { return this->Width; }
   int GetHeight() const override { return this->Height; }
   int GetPixelRatio() const override;
+  bool KeepAlive() override;
   void Run(zylViewScene& scene) override;
 
 private:
@@ -35,7 +36,8 @@ private:
   void UpdateTitle();
   void OnKey(int key, int modifiers);
   void OnButton(int button, int action, int modifiers);
-  void OnResize(int width, int height);
+  void FollowSize();
+  void ApplySize();
   void GetCursor(double& x, double& y) const;
 
   const zylViewOptions& Options;
@@ -47,6 +49,7 @@ private:
   zylViewInteraction* Interaction = nullptr;
   bool Dirty = true; // something to draw
   bool Playing = false;
+  bool Busy = false; // the library works: it must not be called again
 };
 
 WindowHost* HostOf(GLFWwindow* window)
@@ -69,7 +72,8 @@ WindowHost::WindowHost(const zylViewOptions& options)
   glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
   glfwWindowHint(GLFW_DEPTH_BITS, 24);
   glfwWindowHint(GLFW_STENCIL_BITS, 8);
-  this->Window = glfwCreateWindow(options.Width, options.Height, "zylview", nullptr, nullptr);
+  this->Window =
+    glfwCreateWindow(options.Width, options.Height, "zylview - loading", nullptr, nullptr);
   if (this->Window == nullptr)
   {
     glfwTerminate();
@@ -79,6 +83,7 @@ WindowHost::WindowHost(const zylViewOptions& options)
   glfwGetFramebufferSize(this->Window, &this->Width, &this->Height);
   this->MakeCurrent();
   glfwSwapInterval(1);
+  glfwPollEvents(); // the window is there while the files are read
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -94,6 +99,16 @@ int WindowHost::GetPixelRatio() const
   float x = 1.0f, y = 1.0f;
   glfwGetWindowContentScale(this->Window, &x, &y);
   return std::max(1, static_cast<int>(std::lround(x)));
+}
+
+//--------------------------------------------------------------------------------------------------
+// What the user does meanwhile is forgotten, but for closing the window.
+bool WindowHost::KeepAlive()
+{
+  this->Busy = true;
+  glfwPollEvents();
+  this->Busy = false;
+  return glfwWindowShouldClose(this->Window) == GLFW_FALSE;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -113,17 +128,19 @@ void WindowHost::Observe()
     double x, y;
     WindowHost* host = HostOf(window);
     host->GetCursor(x, y);
-    host->Dirty |= host->Interaction->Move(x, y);
+    host->Dirty |= !host->Busy && host->Interaction->Move(x, y);
   });
   glfwSetScrollCallback(this->Window, [](GLFWwindow* window, double, double notches) {
     double x, y;
     WindowHost* host = HostOf(window);
+    if (host->Busy)
+    {
+      return;
+    }
     host->GetCursor(x, y);
     host->Interaction->ZoomAt(x, y, std::pow(ZoomPerNotch, notches));
     host->Dirty = true;
   });
-  glfwSetFramebufferSizeCallback(this->Window,
-    [](GLFWwindow* window, int width, int height) { HostOf(window)->OnResize(width, height); });
   glfwSetWindowRefreshCallback(
     this->Window, [](GLFWwindow* window) { HostOf(window)->Dirty = true; });
 }
@@ -136,7 +153,7 @@ void WindowHost::Run(zylViewScene& scene)
   this->Scene = &scene;
   this->Backdrop = &backdrop;
   this->Interaction = &interaction;
-  this->OnResize(this->Width, this->Height);
+  this->ApplySize();
   this->Observe();
   this->UpdateTitle();
   double lastStep = glfwGetTime();
@@ -150,6 +167,7 @@ void WindowHost::Run(zylViewScene& scene)
       this->UpdateTitle();
       this->Dirty = true;
     }
+    this->FollowSize();
     this->Dirty |= this->Options.Frames > 0;
     if (this->Dirty && this->Width > 0 && this->Height > 0)
     {
@@ -187,6 +205,14 @@ void WindowHost::UpdateTitle()
 void WindowHost::OnKey(int key, int modifiers)
 {
   this->Dirty = true;
+  if (key == GLFW_KEY_Q || key == GLFW_KEY_ESCAPE)
+  {
+    glfwSetWindowShouldClose(this->Window, GLFW_TRUE);
+  }
+  if (this->Busy)
+  {
+    return;
+  }
   if (key >= GLFW_KEY_1 && key <= GLFW_KEY_6)
   {
     this->Scene->SetStandardView(key - GLFW_KEY_0, (modifiers & GLFW_MOD_SHIFT) != 0);
@@ -208,10 +234,6 @@ void WindowHost::OnKey(int key, int modifiers)
     case GLFW_KEY_SPACE:
       this->Playing = !this->Playing;
       break;
-    case GLFW_KEY_Q:
-    case GLFW_KEY_ESCAPE:
-      glfwSetWindowShouldClose(this->Window, GLFW_TRUE);
-      break;
     default:
       break;
   }
@@ -220,7 +242,7 @@ void WindowHost::OnKey(int key, int modifiers)
 //--------------------------------------------------------------------------------------------------
 void WindowHost::OnButton(int button, int action, int modifiers)
 {
-  if (action == GLFW_RELEASE)
+  if (action == GLFW_RELEASE || this->Busy)
   {
     this->Interaction->Release();
     return;
@@ -236,14 +258,26 @@ void WindowHost::OnButton(int button, int action, int modifiers)
 }
 
 //--------------------------------------------------------------------------------------------------
-void WindowHost::OnResize(int width, int height)
+// Asked for rather than heard of: the size can change while the library works.
+void WindowHost::FollowSize()
 {
-  this->Width = width;
-  this->Height = height;
-  this->Interaction->SetSize(width, height);
-  if (width > 0 && height > 0)
+  int width = 0, height = 0;
+  glfwGetFramebufferSize(this->Window, &width, &height);
+  if (width != this->Width || height != this->Height)
   {
-    this->Scene->Resize(width, height);
+    this->Width = width;
+    this->Height = height;
+    this->ApplySize();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void WindowHost::ApplySize()
+{
+  this->Interaction->SetSize(this->Width, this->Height);
+  if (this->Width > 0 && this->Height > 0)
+  {
+    this->Scene->Resize(this->Width, this->Height);
   }
   this->Dirty = true;
 }

@@ -1,10 +1,13 @@
 // Runs the real programs, without a display unless a window is what is tested.
 #include "zylTestData.h"
 
+#include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <set>
+#include <thread>
 
 #include <sys/wait.h>
 
@@ -12,8 +15,17 @@
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
 #include <vtkPNGReader.h>
+#include <vtkPointData.h>
+#include <vtkStringArray.h>
+#include <vtkUnstructuredGrid.h>
 
 #include <gtest/gtest.h>
+
+#include <X11/Xlib.h> // last: it defines macros of common names
+#include <X11/Xutil.h>
+#undef None
+#undef Bool
+#undef Status
 
 namespace {
 struct Outcome
@@ -108,6 +120,28 @@ Picture Draw(const std::string& arguments, const std::string& file = Sample())
   return Read(output);
 }
 
+// The first window below `parent` of this title, or 0.
+Window FindWindow(Display* display, Window parent, const std::string& title)
+{
+  Window root = 0, above = 0, *children = nullptr, found = 0;
+  unsigned int count = 0;
+  char* name = nullptr;
+  if (XFetchName(display, parent, &name) != 0 && name != nullptr)
+  {
+    found = title == name ? parent : 0;
+    XFree(name);
+  }
+  if (found == 0 && XQueryTree(display, parent, &root, &above, &children, &count) != 0)
+  {
+    for (unsigned int i = 0; i < count && found == 0; ++i)
+    {
+      found = FindWindow(display, children[i], title);
+    }
+    XFree(children);
+  }
+  return found;
+}
+
 // Share of pixels that differ clearly.
 double Difference(const Picture& a, const Picture& b)
 {
@@ -136,6 +170,47 @@ TEST(zylViewApp, ListsBlocksArraysRangesAndTimes)
   {
     EXPECT_NE(list.Text.find(text), std::string::npos) << text << " in\n" << list.Text;
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, ListsTheValuesOfTheTimeAskedFor)
+{
+  const double times[] = { 0.0, 10.0 };
+  const std::string series = zylTestData::WriteSeries(zylTestData::MakeFolder(), times, 2);
+  EXPECT_NE(View("--list", series).Text.find("pressure (1)  [0, 2]"), std::string::npos);
+  const Outcome later = View("--list --time 9", series);
+  EXPECT_NE(later.Text.find("pressure (1)  [10, 12]"), std::string::npos) << later.Text;
+  EXPECT_NE(later.Text.find("values of time 10\n"), std::string::npos) << later.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, ListsTextsWithoutRangesAndNoGhosts)
+{
+  auto cube = zylTestData::MakeCube(0, 0, 0);
+  vtkNew<vtkStringArray> names;
+  names->SetName("names");
+  names->SetNumberOfValues(cube->GetNumberOfPoints());
+  cube->GetPointData()->AddArray(names);
+  cube->AllocateCellGhostArray();
+  const Outcome list = View("--list", zylTestData::Write(cube, Folder() + "/texts.vtu"));
+  EXPECT_NE(list.Text.find("point names (1)\n"), std::string::npos) << list.Text;
+  EXPECT_EQ(list.Text.find("vtkGhost"), std::string::npos) << list.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
+// The picture is written all the same: it shows the host's background.
+TEST(zylViewApp, SaysWhenThereIsNothingToDraw)
+{
+  const std::string output = " --size 32x32 --output " + Folder() + "/nothing.png ";
+  std::ofstream(Folder() + "/nothing.obj") << "# no vertices\n";
+  const Outcome none = View(output, Folder() + "/nothing.obj");
+  EXPECT_EQ(none.ExitCode, 7) << none.Text;
+  EXPECT_EQ(none.Text.find("zylview: there is nothing to draw: the data have no points\n"), 0u)
+    << none.Text;
+  const Outcome clipped = View(output + "--clip sphere:99,99,99,1");
+  EXPECT_EQ(clipped.ExitCode, 7) << clipped.Text;
+  EXPECT_NE(clipped.Text.find("the clips cut everything away"), std::string::npos) << clipped.Text;
+  EXPECT_EQ(View(output + "--block root:Visibility=false").ExitCode, 0); // as the user wishes
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -276,7 +351,11 @@ TEST_P(zylViewAppFailure, SaysSoInOneLine)
 {
   const Failure& f = GetParam();
   const std::string folder = Folder();
-  std::ofstream(folder + "/garbage.vtu") << "no xml here";
+  for (const char* extension : { "vtu", "nope", "ex2" })
+  {
+    std::ofstream(folder + "/garbage." + extension) << "no xml here";
+  }
+  std::ofstream(folder + "/garbage.dat") << "\xff\xfe\x01 \x02";
   std::ofstream(folder + "/empty.vtu").flush();
   std::string arguments = f.Arguments;
   for (auto at = arguments.find('@'); at != std::string::npos; at = arguments.find('@'))
@@ -296,14 +375,17 @@ INSTANTIATE_TEST_SUITE_P(All, zylViewAppFailure,
   ::testing::Values(Failure{ "BadOption", "--lust", 2, "--help" },
     Failure{ "MissingFile", "--list @none.vtu", 3, "No such file" },
     Failure{ "EmptyFile", "--list @empty.vtu", 3, "empty" },
-    Failure{ "GarbageFile", "--list @garbage.vtu", 3, "garbage.vtu" },
+    Failure{ "GarbageFile", "--list @garbage.vtu", 3, "its content is not what" },
+    Failure{ "UnknownKind", "--list @garbage.nope", 3, "no reader for this kind" },
+    Failure{ "RefusedByALibrary", "--list @garbage.ex2", 3, "garbage.ex2': Failed to open" },
+    Failure{ "BytesInTheReason", "--list @garbage.dat", 3, "record type ??" },
     Failure{ "UnknownArray", "--output @out.png --array Presure", 4, "nearest: Pressure" },
     Failure{
       "UnknownBlock", "--output @out.png --block Inlt:Visibility=true", 4, "nearest: Inlet" },
     Failure{
       "UnknownBlockId", "--output @out.png --block 999:Visibility=true", 4, "no block '999'" },
     Failure{
-      "UnknownKind", "--output @out.png --block Inlet:MeshLines.Visibility=1", 4, "MeshLine" },
+      "UnknownDisplay", "--output @out.png --block Inlet:MeshLines.Visibility=1", 4, "MeshLine" },
     Failure{
       "UnknownSetting", "--output @out.png --block Inlet:Colour=1,0,0", 4, "nearest: Color" },
     Failure{ "BadValue", "--output @out.png --block Inlet:Color=1,0", 2, "3 values" },
@@ -326,6 +408,45 @@ TEST(zylViewApp, OpensAWindow)
   const Outcome outcome = Execute(std::string(ZYL_VIEW) + " --frames 3 --stats " + Sample());
   EXPECT_EQ(outcome.ExitCode, 0) << outcome.Text;
   EXPECT_NE(outcome.Text.find("first frame"), std::string::npos) << outcome.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
+// What a window manager sends when the user closes the window.
+TEST(zylViewApp, ClosesWhileItLoads)
+{
+  Display* display = XOpenDisplay(nullptr);
+  if (display == nullptr)
+  {
+    GTEST_SKIP() << "no display";
+  }
+  const std::string file =
+    zylTestData::Write(zylTestData::MakeRow(1500, 1), zylTestData::MakeFolder() + "/many.vtm");
+  std::atomic<bool> done{ false };
+  std::thread user([&] {
+    while (!done)
+    {
+      Window window = FindWindow(display, DefaultRootWindow(display), "zylview - loading");
+      if (window != 0)
+      {
+        XEvent event = {};
+        event.xclient.type = ClientMessage;
+        event.xclient.window = window;
+        event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", 0);
+        event.xclient.format = 32;
+        event.xclient.data.l[0] = XInternAtom(display, "WM_DELETE_WINDOW", 0);
+        XSendEvent(display, window, 0, NoEventMask, &event);
+        XFlush(display);
+        return;
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+  });
+  const Outcome outcome = Execute(std::string(ZYL_VIEW) + " --frames 1 --stats " + file);
+  done = true;
+  user.join();
+  XCloseDisplay(display);
+  EXPECT_EQ(outcome.ExitCode, 0) << outcome.Text;
+  EXPECT_EQ(outcome.Text, ""); // not even the time of the load
 }
 
 //--------------------------------------------------------------------------------------------------

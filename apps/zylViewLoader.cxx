@@ -1,0 +1,224 @@
+#include "zylViewLoader.h"
+
+#include "zylSampleFlow.h"
+#include "zylViewError.h"
+#include "zylViewMessages.h"
+#include "zylViewOptions.h"
+#include "zylViewTerminal.h"
+#include "zylViewTimes.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+#include <zylCore.h>
+#include <zylDataSet.h>
+
+#include <vtkPVProxyDefinitionIterator.h>
+#include <vtkSMProxyDefinitionManager.h>
+#include <vtkSMSession.h>
+#include <vtkSMSessionProxyManager.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+constexpr int ConnectTimeout = 5; // seconds
+constexpr int SampleSteps = 8;
+
+// Only for files that are read here: a server has files of its own.
+void CheckReadable(const std::string& file)
+{
+  std::error_code error;
+  if (fs::is_directory(file, error))
+  {
+    return; // some formats are folders
+  }
+  std::FILE* stream = std::fopen(file.c_str(), "rb");
+  if (stream == nullptr)
+  {
+    throw zylViewError(
+      zylViewBadFile, "cannot read '" + file + "': " + std::generic_category().message(errno));
+  }
+  std::fclose(stream);
+}
+
+// An index of time steps is no file type of ParaView's: its reader is the library's own.
+void ChooseReader(zylViewOptions& options)
+{
+  if (options.ReaderName.empty() && fs::path(options.Files.front()).extension() == ".json")
+  {
+    options.ReaderGroup = "sources";
+    options.ReaderName = "ZYLVolumeSurfaceReader";
+  }
+}
+
+void CheckReader(const zylViewOptions& options)
+{
+  vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
+  const char* group = options.ReaderGroup.c_str();
+  if (options.ReaderName.empty() ||
+    manager->GetPrototypeProxy(group, options.ReaderName.c_str()) != nullptr)
+  {
+    return;
+  }
+  std::vector<std::string> known;
+  auto proxies = vtkSmartPointer<vtkPVProxyDefinitionIterator>::Take(
+    manager->GetProxyDefinitionManager()->NewSingleGroupIterator(group));
+  for (proxies->InitTraversal(); !proxies->IsDoneWithTraversal(); proxies->GoToNextItem())
+  {
+    known.push_back(options.ReaderGroup + "/" + proxies->GetProxyName());
+  }
+  throw zylUnknownName("reader", options.ReaderGroup + "/" + options.ReaderName, known);
+}
+
+// Whether a file of this name is of a kind that --list-file-types lists.
+bool IsListedKind(const std::string& file)
+{
+  const std::string extension = fs::path(file).extension().string();
+  const auto names = [&extension](const std::string& type) {
+    const auto place = type.find("*" + extension);
+    const auto end = place + 1 + extension.size();
+    return place != std::string::npos &&
+      (end == type.size() || type[end] == ' ' || type[end] == ')');
+  };
+  const auto types = zylCore::GetSupportedFileTypes();
+  return !extension.empty() && std::any_of(types.begin(), types.end(), names);
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylViewLoader::zylViewLoader(zylViewOptions& options, zylViewMessages& messages,
+  zylViewTimes& times, const zylViewProgress::Alive& alive)
+  : Options(options)
+  , Messages(messages)
+  , Times(times)
+  , Alive(alive)
+{
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylDataSet> zylViewLoader::Load()
+{
+  if (!this->Options.Connect.empty())
+  {
+    this->Connect();
+  }
+  if (this->Options.Files.empty())
+  {
+    this->Options.Files.push_back(this->SampleFile());
+    this->Options.Sample = true;
+  }
+  if (this->Options.Connect.empty())
+  {
+    std::for_each(this->Options.Files.begin(), this->Options.Files.end(), &CheckReadable);
+  }
+  ChooseReader(this->Options);
+  CheckReader(this->Options);
+  return this->LoadFiles();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewLoader::Connect()
+{
+  const std::string& url = this->Options.Connect;
+  zylViewProgress progress("connecting to " + url, this->Alive);
+  this->Messages.Clear();
+  zylCore::GetInstance()->Connect(url.c_str(), ConnectTimeout);
+  if (zylCore::GetInstance()->GetSession() == nullptr)
+  {
+    throw zylViewError(zylViewNoServer, "no ParaView server answers at '" + url + "'");
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+// The sample lies in the user's cache, or in a folder of its own where there is none.
+std::string zylViewLoader::SampleFile()
+{
+  const char* cache = std::getenv("XDG_CACHE_HOME");
+  const char* home = std::getenv("HOME");
+  const fs::path base = cache != nullptr && *cache != '\0' ? fs::path(cache)
+    : home != nullptr && *home != '\0'                     ? fs::path(home) / ".cache"
+                                                           : fs::temp_directory_path();
+  const fs::path folder = base / "zyl" / ("sample-" ZYL_APP_VERSION);
+  if (fs::exists(folder / "chimney.pvd"))
+  {
+    return (folder / "chimney.pvd").string();
+  }
+  zylViewProgress progress("writing the sample", this->Alive);
+  const auto report = [&progress](int done) {
+    progress.Set(double(done) / SampleSteps, "to the user's cache");
+  };
+  auto result = zylWriteSampleFlow(folder.string(), SampleSteps, report);
+  if (!result.Error.empty())
+  {
+    const fs::path spare = fs::temp_directory_path() / "zyl-sample";
+    result = zylWriteSampleFlow(spare.string(), SampleSteps, report);
+  }
+  if (!result.Error.empty())
+  {
+    throw zylViewError(zylViewFailed, result.Error);
+  }
+  return result.File;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylDataSet> zylViewLoader::LoadFiles()
+{
+  const auto& files = this->Options.Files;
+  zylViewProgress progress("loading " + fs::path(files.front()).filename().string(), this->Alive);
+  progress.Observe(zylCore::GetInstance()->GetSession());
+  zylViewTimes::Watch watch(this->Times, "load");
+  this->Messages.Clear();
+  auto dataset = vtkSmartPointer<zylDataSet>::New();
+  std::string heard;
+  bool loaded = false;
+  {
+    // Readers' own libraries talk to the terminal as well; here all of it becomes one line.
+    const zylViewTerminal terminal(this->Options.Verbose);
+    loaded = this->Options.ReaderName.empty()
+      ? dataset->LoadFromFile(files)
+      : dataset->LoadFromFile(files, this->Options.ReaderGroup, this->Options.ReaderName);
+    heard = terminal.GetText();
+  }
+  const std::string reason = this->Explain(dataset, heard);
+  if (!loaded)
+  {
+    throw zylViewError(zylViewBadFile, "cannot read '" + files.front() + "'" + reason);
+  }
+  if (!dataset->GetReadErrors().empty())
+  {
+    std::fprintf(stderr, "zylview: a part of '%s' could not be read%s\n", files.front().c_str(),
+      reason.c_str());
+  }
+  return dataset;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewLoader::Explain(zylDataSet* dataset, const std::string& heard) const
+{
+  const std::string& file = this->Options.Files.front();
+  std::error_code error;
+  const auto size = fs::file_size(file, error);
+  if (!error && size == 0)
+  {
+    return ": the file is empty"; // and no format in which that is right
+  }
+  for (const std::string& message : dataset->GetReadErrors())
+  {
+    const std::string line = zylOneLine(message);
+    if (!line.empty())
+    {
+      return ": " + line;
+    }
+  }
+  if (this->Messages.GetFirstError().find("No reader found") != std::string::npos)
+  {
+    return IsListedKind(file) ? ": its content is not what its name promises"
+                              : ": no reader for this kind of file";
+  }
+  const std::string line = zylOneLine(heard);
+  return line.empty() ? ": its content is not what its name promises" : ": " + line;
+}
