@@ -1,9 +1,11 @@
 // Splitting an AMReX plotfile into one unstructured grid per part.
 //
 //     zylBenchAMR PLOTFILE [PART_ID_ARRAY [LEVEL_MASK_ARRAY]]
+//     zylBenchAMR INDEX.json
 //
-// Stages: "read" (the toolkit's AMReX reader) and "parts" (the filter alone), each with wall time,
-// user and system CPU in seconds and the peak resident size of the process so far. The SMP backend
+// Stages: "read" (the toolkit's AMReX reader) and "parts" (the filter alone), or "load" (the reader
+// of the index, which does both, the checks of the files included), each with wall time, user and
+// system CPU in seconds and the peak resident size of the process so far. The SMP backend
 // and the number of threads come from the environment (VTK_SMP_BACKEND_IN_USE,
 // VTK_SMP_MAX_THREADS).
 #include <chrono>
@@ -15,10 +17,12 @@
 #include <vtkAMRExtractLabeledBlocks.h>
 #include <vtkAMReXGridReader.h>
 #include <vtkCellData.h>
+#include <vtkDataArray.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
 #include <vtkSMPTools.h>
 #include <vtkUnstructuredGrid.h>
+#include <vtkZYLVolumeSurfaceReader.h>
 
 namespace {
 double Seconds(const timeval& time)
@@ -43,14 +47,59 @@ void Stage(const char* name, Action action)
     static_cast<double>(after.ru_maxrss) * 1024 / 1e6);
   std::fflush(stdout);
 }
+
+// What the parts hold, to see that both ways bring the same.
+void PrintResult(vtkMultiBlockDataSet* output)
+{
+  vtkIdType cells = 0;
+  vtkIdType points = 0;
+  int arrays = 0;
+  double sum = 0.0;
+  for (unsigned int p = 0; output && p < output->GetNumberOfBlocks(); ++p)
+  {
+    auto* grid = vtkUnstructuredGrid::SafeDownCast(output->GetBlock(p));
+    cells += grid->GetNumberOfCells();
+    points += grid->GetNumberOfPoints();
+    arrays = grid->GetCellData()->GetNumberOfArrays();
+    for (int i = 0; i < arrays; ++i)
+    {
+      double range[2];
+      grid->GetCellData()->GetArray(i)->GetRange(range);
+      sum += range[0] + range[1];
+    }
+  }
+  std::printf("{\"stage\": \"result\", \"cells\": %lld, \"points\": %lld, \"arrays\": %d, "
+              "\"parts\": %u, \"ranges\": %.17g, \"threads\": %d}\n",
+    static_cast<long long>(cells), static_cast<long long>(points), arrays,
+    output ? output->GetNumberOfBlocks() : 0, sum, vtkSMPTools::GetEstimatedNumberOfThreads());
+}
+
+void Load(const char* index)
+{
+  vtkNew<vtkZYLVolumeSurfaceReader> reader;
+  Stage("load", [&]() {
+    reader->SetFileName(index);
+    reader->SetPartIdArrayName("part_id");
+    reader->SetLevelMaskArrayName("level_mask");
+    reader->Update();
+  });
+  PrintResult(vtkMultiBlockDataSet::SafeDownCast(reader->GetOutput()->GetBlock(1)));
+}
 } // namespace
 
 int main(int argc, char** argv)
 {
   if (argc < 2)
   {
-    std::fprintf(stderr, "usage: %s PLOTFILE [PART_ID_ARRAY [LEVEL_MASK_ARRAY]]\n", argv[0]);
+    std::fprintf(
+      stderr, "usage: %s PLOTFILE [PART_ID_ARRAY [LEVEL_MASK_ARRAY]] | INDEX.json\n", argv[0]);
     return 2;
+  }
+  const std::string name = argv[1];
+  if (name.size() > 5 && name.compare(name.size() - 5, 5, ".json") == 0)
+  {
+    Load(argv[1]);
+    return 0;
   }
   vtkNew<vtkAMReXGridReader> reader;
   Stage("read", [&]() {
@@ -70,20 +119,6 @@ int main(int argc, char** argv)
     parts->SetLevelMaskArrayName(argc > 3 ? argv[3] : "level_mask");
     parts->Update();
   });
-  vtkIdType cells = 0;
-  vtkIdType points = 0;
-  int arrays = 0;
-  vtkMultiBlockDataSet* output = parts->GetOutput();
-  for (unsigned int p = 0; p < output->GetNumberOfBlocks(); ++p)
-  {
-    auto* grid = vtkUnstructuredGrid::SafeDownCast(output->GetBlock(p));
-    cells += grid->GetNumberOfCells();
-    points += grid->GetNumberOfPoints();
-    arrays = grid->GetCellData()->GetNumberOfArrays();
-  }
-  std::printf("{\"stage\": \"result\", \"cells\": %lld, \"points\": %lld, \"arrays\": %d, "
-              "\"parts\": %u, \"threads\": %d}\n",
-    static_cast<long long>(cells), static_cast<long long>(points), arrays,
-    output->GetNumberOfBlocks(), vtkSMPTools::GetEstimatedNumberOfThreads());
+  PrintResult(parts->GetOutput());
   return 0;
 }

@@ -1,15 +1,16 @@
 #include "vtkZYLVolumeSurfaceReader.h"
 
 #include "vtkAMRExtractLabeledBlocks.h"
+#include "zylAMReXGridReader.h"
 #include "zylAMReXPlotfile.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <utility>
 
 #include <sys/stat.h>
 
-#include <vtkAMReXGridReader.h>
 #include <vtkCompositeDataSet.h>
 #include <vtkInformation.h>
 #include <vtkInformationVector.h>
@@ -213,7 +214,8 @@ void vtkZYLVolumeSurfaceReader::ReadSurface(
 void vtkZYLVolumeSurfaceReader::ReadVolume(const std::string& name, vtkMultiBlockDataSet* block)
 {
   Trace("", name);
-  const std::string fault = zylCheckAMReXPlotfile(name, MaximumLevel);
+  zylAMReXLayout layout;
+  const std::string fault = zylCheckAMReXPlotfile(name, MaximumLevel, &layout);
   if (!fault.empty())
   {
     vtkErrorMacro("Could not read the volume '" << name << "'. " << fault);
@@ -222,8 +224,9 @@ void vtkZYLVolumeSurfaceReader::ReadVolume(const std::string& name, vtkMultiBloc
   {
     return;
   }
-  vtkNew<vtkAMReXGridReader> reader;
+  vtkNew<zylAMReXGridReader> reader;
   reader->SetFileName(name.c_str());
+  reader->SetLayout(std::move(layout));
   reader->UpdateInformation();
   for (int i = 0; i < reader->GetNumberOfPointArrays(); ++i)
   {

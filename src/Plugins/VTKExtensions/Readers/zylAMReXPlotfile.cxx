@@ -4,11 +4,13 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <fstream>
 #include <locale>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include <sys/stat.h>
@@ -38,7 +40,7 @@ struct Level
 
 struct Header
 {
-  int NumberOfVariables = 0;
+  std::vector<std::string> Variables;
   int Dimension = 0;
   std::vector<Level> Levels;
 };
@@ -212,10 +214,10 @@ Header ReadHeader(Scanner& scanner)
 {
   Header header;
   scanner.Word("version");
-  header.NumberOfVariables = static_cast<int>(scanner.Integer("number of variables", 1, 100000));
-  for (int i = 0; i < header.NumberOfVariables; ++i)
+  header.Variables.resize(scanner.Integer("number of variables", 1, 100000));
+  for (std::string& name : header.Variables)
   {
-    scanner.Word("name of a variable");
+    name = scanner.Word("name of a variable");
   }
   header.Dimension = static_cast<int>(scanner.Integer("dimension (2 or 3)", 2, 3));
   scanner.Real("time");
@@ -290,8 +292,17 @@ private:
   std::uint64_t Size = 0;
 };
 
-// "((8, (64 11 52 0 1 12 0 1023)),(8, (8 7 6 5 4 3 2 1)))"; returns the bytes of a value.
-std::int64_t ReadRealDescriptor(Scanner& scanner)
+bool IsLittleEndian()
+{
+  const std::uint16_t one = 1;
+  unsigned char first = 0;
+  std::memcpy(&first, &one, 1);
+  return first == 1;
+}
+
+// "((8, (64 11 52 0 1 12 0 1023)),(8, (8 7 6 5 4 3 2 1)))": the size of a value and whether its
+// bytes, listed from the most significant one, stand in the order of this machine.
+void ReadRealDescriptor(Scanner& scanner, zylAMReXFab& fab)
 {
   static const std::vector<std::int64_t> formats[2] = { { 32, 8, 23, 0, 1, 9, 0, 127 },
     { 64, 11, 52, 0, 1, 12, 0, 1023 } };
@@ -313,6 +324,10 @@ std::int64_t ReadRealDescriptor(Scanner& scanner)
     scanner.Character(i == 0 ? ',' : ')', what);
   }
   const std::int64_t bytes = lists[0] == formats[0] ? 4 : 8;
+  const bool descending = std::is_sorted(lists[1].rbegin(), lists[1].rend());
+  const bool ascending = std::is_sorted(lists[1].begin(), lists[1].end());
+  fab.BytesOfValue = static_cast<int>(bytes);
+  fab.IsNative = IsLittleEndian() ? descending : ascending;
   std::sort(lists[1].begin(), lists[1].end());
   bool ordered = static_cast<std::int64_t>(lists[1].size()) == bytes;
   for (std::size_t i = 0; i < lists[1].size(); ++i)
@@ -323,29 +338,31 @@ std::int64_t ReadRealDescriptor(Scanner& scanner)
   {
     scanner.Fail("its numbers are neither IEEE floats nor doubles");
   }
-  return bytes;
 }
 
-void CheckFab(DataFile& data, const std::string& name, std::uint64_t offset, const Box& box,
+zylAMReXFab CheckFab(DataFile& data, const std::string& name, std::uint64_t offset, const Box& box,
   int dimension, int variables, std::int64_t centering)
 {
+  zylAMReXFab fab;
   const std::string head = data.Head(name, offset);
   Scanner scanner(head, name);
   for (char c : { 'F', 'A', 'B' })
   {
     scanner.Character(c, "data of a box");
   }
-  const std::int64_t bytes = ReadRealDescriptor(scanner);
+  ReadRealDescriptor(scanner, fab);
   if (!(scanner.ReadBox(dimension, centering) == box))
   {
     scanner.Fail("the data of a box are of another box");
   }
   const std::int64_t components = scanner.Integer("number of variables", variables, MaximumIndex);
   const std::int64_t begin = scanner.Position() + 1;
-  double volume = static_cast<double>(components) * static_cast<double>(bytes);
+  double volume = static_cast<double>(components) * static_cast<double>(fab.BytesOfValue);
+  fab.NumberOfCells = 1;
   for (int d = 0; d < dimension; ++d)
   {
     volume *= static_cast<double>(box.High[d] - box.Low[d] + 1);
+    fab.NumberOfCells *= box.High[d] - box.Low[d] + 1;
   }
   if (begin < 1 ||
     static_cast<double>(offset) + static_cast<double>(begin) + volume >
@@ -353,11 +370,26 @@ void CheckFab(DataFile& data, const std::string& name, std::uint64_t offset, con
   {
     throw Fault("'" + name + "' is truncated.");
   }
+  fab.Offset = offset + static_cast<std::uint64_t>(begin);
+  return fab;
 }
 
-// One level of one set of boxes: its header and, if `withData`, the data files.
+// The index of a file in the list, which it is added to if it is new. Boxes follow each other in a
+// file mostly.
+std::uint32_t FileIndex(std::vector<std::string>& files, const std::string& name)
+{
+  const auto found = std::find(files.rbegin(), files.rend(), name);
+  if (found == files.rend())
+  {
+    files.push_back(name);
+    return static_cast<std::uint32_t>(files.size() - 1);
+  }
+  return static_cast<std::uint32_t>(files.rend() - found - 1);
+}
+
+// One level of one set of boxes: its header and, if `layout` is not null, the data files.
 void CheckLevel(const std::string& path, const Level& level, const std::string& prefix,
-  int dimension, int variables, std::int64_t centering, bool withData)
+  int dimension, int variables, std::int64_t centering, zylAMReXLayout* layout)
 {
   const std::string directory = path + "/" + level.Directory + "/";
   const std::string name = directory + prefix + "_H";
@@ -387,10 +419,11 @@ void CheckLevel(const std::string& path, const Level& level, const std::string& 
     scanner.Word("data file");
     const std::string file = directory + scanner.Word("data file");
     const std::int64_t offset = scanner.Integer("offset", 0, std::int64_t(1) << 62);
-    if (withData)
+    if (layout)
     {
-      CheckFab(
-        data, file, static_cast<std::uint64_t>(offset), box, dimension, variables, centering);
+      layout->Boxes.push_back(CheckFab(
+        data, file, static_cast<std::uint64_t>(offset), box, dimension, variables, centering));
+      layout->Boxes.back().File = FileIndex(layout->Files, file);
     }
   }
 }
@@ -418,15 +451,17 @@ void CheckFurtherSets(const std::string& path, Scanner& scanner, const Header& h
       {
         scanner.Fail("no valid path of a level");
       }
-      CheckLevel(path, level, name.substr(slash + 1), header.Dimension, variables, -1, true);
+      zylAMReXLayout further;
+      CheckLevel(path, level, name.substr(slash + 1), header.Dimension, variables, -1, &further);
     }
   }
 }
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-std::string zylCheckAMReXPlotfile(const std::string& path, int maximumLevel)
+std::string zylCheckAMReXPlotfile(const std::string& path, int maximumLevel, zylAMReXLayout* layout)
 {
+  zylAMReXLayout found;
   try
   {
     const std::string name = path + "/Header";
@@ -436,13 +471,19 @@ std::string zylCheckAMReXPlotfile(const std::string& path, int maximumLevel)
     for (std::size_t i = 0; i < header.Levels.size(); ++i)
     {
       CheckLevel(path, header.Levels[i], header.Levels[i].Prefix, header.Dimension,
-        header.NumberOfVariables, 0, static_cast<int>(i) <= maximumLevel);
+        static_cast<int>(header.Variables.size()), 0,
+        static_cast<int>(i) <= maximumLevel ? &found : nullptr);
     }
     CheckFurtherSets(path, scanner, header);
+    found.Variables = header.Variables;
   }
   catch (const std::exception& error)
   {
     return error.what();
+  }
+  if (layout)
+  {
+    *layout = std::move(found);
   }
   return "";
 }
