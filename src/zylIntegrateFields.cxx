@@ -13,7 +13,6 @@
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
 #include <vtkPointData.h>
-#include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 
 vtkStandardNewMacro(zylIntegrateFields);
@@ -70,9 +69,7 @@ void zylIntegrateFields::Update()
     return;
   }
   zylPushBlocks(this->Blocks, this->BlockExtractor);
-  vtkSMPropertyHelper(this->ScriptFilter, "Script")
-    .Set(zylGetDerivedVariablesScript(this->DataSet).c_str());
-  this->ScriptFilter->UpdateVTKObjects();
+  zylPushScript(zylGetDerivedVariablesScript(this->DataSet), this->ScriptFilter);
   zylPush(this->Properties, Rows, this->Integrator);
   this->Integrator->UpdateVTKObjects();
   zylUpdatePipeline(
@@ -83,7 +80,8 @@ void zylIntegrateFields::Update()
 bool zylIntegrateFields::BuildChain()
 {
   vtkSMSourceProxy* source = zylGetLiveOutput(this->DataSet);
-  if (this->BlockExtractor && (!source || this->BlockExtractor->GetSession() != source->GetSession()))
+  if (this->BlockExtractor &&
+    (!source || this->BlockExtractor->GetSession() != source->GetSession()))
   {
     this->DropChain();
   }
@@ -95,9 +93,8 @@ bool zylIntegrateFields::BuildChain()
                            .Input(this->BlockExtractor)
                            .Set("CopyArrays", 1)
                            .Make();
-    this->Integrator = zylProxyBuilder(manager, "filters", "IntegrateAttributes")
-                         .Input(this->ScriptFilter)
-                         .Make();
+    this->Integrator =
+      zylProxyBuilder(manager, "filters", "IntegrateAttributes").Input(this->ScriptFilter).Make();
   }
   zylConnect(this->BlockExtractor, source); // which may be another dataset's by now
   return this->BlockExtractor && this->ScriptFilter && this->Integrator;

@@ -7,9 +7,9 @@
  *     const auto values = integral->GetIntegratedValues(0); // 0: all blocks
  *     const double volume = values.CellValues.at("Volume")[0];
  *
- * Integrated are the cells of the highest dimension among the blocks, at the animation time, derived
- * variables included. Their measure is the cell value "Volume", "Area" or "Length". Arrays that some
- * of the blocks lack are left out.
+ * Integrated are the cells of the highest dimension among the blocks, at the animation time,
+ * derived variables included. Their measure is the cell value "Volume", "Area" or "Length". Arrays
+ * that some of the blocks lack are left out.
  *
  * Settings (GetProperties()):
  *

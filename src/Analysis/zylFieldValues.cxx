@@ -63,6 +63,16 @@ void zylPushBlocks(const std::vector<int>& blocks, vtkSMSourceProxy* extractor)
 }
 
 //--------------------------------------------------------------------------------------------------
+void zylPushScript(const std::string& script, vtkSMSourceProxy* filter)
+{
+  if (filter)
+  {
+    vtkSMPropertyHelper(filter, "Script").Set(script.c_str());
+    filter->UpdateVTKObjects();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 std::vector<int> zylGetInts(const zylProperty* property)
 {
   const int* values = property->GetIntElements();

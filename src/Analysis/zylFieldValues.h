@@ -30,6 +30,9 @@ ZYL_PRIVATE std::string zylGetDerivedVariablesScript(zylDataSet* dataset);
 /// Send `blocks` as "BlockIndices" of an "ExtractBlock", unless it has exactly these.
 ZYL_PRIVATE void zylPushBlocks(const std::vector<int>& blocks, vtkSMSourceProxy* extractor);
 
+/// Send `script` as "Script" of a "ProgrammableFilter", unless it has that one. Null is fine.
+ZYL_PRIVATE void zylPushScript(const std::string& script, vtkSMSourceProxy* filter);
+
 /// The integers of a property.
 ZYL_PRIVATE std::vector<int> zylGetInts(const zylProperty* property);
 

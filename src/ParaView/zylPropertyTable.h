@@ -49,6 +49,11 @@ struct zylPropertyRow
   {
     return Numbers(name, zylProperty::Int, 0, 0.0);
   }
+  /// No elements.
+  static constexpr zylPropertyRow Doubles(const char* name)
+  {
+    return Numbers(name, zylProperty::Double, 0, 0.0);
+  }
   static constexpr zylPropertyRow Double(const char* name, double value)
   {
     return Numbers(name, zylProperty::Double, 1, value);

@@ -265,13 +265,15 @@ void zylUpdatePipeline(vtkSMSourceProxy* source, double time)
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed)
+bool zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed)
 {
-  if (time != executed || Internals::IsOutdated(source))
+  if (time == executed && !Internals::IsOutdated(source))
   {
-    zylUpdatePipeline(source, time);
-    executed = time;
+    return false;
   }
+  zylUpdatePipeline(source, time);
+  executed = time;
+  return true;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -87,8 +87,8 @@ ZYL_PRIVATE vtkSMProxy* zylFindOffered(
 ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source, double time);
 
 /// The same, unless nothing upstream of `source` has changed since it was executed at `executed`;
-/// no call to the server then. `executed` becomes `time`.
-ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed);
+/// no call to the server then. `executed` becomes `time`. Whether it was executed.
+ZYL_PRIVATE bool zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed);
 
 /// Counterpart of Make(): unregister a pipeline proxy. Null, or a proxy whose session has ended, is
 /// fine. The caller drops its own reference.
