@@ -1,5 +1,8 @@
 #include "zylBoundaryRepresentation.h"
 
+#include "Display/zylBlockExtractor.h"
+#include "Display/zylBlockFlags.h"
+#include "Display/zylBlockGroups.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
@@ -31,10 +34,7 @@ vtkStandardNewMacro(zylBoundaryRepresentation);
 #define zylScope(name) vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, name)
 
 namespace {
-constexpr char BlockVisibility[] = "BlockVisibility";
-constexpr unsigned int NoBlock = 0xFFFFFFFF;
-
-enum KindIndex
+enum Kind
 {
   Surface,
   Contour,
@@ -49,20 +49,6 @@ vtkSmartPointer<zylPipeline> NewPipeline()
   return vtkSmartPointer<Pipeline>::New();
 }
 
-bool IsShown(zylPropertyCollection* settings)
-{
-  return settings->GetBool("Visibility") && !settings->GetBool("ForceHidden");
-}
-
-// Give an int property these elements; its modification time tells whether that was news.
-void SetInts(zylPropertyCollection* collection, const char* name, const std::vector<int>& values)
-{
-  zylProperty* property = collection->GetProperty(name);
-  const auto count = static_cast<unsigned int>(values.size());
-  property->SetNumberOfElements(count);
-  property->SetElements(values.data(), count);
-}
-
 std::vector<int> MakePairs(const std::vector<int>& ids)
 {
   std::vector<int> pairs;
@@ -73,35 +59,9 @@ std::vector<int> MakePairs(const std::vector<int>& ids)
   return pairs;
 }
 
-std::vector<int> FlaggedBlocks(zylPropertyCollection* collection)
+std::vector<int> HighlightedBlocks(zylPropertyCollection* highlight)
 {
-  std::vector<int> ids;
-  zylProperty* pairs = collection->GetProperty(BlockVisibility);
-  for (unsigned int i = 0; i < pairs->GetNumberOfElements() / 2; ++i)
-  {
-    if (pairs->GetIntElement(2 * i + 1) != 0)
-    {
-      ids.push_back(pairs->GetIntElement(2 * i));
-    }
-  }
-  return ids;
-}
-
-// The stage that delivers whole blocks by flat index without changing any index.
-zylProxyBuilder BlockExtractor(vtkSMSourceProxy* input)
-{
-  return zylProxyBuilder(input->GetSessionProxyManager(), "filters", "ExtractBlock")
-    .Input(input)
-    .Set("PruneOutput", 0)
-    .Set("MaintainStructure", 1);
-}
-
-void SetBlockIndices(vtkSMSourceProxy* extract, const std::vector<int>& ids)
-{
-  vtkSMPropertyHelper helper(extract, "BlockIndices");
-  helper.SetNumberOfElements(static_cast<unsigned int>(ids.size()));
-  helper.Set(ids.data(), static_cast<unsigned int>(ids.size()));
-  extract->UpdateVTKObjects();
+  return zylBlockFlags(highlight->GetProperty("BlockVisibility")).GetVisibleBlocks();
 }
 } // namespace
 
@@ -110,11 +70,11 @@ zylBoundaryRepresentation::zylBoundaryRepresentation()
   : Properties(vtkSmartPointer<zylPropertyCollection>::New())
   , HighlightPipeline(vtkSmartPointer<zylHighlightPipeline>::New())
 {
-  this->Kinds[Surface].NewPipeline = &NewPipeline<zylSurfacePipeline>;
-  this->Kinds[Contour].NewPipeline = &NewPipeline<zylContourPipeline>;
-  this->Kinds[FeatureLine].NewPipeline = &NewPipeline<zylFeatureLinePipeline>;
-  this->Kinds[MeshLine].NewPipeline = &NewPipeline<zylMeshLinePipeline>;
-  this->Kinds[VectorGlyph].NewPipeline = &NewPipeline<zylVectorGlyphPipeline>;
+  this->Kinds.emplace_back(&NewPipeline<zylSurfacePipeline>);
+  this->Kinds.emplace_back(&NewPipeline<zylContourPipeline>);
+  this->Kinds.emplace_back(&NewPipeline<zylFeatureLinePipeline>);
+  this->Kinds.emplace_back(&NewPipeline<zylMeshLinePipeline>);
+  this->Kinds.emplace_back(&NewPipeline<zylVectorGlyphPipeline>);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -141,34 +101,26 @@ void zylBoundaryRepresentation::InitializeBlockProperties()
   {
     return;
   }
-  for (Kind& kind : this->Kinds)
+  for (zylBlockGroups& kind : this->Kinds)
   {
-    kind.Settings.clear();
+    kind.ClearBlocks();
   }
-  this->AddBlocks();
+  this->BlocksTime = 0;
+  this->TakeOverBlocks();
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylBoundaryRepresentation::AddBlocks()
+void zylBoundaryRepresentation::TakeOverBlocks()
 {
-  std::vector<unsigned int> ids = this->DataSet->GetBlockIDs();
-  const auto& known = this->Kinds[Surface].Settings;
-  ids.erase(std::remove_if(ids.begin(), ids.end(),
-              [&known](unsigned int id) { return id == NoBlock || known.count(int(id)) > 0; }),
-    ids.end());
-  if (ids.empty())
+  zylMultiBlockTree* tree = this->DataSet->GetMultiBlockTree();
+  const vtkMTimeType time = tree->GetMTime();
+  if (time != this->BlocksTime)
   {
-    return;
-  }
-  for (Kind& kind : this->Kinds)
-  {
-    const auto prototype = kind.NewPipeline();
-    for (const unsigned int id : ids)
+    for (zylBlockGroups& kind : this->Kinds)
     {
-      auto settings = vtkSmartPointer<zylPropertyCollection>::New();
-      settings->DeepCopy(prototype->GetProperties());
-      kind.Settings[static_cast<int>(id)] = settings;
+      kind.SetBlocks(tree);
     }
+    this->BlocksTime = time;
   }
 }
 
@@ -177,7 +129,7 @@ void zylBoundaryRepresentation::CreateSurfacePipeline()
 {
   zylScope("CreateSurfacePipeline()");
   vtkSMSourceProxy* source = this->DataSet->GetOutput();
-  this->ExtractBlockProxy = BlockExtractor(source).Make();
+  this->ExtractBlockProxy = zylBlockExtractor(source).Make();
   this->SurfaceProxy =
     zylProxyBuilder(source->GetSessionProxyManager(), "filters", "SurfaceGeometryFilter")
       .Input(this->ExtractBlockProxy)
@@ -200,7 +152,7 @@ void zylBoundaryRepresentation::Update()
   {
     return;
   }
-  this->AddBlocks();
+  this->TakeOverBlocks();
   if (!this->SurfacePipelineCreated)
   {
     this->CreateSurfacePipeline();
@@ -223,16 +175,10 @@ void zylBoundaryRepresentation::Update()
 //--------------------------------------------------------------------------------------------------
 std::vector<int> zylBoundaryRepresentation::CollectNeededBlocks()
 {
-  std::vector<int> needed = FlaggedBlocks(this->GetHighlightProperties());
-  for (const Kind& kind : this->Kinds)
+  std::vector<int> needed = HighlightedBlocks(this->GetHighlightProperties());
+  for (const zylBlockGroups& kind : this->Kinds)
   {
-    for (const auto& block : kind.Settings)
-    {
-      if (IsShown(block.second))
-      {
-        needed.push_back(block.first);
-      }
-    }
+    kind.AppendShown(needed);
   }
   std::sort(needed.begin(), needed.end());
   needed.erase(std::unique(needed.begin(), needed.end()), needed.end());
@@ -253,139 +199,16 @@ void zylBoundaryRepresentation::UpdateExtractBlockCache()
   std::sort(present.begin(), present.end());
   if (!std::includes(present.begin(), present.end(), needed.begin(), needed.end()))
   {
-    SetBlockIndices(this->ExtractBlockProxy, needed);
+    zylExtractBlocks(this->ExtractBlockProxy, needed);
   }
-  for (Kind& kind : this->Kinds)
+  for (zylBlockGroups& kind : this->Kinds)
   {
-    this->UpdateKind(kind);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylBoundaryRepresentation::UpdateKind(Kind& kind)
-{
-  std::map<vtkTypeUInt64, std::vector<int>> blocksOf;
-  for (const auto& block : kind.Settings)
-  {
-    blocksOf[block.second->GetHashValue()].push_back(block.first);
-  }
-  std::map<vtkTypeUInt64, Group> unused;
-  for (auto group = kind.Groups.begin(); group != kind.Groups.end();)
-  {
-    auto next = std::next(group);
-    if (blocksOf.count(group->first) == 0)
+    if (!kind.Update(this->MultiClip->GetOutput(), this->DataSet->GetMultiBlockTree(), this->View,
+          [this](
+            zylPropertyCollection* settings) { return this->GetProgrammableScript(settings); }))
     {
-      unused.insert(kind.Groups.extract(group));
+      vtkErrorMacro("The session cannot make the stages that feed a display pipeline");
     }
-    group = next;
-  }
-  for (auto& [hash, blocks] : blocksOf)
-  {
-    if (kind.Groups.count(hash) > 0)
-    {
-      continue;
-    }
-    // Blocks that changed together keep their pipeline: only its settings change.
-    const auto& sought = blocks;
-    const auto same = std::find_if(unused.begin(), unused.end(),
-      [&sought](const auto& candidate) { return candidate.second.Blocks == sought; });
-    if (same != unused.end())
-    {
-      kind.Groups[hash] = std::move(same->second);
-      unused.erase(same);
-    }
-  }
-  for (auto& group : unused)
-  {
-    this->DropGroup(group.second);
-  }
-  for (auto& [hash, blocks] : blocksOf)
-  {
-    this->UpdateGroup(kind, kind.Groups[hash], hash, std::move(blocks));
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylBoundaryRepresentation::CreateGroup(Kind& kind, Group& group)
-{
-  vtkSMSourceProxy* source = this->MultiClip->GetOutput();
-  group.Extract = BlockExtractor(source).Set("BlockIndices", std::vector<int>()).Make();
-  group.Script = zylProxyBuilder(source->GetSessionProxyManager(), "filters", "ProgrammableFilter")
-                   .Input(group.Extract)
-                   .Set("CopyArrays", 1)
-                   .Make();
-  group.Pipeline = kind.NewPipeline();
-  group.Pipeline->SetDataSource(group.Script);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylBoundaryRepresentation::DropGroup(Group& group)
-{
-  if (group.Pipeline)
-  {
-    group.Pipeline->FreeResources(this->View);
-    group.Pipeline->SetDataSource(nullptr);
-  }
-  zylUnregister(group.Script);
-  zylUnregister(group.Extract);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylBoundaryRepresentation::UpdateGroup(
-  Kind& kind, Group& group, vtkTypeUInt64 hash, std::vector<int>&& blocks)
-{
-  if (!group.Pipeline)
-  {
-    this->CreateGroup(kind, group);
-  }
-  if (!group.Extract || !group.Script)
-  {
-    vtkErrorMacro("The session cannot make the stages that feed a display pipeline");
-    return;
-  }
-  // A block that has left the group is not drawn anyway. Taking it out of the stage as well would
-  // process and upload every other block again, so that waits until it pays.
-  const auto& extracted = group.Extracted;
-  const bool covered =
-    std::includes(extracted.begin(), extracted.end(), blocks.begin(), blocks.end());
-  if (!covered || 2 * blocks.size() < extracted.size())
-  {
-    SetBlockIndices(group.Extract, blocks);
-    group.Extracted = blocks;
-  }
-
-  zylPropertyCollection* settings = kind.Settings[blocks.front()];
-  std::vector<int> pairs;
-  pairs.reserve(2 * blocks.size());
-  bool shown = false;
-  for (const int id : blocks)
-  {
-    zylPropertyCollection* own = kind.Settings[id];
-    const bool flag = IsShown(own);
-    if (flag && !shown)
-    {
-      shown = true;
-      settings = own; // equal in the hash, and visible
-    }
-    pairs.insert(pairs.end(), { id, flag ? 1 : 0 });
-  }
-  vtkSMPropertyHelper(group.Script, "Script").Set(this->GetProgrammableScript(settings).c_str());
-  group.Script->UpdateVTKObjects();
-
-  zylPropertyCollection* target = group.Pipeline->GetProperties();
-  if (target->GetHashValue() != hash)
-  {
-    target->DeepCopy(settings);
-  }
-  target->Set("Visibility", settings->GetBool("Visibility"));
-  target->Set("ForceHidden", settings->GetBool("ForceHidden"));
-  SetInts(target, BlockVisibility, pairs);
-  group.Blocks = std::move(blocks);
-
-  group.Pipeline->SetBlockTree(this->DataSet->GetMultiBlockTree());
-  if (this->View)
-  {
-    group.Pipeline->Update(this->View);
   }
 }
 
@@ -438,55 +261,52 @@ zylPropertyCollection* zylBoundaryRepresentation::GetProperties()
 }
 
 //--------------------------------------------------------------------------------------------------
-zylPropertyCollection* zylBoundaryRepresentation::GetSettings(const Kind& kind, int blockId)
+zylPropertyCollection* zylBoundaryRepresentation::GetSettings(int kind, int blockId)
 {
-  const auto found = kind.Settings.find(blockId);
-  return this->DataSet && found != kind.Settings.end() ? found->second.Get() : nullptr;
+  return this->DataSet ? this->Kinds[kind].GetSettings(blockId) : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
 zylPropertyCollection* zylBoundaryRepresentation::GetSurfaceProperties(int blockId)
 {
   zylScope("GetSurfaceProperties()");
-  return this->GetSettings(this->Kinds[Surface], blockId);
+  return this->GetSettings(Surface, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
 zylPropertyCollection* zylBoundaryRepresentation::GetContourProperties(int blockId)
 {
   zylScope("GetContourProperties()");
-  return this->GetSettings(this->Kinds[Contour], blockId);
+  return this->GetSettings(Contour, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
 zylPropertyCollection* zylBoundaryRepresentation::GetFeatureLineProperties(int blockId)
 {
   zylScope("GetFeatureLineProperties()");
-  return this->GetSettings(this->Kinds[FeatureLine], blockId);
+  return this->GetSettings(FeatureLine, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
 zylPropertyCollection* zylBoundaryRepresentation::GetMeshLineProperties(int blockId)
 {
   zylScope("GetMeshLineProperties()");
-  return this->GetSettings(this->Kinds[MeshLine], blockId);
+  return this->GetSettings(MeshLine, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
 zylPropertyCollection* zylBoundaryRepresentation::GetVectorGlyphProperties(int blockId)
 {
   zylScope("GetVectorGlyphProperties()");
-  return this->GetSettings(this->Kinds[VectorGlyph], blockId);
+  return this->GetSettings(VectorGlyph, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<zylArrayInformation> zylBoundaryRepresentation::GetColorVariableInformation(
-  const Kind& kind, int blockId)
+  int kind, int blockId)
 {
-  zylPropertyCollection* settings = this->GetSettings(kind, blockId);
-  const auto group = settings ? kind.Groups.find(settings->GetHashValue()) : kind.Groups.end();
-  return group != kind.Groups.end() ? group->second.Pipeline->GetColorVariableInformation()
-                                    : nullptr;
+  zylPipeline* pipeline = this->DataSet ? this->Kinds[kind].GetPipeline(blockId) : nullptr;
+  return pipeline ? pipeline->GetColorVariableInformation() : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -494,7 +314,7 @@ vtkSmartPointer<zylArrayInformation> zylBoundaryRepresentation::GetSurfaceColorV
   int blockId)
 {
   zylScope("GetSurfaceColorVariableInformation()");
-  return this->GetColorVariableInformation(this->Kinds[Surface], blockId);
+  return this->GetColorVariableInformation(Surface, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -502,7 +322,7 @@ vtkSmartPointer<zylArrayInformation> zylBoundaryRepresentation::GetContourColorV
   int blockId)
 {
   zylScope("GetContourColorVariableInformation()");
-  return this->GetColorVariableInformation(this->Kinds[Contour], blockId);
+  return this->GetColorVariableInformation(Contour, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -510,7 +330,7 @@ vtkSmartPointer<zylArrayInformation>
 zylBoundaryRepresentation::GetFeatureLineColorVariableInformation(int blockId)
 {
   zylScope("GetFeatureLineColorVariableInformation()");
-  return this->GetColorVariableInformation(this->Kinds[FeatureLine], blockId);
+  return this->GetColorVariableInformation(FeatureLine, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -518,7 +338,7 @@ vtkSmartPointer<zylArrayInformation> zylBoundaryRepresentation::GetMeshLineColor
   int blockId)
 {
   zylScope("GetMeshLineColorVariableInformation()");
-  return this->GetColorVariableInformation(this->Kinds[MeshLine], blockId);
+  return this->GetColorVariableInformation(MeshLine, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -526,14 +346,14 @@ vtkSmartPointer<zylArrayInformation>
 zylBoundaryRepresentation::GetVectorGlyphColorVariableInformation(int blockId)
 {
   zylScope("GetVectorGlyphColorVariableInformation()");
-  return this->GetColorVariableInformation(this->Kinds[VectorGlyph], blockId);
+  return this->GetColorVariableInformation(VectorGlyph, blockId);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylBoundaryRepresentation::SetForceHidden(int blockId, bool hidden)
 {
   zylScope("SetForceHidden()");
-  for (Kind& kind : this->Kinds)
+  for (int kind = Surface; kind <= VectorGlyph; ++kind)
   {
     if (zylPropertyCollection* settings = this->GetSettings(kind, blockId))
     {
@@ -560,9 +380,9 @@ void zylBoundaryRepresentation::Hide(int blockId)
 void zylBoundaryRepresentation::Show()
 {
   zylScope("Show()");
-  for (const auto& block : this->Kinds[Surface].Settings)
+  for (const int id : this->Kinds[Surface].GetBlocks())
   {
-    this->SetForceHidden(block.first, false);
+    this->SetForceHidden(id, false);
   }
 }
 
@@ -570,9 +390,9 @@ void zylBoundaryRepresentation::Show()
 void zylBoundaryRepresentation::Hide()
 {
   zylScope("Hide()");
-  for (const auto& block : this->Kinds[Surface].Settings)
+  for (const int id : this->Kinds[Surface].GetBlocks())
   {
-    this->SetForceHidden(block.first, true);
+    this->SetForceHidden(id, true);
   }
 }
 
@@ -580,12 +400,9 @@ void zylBoundaryRepresentation::Hide()
 std::vector<zylPipeline*> zylBoundaryRepresentation::GetPipelines()
 {
   std::vector<zylPipeline*> pipelines;
-  for (const Kind& kind : this->Kinds)
+  for (const zylBlockGroups& kind : this->Kinds)
   {
-    for (const auto& group : kind.Groups)
-    {
-      pipelines.push_back(group.second.Pipeline);
-    }
+    kind.AppendPipelines(pipelines);
   }
   pipelines.push_back(this->HighlightPipeline);
   return pipelines;
@@ -634,7 +451,7 @@ void zylBoundaryRepresentation::Highlight(const std::vector<int>& blockIds, int 
     return;
   }
   zylPropertyCollection* settings = this->GetHighlightProperties();
-  SetInts(settings, BlockVisibility, MakePairs(blockIds));
+  zylBlockFlags::Write(settings, MakePairs(blockIds));
   if (!blockIds.empty())
   {
     settings->Set("Visibility", true);
@@ -647,13 +464,13 @@ void zylBoundaryRepresentation::UnHighlight(const std::vector<int>& blockIds)
 {
   zylScope("UnHighlight()");
   zylPropertyCollection* settings = this->GetHighlightProperties();
-  const std::vector<int> highlighted = FlaggedBlocks(settings);
+  const std::vector<int> highlighted = HighlightedBlocks(settings);
   std::set<int> remaining(highlighted.begin(), highlighted.end());
   for (const int id : blockIds)
   {
     remaining.erase(id);
   }
-  SetInts(settings, BlockVisibility, MakePairs({ remaining.begin(), remaining.end() }));
+  zylBlockFlags::Write(settings, MakePairs({ remaining.begin(), remaining.end() }));
   if (remaining.empty())
   {
     settings->Set("Visibility", false);
@@ -664,7 +481,7 @@ void zylBoundaryRepresentation::UnHighlight(const std::vector<int>& blockIds)
 void zylBoundaryRepresentation::ClearHighlights()
 {
   zylScope("ClearHighlights()");
-  SetInts(this->GetHighlightProperties(), BlockVisibility, {});
+  zylBlockFlags::Write(this->GetHighlightProperties(), {});
   this->GetHighlightProperties()->Set("Visibility", false);
 }
 
@@ -685,7 +502,7 @@ vtkSmartPointer<vtkMultiBlockDataSet> zylBoundaryRepresentation::GetBlockSurface
   {
     return nullptr;
   }
-  const auto extract = BlockExtractor(source).Set("BlockIndices", blockIds).MakeUnregistered();
+  const auto extract = zylBlockExtractor(source).Set("BlockIndices", blockIds).MakeUnregistered();
   const auto surface =
     zylProxyBuilder(source->GetSessionProxyManager(), "filters", "SurfaceGeometryFilter")
       .Input(extract)
@@ -724,13 +541,9 @@ bool zylBoundaryRepresentation::HasRepresentation(vtkSMProxy* representation)
 void zylBoundaryRepresentation::FreeResources()
 {
   zylScope("FreeResources()");
-  for (Kind& kind : this->Kinds)
+  for (zylBlockGroups& kind : this->Kinds)
   {
-    for (auto& group : kind.Groups)
-    {
-      this->DropGroup(group.second);
-    }
-    kind.Groups.clear();
+    kind.FreeResources(this->View);
   }
   this->HighlightPipeline->FreeResources(this->View);
 }

@@ -24,14 +24,13 @@
 #include "zylExport.h"
 #include "zylRepresentation.h"
 
-#include <array>
-#include <map>
 #include <string>
 #include <vector>
 
 class vtkMultiBlockDataSet;
 class vtkSMSourceProxy;
 class zylArrayInformation;
+class zylBlockGroups;
 class zylHighlightPipeline;
 class zylPipeline;
 
@@ -120,40 +119,19 @@ private:
   zylBoundaryRepresentation(const zylBoundaryRepresentation&) = delete;
   void operator=(const zylBoundaryRepresentation&) = delete;
 
-  // The blocks that share one set of settings of one kind, and the chain that draws them:
-  // clip output -> ExtractBlock -> ProgrammableFilter -> pipeline.
-  struct Group
-  {
-    vtkSmartPointer<vtkSMSourceProxy> Extract;
-    vtkSmartPointer<vtkSMSourceProxy> Script;
-    vtkSmartPointer<zylPipeline> Pipeline;
-    std::vector<int> Blocks;    // ascending
-    std::vector<int> Extracted; // what Extract delivers, ascending: Blocks, or more
-  };
-
-  struct Kind
-  {
-    vtkSmartPointer<zylPipeline> (*NewPipeline)() = nullptr;
-    std::map<int, vtkSmartPointer<zylPropertyCollection>> Settings;
-    std::map<vtkTypeUInt64, Group> Groups;
-  };
-
-  void AddBlocks();
+  zylPropertyCollection* GetSettings(int kind, int blockId);
+  vtkSmartPointer<zylArrayInformation> GetColorVariableInformation(int kind, int blockId);
   std::vector<int> CollectNeededBlocks();
-  void UpdateKind(Kind& kind);
-  void UpdateGroup(Kind& kind, Group& group, vtkTypeUInt64 hash, std::vector<int>&& blocks);
-  void CreateGroup(Kind& kind, Group& group);
-  void DropGroup(Group& group);
+  void TakeOverBlocks();
   void SetForceHidden(int blockId, bool hidden);
-  zylPropertyCollection* GetSettings(const Kind& kind, int blockId);
-  vtkSmartPointer<zylArrayInformation> GetColorVariableInformation(const Kind& kind, int blockId);
   std::vector<zylPipeline*> GetPipelines();
 
   vtkSmartPointer<zylPropertyCollection> Properties;
   vtkSmartPointer<vtkSMSourceProxy> ExtractBlockProxy;
   vtkSmartPointer<vtkSMSourceProxy> SurfaceProxy;
   bool SurfacePipelineCreated = false;
-  std::array<Kind, 5> Kinds; // surface, contour, feature line, mesh line, vector glyph
+  vtkMTimeType BlocksTime = 0;       ///< of the block tree that the settings are for
+  std::vector<zylBlockGroups> Kinds; ///< surface, contour, feature line, mesh line, vector glyph
   vtkSmartPointer<zylHighlightPipeline> HighlightPipeline;
 };
 

@@ -62,24 +62,26 @@ void zylContourPipeline::InitializeProperties()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylContourPipeline::Update(zylView* view)
+vtkSMSourceProxy* zylContourPipeline::PrepareSource()
 {
-  if (!view || !this->EnsureFilter("Contour"))
+  if (!this->EnsureFilter("Contour"))
   {
-    return;
+    return nullptr;
   }
   this->UpdateContours();
-  if (!this->EnsureRepresentation(view, this->Filter))
-  {
-    return;
-  }
-  this->UpdateLighting();
-  this->SetRepresentationType("Surface");
-  this->UpdateColors(view);
-  this->UpdateVisibility();
+  return this->Filter;
+}
+
+//--------------------------------------------------------------------------------------------------
+const char* zylContourPipeline::GetRepresentationType()
+{
+  return "Surface";
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylContourPipeline::PushSettings()
+{
   zylPush(this->Properties, Rows, this->Representation);
-  this->UpdateColorLegend(view);
-  this->Representation->UpdateVTKObjects();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -87,12 +89,6 @@ void zylContourPipeline::FreeResources(zylView* view)
 {
   this->Superclass::FreeResources(view);
   this->Executed = false;
-}
-
-//--------------------------------------------------------------------------------------------------
-vtkSMSourceProxy* zylContourPipeline::GetFilter()
-{
-  return this->Filter;
 }
 
 //--------------------------------------------------------------------------------------------------

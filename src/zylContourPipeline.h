@@ -31,17 +31,16 @@ public:
   static zylContourPipeline* New();
   vtkTypeMacro(zylContourPipeline, zylPipeline);
 
-  void Update(zylView* view) override;
   void FreeResources(zylView* view) override;
-
-  /// The filter that makes the contours (borrowed), null while nothing has been shown.
-  vtkSMSourceProxy* GetFilter();
 
 protected:
   zylContourPipeline();
   ~zylContourPipeline() override = default;
 
   void InitializeProperties() override;
+  vtkSMSourceProxy* PrepareSource() override;
+  const char* GetRepresentationType() override;
+  void PushSettings() override;
 
 private:
   zylContourPipeline(const zylContourPipeline&) = delete;

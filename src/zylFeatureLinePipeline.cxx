@@ -5,7 +5,7 @@
 vtkStandardNewMacro(zylFeatureLinePipeline);
 
 //--------------------------------------------------------------------------------------------------
-zylFeatureLinePipeline::zylFeatureLinePipeline()
+const char* zylFeatureLinePipeline::GetRepresentationType()
 {
-  this->RepresentationType = "Feature Edges";
+  return "Feature Edges";
 }

@@ -16,8 +16,10 @@ public:
   vtkTypeMacro(zylFeatureLinePipeline, zylLinePipeline);
 
 protected:
-  zylFeatureLinePipeline();
+  zylFeatureLinePipeline() = default;
   ~zylFeatureLinePipeline() override = default;
+
+  const char* GetRepresentationType() override;
 
 private:
   zylFeatureLinePipeline(const zylFeatureLinePipeline&) = delete;

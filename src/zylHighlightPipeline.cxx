@@ -1,7 +1,6 @@
 #include "zylHighlightPipeline.h"
 
 #include "ParaView/zylPropertyTable.h"
-#include "ParaView/zylProxyBuilder.h"
 #include "zylPropertyCollection.h"
 
 #include <iterator>
@@ -29,19 +28,11 @@ constexpr zylPropertyRow Rows[] = {
 };
 
 constexpr const char* Styles[] = { "Feature Edges", "Surface", "Outline", "Wireframe" };
-
-//--------------------------------------------------------------------------------------------------
-const char* RepresentationOf(int style)
-{
-  return style >= 0 && style < static_cast<int>(std::size(Styles)) ? Styles[style]
-                                                                   : "Surface With Edges";
-}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
 zylHighlightPipeline::zylHighlightPipeline()
 {
-  this->InnerNodesMeanLeaves = true;
   this->zylHighlightPipeline::InitializeProperties();
 }
 
@@ -52,17 +43,27 @@ void zylHighlightPipeline::InitializeProperties()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylHighlightPipeline::Update(zylView* view)
+vtkSMSourceProxy* zylHighlightPipeline::PrepareSource()
 {
-  if (!this->EnsureFilter("PassThrough") || !this->EnsureRepresentation(view, this->Filter))
-  {
-    return;
-  }
-  this->UpdateLighting();
-  this->SetRepresentationType(RepresentationOf(this->Properties->GetInt("Style")));
+  return this->EnsureFilter("PassThrough") ? this->Filter.Get() : nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+const char* zylHighlightPipeline::GetRepresentationType()
+{
+  const int style = this->Properties->GetInt("Style");
+  return style >= 0 && style < static_cast<int>(std::size(Styles)) ? Styles[style]
+                                                                   : "Surface With Edges";
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHighlightPipeline::UpdateColors()
+{
   this->SetSolidColor();
-  this->UpdateColoring();
-  this->UpdateVisibility();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHighlightPipeline::PushSettings()
+{
   zylPush(this->Properties, Rows, this->Representation);
-  this->Representation->UpdateVTKObjects();
 }

@@ -27,13 +27,15 @@ public:
   static zylHighlightPipeline* New();
   vtkTypeMacro(zylHighlightPipeline, zylPipeline);
 
-  void Update(zylView* view) override;
-
 protected:
   zylHighlightPipeline();
   ~zylHighlightPipeline() override = default;
 
   void InitializeProperties() override;
+  vtkSMSourceProxy* PrepareSource() override;
+  const char* GetRepresentationType() override;
+  void UpdateColors() override;
+  void PushSettings() override;
 
 private:
   zylHighlightPipeline(const zylHighlightPipeline&) = delete;

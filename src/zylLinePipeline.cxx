@@ -30,17 +30,13 @@ void zylLinePipeline::InitializeProperties()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylLinePipeline::Update(zylView* view)
+const char* zylLinePipeline::GetRepresentationType()
 {
-  if (!this->EnsureRepresentation(view, this->DataSource))
-  {
-    return;
-  }
-  this->UpdateLighting();
-  this->SetRepresentationType(this->RepresentationType);
-  this->UpdateColors(view);
-  this->UpdateVisibility();
+  return "Wireframe";
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylLinePipeline::PushSettings()
+{
   zylPush(this->Properties, Rows, this->Representation);
-  this->UpdateColorLegend(view);
-  this->Representation->UpdateVTKObjects();
 }

@@ -16,16 +16,13 @@ public:
   static zylLinePipeline* New();
   vtkTypeMacro(zylLinePipeline, zylPipeline);
 
-  void Update(zylView* view) override;
-
 protected:
   zylLinePipeline();
   ~zylLinePipeline() override = default;
 
   void InitializeProperties() override;
-
-  /// The type of the representation. Set once, so that it is not pushed twice in one Update().
-  const char* RepresentationType = "Wireframe";
+  const char* GetRepresentationType() override;
+  void PushSettings() override;
 
 private:
   zylLinePipeline(const zylLinePipeline&) = delete;

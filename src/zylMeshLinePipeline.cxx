@@ -3,9 +3,3 @@
 #include <vtkObjectFactory.h>
 
 vtkStandardNewMacro(zylMeshLinePipeline);
-
-//--------------------------------------------------------------------------------------------------
-zylMeshLinePipeline::zylMeshLinePipeline()
-{
-  this->RepresentationType = "Wireframe";
-}

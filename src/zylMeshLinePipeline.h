@@ -16,7 +16,7 @@ public:
   vtkTypeMacro(zylMeshLinePipeline, zylLinePipeline);
 
 protected:
-  zylMeshLinePipeline();
+  zylMeshLinePipeline() = default;
   ~zylMeshLinePipeline() override = default;
 
 private:

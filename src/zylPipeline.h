@@ -1,3 +1,4 @@
+// clang-format off
 /**
  * @class zylPipeline
  * @brief Base of the display pipelines: shows one data source in a view with one set of settings.
@@ -9,31 +10,50 @@
  * filter; all are kept until FreeResources() or destruction. What did not change since the last
  * Update() is not sent again.
  *
- * Settings that every pipeline declares (the highlight pipeline has a set of its own):
+ * Settings that every pipeline declares (the highlight pipeline has a set of its own). The first
+ * three only steer what is visible and are not in the hash.
  *
- * | name                                    | type, default |
- * |-----------------------------------------|------------------------------------------------------|
- * | "Visibility", "ForceHidden"             | bool, false; not in the hash | | "BlockVisibility" |
- * ints, none; pairs of flat index, flag; not in hash   | | "ColorMode" | int, 0: solid "Color"; 1:
- * by "ColorVariableName"     | | "Color"                                 | 3 doubles (RGB in [0,
- * 1]), white                     | | "ColorVariableName"                     | string, ""; see
- * SplitVariableName()                  | | "ColorMapName", "ColorMapRange"         | string, "Cool
- * to Warm"; 2 doubles, 0 and 1           | | "Ambient", "Diffuse", "Specular"        | double, 0, 1
- * and 0                                   | | "SpecularColor", "SpecularPower"        | 3 doubles,
- * white; double, 100                        | | "ColorLegendVisibility"                 | bool,
- * false                                          | | "ColorLegendLocation", "...Orientation" | int,
- * 2 and 1, as of ParaView's scalar bar            | | "ColorLegendTitle", "...ComponentTitle" |
- * string, "": the array's name and component           | | "ColorLegendTitle...",
- * "ColorLegendLabel..." | "Color" (3 doubles, black), "FontSize" (int, 16), | | | "Bold", "Italic",
- * "Shadow" (bool, false)             |
+ * | name                             | type      | default        | meaning                            |
+ * |----------------------------------|-----------|----------------|------------------------------------|
+ * | "Visibility"                     | bool      | false          | whether to draw at all             |
+ * | "ForceHidden"                    | bool      | false          | hide whatever "Visibility" says    |
+ * | "BlockVisibility"                | ints      | none           | pairs of flat index and flag       |
+ * | "ColorMode"                      | int       | 0              | 0: "Color";                        |
+ * |                                  |           |                | 1: by "ColorVariableName"          |
+ * | "Color"                          | 3 doubles | 1, 1, 1        | RGB in [0, 1]                      |
+ * | "ColorVariableName"              | string    | ""             | an array, or one with a suffix:    |
+ * |                                  |           |                | see SplitVariableName()            |
+ * | "ColorMapName"                   | string    | "Cool to Warm" | one of zylCore's color maps        |
+ * | "ColorMapRange"                  | 2 doubles | 0, 1           | values of the map's ends           |
+ * | "Ambient", "Diffuse", "Specular" | double    | 0, 1, 0        | lighting coefficients              |
+ * | "SpecularColor"                  | 3 doubles | 1, 1, 1        | RGB in [0, 1]                      |
+ * | "SpecularPower"                  | double    | 100            |                                    |
+ * | "ColorLegendVisibility"          | bool      | false          | show the legend of the map         |
+ * | "ColorLegendLocation"            | int       | 2              | "WindowLocation" of a scalar bar   |
+ * | "ColorLegendOrientation"         | int       | 1              | 0: horizontal; 1: vertical         |
+ * | "ColorLegendTitle"               | string    | ""             | "": name of array and component    |
+ * | "ColorLegendComponentTitle"      | string    | ""             | with "ColorLegendTitle" only       |
+ * | "ColorLegendTitleColor"          | 3 doubles | 0, 0, 0        | RGB in [0, 1]                      |
+ * | "ColorLegendTitleFontSize"       | int       | 16             | points                             |
+ * | "ColorLegendTitleBold"           | bool      | false          |                                    |
+ * | "ColorLegendTitleItalic"         | bool      | false          |                                    |
+ * | "ColorLegendTitleShadow"         | bool      | false          |                                    |
+ * | "ColorLegendLabelColor"          | 3 doubles | 0, 0, 0        | RGB in [0, 1]                      |
+ * | "ColorLegendLabelFontSize"       | int       | 16             | points                             |
+ * | "ColorLegendLabelBold"           | bool      | false          |                                    |
+ * | "ColorLegendLabelItalic"         | bool      | false          |                                    |
+ * | "ColorLegendLabelShadow"         | bool      | false          |                                    |
+ *
+ * In "BlockVisibility" a leaf block without a pair follows the nearest node above it that has one.
  */
+// clang-format on
 #ifndef zylPipeline_h
 #define zylPipeline_h
 
 #include "zylExport.h"
 
-#include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -44,9 +64,12 @@ class vtkSMPVRepresentationProxy;
 class vtkSMProxy;
 class vtkSMSourceProxy;
 class zylArrayInformation;
+class zylColoring;
 class zylMultiBlockTree;
 class zylPropertyCollection;
 class zylView;
+enum class zylVariableName;
+struct zylVariable;
 
 class ZYL_EXPORT zylPipeline : public vtkObject
 {
@@ -65,19 +88,20 @@ public:
   vtkSMSourceProxy* GetDataSource();
   ///@}
 
-  /// The block tree of the data that the data source delivers (borrowed, null allowed). It must be
-  /// alive at every Update(); with it arrays are found without asking the server.
-  void SetBlockTree(const zylMultiBlockTree* tree);
+  /// The block tree of the data that the data source delivers (shared; null: not known). With it
+  /// arrays are found without asking the server. Without it the ids in "BlockVisibility" are taken
+  /// as they are, so that { 0, 1 } shows everything.
+  void SetBlockTree(zylMultiBlockTree* tree);
 
-  /// Push the settings to `view` (borrowed; null does nothing). Derived classes order the steps.
+  /// Push the settings to `view` (borrowed; null does nothing).
   virtual void Update(zylView* view);
 
   /// Remove what is shown from `view` (may be null) and release all proxies but the data source.
   /// The next Update() makes them again.
   virtual void FreeResources(zylView* view);
 
-  /// The array named by "ColorVariableName" in the data source with its ranges, or null. Asks the
-  /// server.
+  /// The array named by "ColorVariableName" in the data source, with its ranges over the blocks of
+  /// "BlockVisibility", or null. Asks the server.
   virtual vtkSmartPointer<zylArrayInformation> GetColorVariableInformation();
 
   /// The view representation proxy (borrowed), null while nothing has been shown.
@@ -111,85 +135,57 @@ protected:
 
   /// Declare the settings above.
   virtual void InitializeProperties();
-  /// Whether there is such a setting. Never logged.
-  bool PropertyExists(const std::string& name);
 
   ///@{
-  /// Steps of Update(). All but the first three need a representation.
+  /// In what kinds of display differ within Update(), in the order of the calls.
   ///
+  /// What to show in the view (borrowed); null to leave everything as it is.
+  virtual vtkSMSourceProxy* PrepareSource();
+  virtual const char* GetRepresentationType() = 0;
+  virtual void UpdateColors();
+  virtual void PushSettings() = 0;
+  ///@}
+
   /// Put the filter of that name between the data source and the representation if that has not
   /// been done and a block is visible. Whether there is a filter.
   bool EnsureFilter(const char* name);
   /// Let the filter be one that takes out the hidden blocks, for displays that do not heed the
   /// visibility of blocks; what to show then (borrowed).
   vtkSMSourceProxy* ExtractVisibleBlocks();
-  /// Show `source` in the view if that has not been done and a block is visible. Whether there is a
-  /// representation.
-  bool EnsureRepresentation(zylView* view, vtkSMSourceProxy* source);
-  /// Lighting, pushed at once.
-  void UpdateLighting();
-  void SetRepresentationType(const char* type);
+
   void SetSolidColor();
-  /// Switch coloring by a variable off or on, by "ColorMode".
-  void UpdateColoring();
   /// Color by "ColorVariableName". An unknown array is logged and leaves the coloring as it is.
   void SetColorVariableAndComponent();
-  /// Rebuild the lookup table if one of the settings of the color map has changed.
-  void UpdateColorMap();
-  void UpdateVisibility();
-  void HideColorLegendIfNeeded(zylView* view);
-  /// Show the scalar bar if the settings ask for it.
-  void UpdateColorLegend(zylView* view);
-  /// Give the scalar bar of the representation's lookup table in the view its settings.
-  void SetupColorLegend(vtkSMProxy* representation, vtkSMProxy* view);
-  /// UpdateColoring() and UpdateColorMap(), in the order of all pipelines, with the solid color.
-  void UpdateColors(zylView* view);
-  ///@}
-
   /// The latest modification time of the settings of the color map.
   vtkMTimeType GetColorMapMTime();
+  void HideColorLegendIfNeeded();
+  /// Give the scalar bar of the representation's lookup table in the view its settings.
+  void SetupColorLegend(vtkSMProxy* representation, vtkSMProxy* view);
 
-  /// Where the blocks shown have an array: association 0 (points) or 1 (cells) and number of
-  /// components; false if nowhere. Asks the server only if the block tree does not know it.
-  bool FindArray(const std::string& name, int& association, int& components);
-
-  /// A flag on an inner node of the block tree is for all leaves below it; otherwise it draws
-  /// nothing.
-  bool InnerNodesMeanLeaves = false;
+  /// A variable in the blocks shown. Asks the server only if the block tree does not know it.
+  zylVariable FindVariable(const std::string& name, zylVariableName form);
 
   vtkSmartPointer<zylPropertyCollection> Properties;
   vtkSmartPointer<vtkSMSourceProxy> DataSource;
   vtkSmartPointer<vtkSMPVRepresentationProxy> Representation;
   vtkSmartPointer<vtkSMSourceProxy> Filter; ///< between source and representation, in some classes
-  vtkSmartPointer<vtkSMProxy> LookupTable;
 
 private:
   zylPipeline(const zylPipeline&) = delete;
   void operator=(const zylPipeline&) = delete;
 
-  struct ColorArray
-  {
-    std::string Name;
-    int Association;
-    int Component;
-  };
-  void SetScalarColoring(const ColorArray& array);
-  void ReleaseLookupTable();
-  vtkSMProxy* ShowScalarBar(zylView* view);
-  bool FindArrayInTree(const std::string& name, int& association, int& components);
-  std::uint64_t GetColorMapHash();
-  std::vector<int> GetBlockPairs();
-  std::vector<int> GetVisibleLeaves();
+  bool EnsureRepresentation(zylView* view, vtkSMSourceProxy* source);
+  void UpdateVisibility();
   void GatherBounds(bool visibleOnly, double bounds[6]);
+  vtkMTimeType GetTreeMTime();
 
-  const zylMultiBlockTree* BlockTree = nullptr;
-  vtkSmartPointer<vtkSMProxy> ScalarBar;
+  vtkSmartPointer<zylMultiBlockTree> BlockTree;
+  std::unique_ptr<zylColoring> Coloring;
 
   // What the server has: to tell changes from repetitions.
-  std::string ShownArray;
-  int ShownAssociation = -1;
-  vtkMTimeType ColorMapTime = 0;
-  std::uint64_t ColorMapHash = 0;
+  std::string ShownVariable;
+  std::vector<int> ColoredBlocks;
+  vtkMTimeType ColoredTreeTime = 0;
   std::vector<int> ShownBlocks;
   vtkMTimeType ShownTreeTime = 0;
 };

@@ -24,20 +24,6 @@ constexpr zylPropertyRow Rows[] = {
 };
 
 constexpr int PointGaussian = 2; // of "DisplayStyle"
-
-//--------------------------------------------------------------------------------------------------
-const char* RepresentationOf(int displayStyle)
-{
-  switch (displayStyle)
-  {
-    case 1:
-      return "Points";
-    case PointGaussian:
-      return "Point Gaussian";
-    default:
-      return "Surface";
-  }
-}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -54,20 +40,29 @@ void zylSurfacePipeline::InitializeProperties()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylSurfacePipeline::Update(zylView* view)
+vtkSMSourceProxy* zylSurfacePipeline::PrepareSource()
 {
-  const int style = this->Properties->GetInt("DisplayStyle");
-  vtkSMSourceProxy* source =
-    style == PointGaussian ? this->ExtractVisibleBlocks() : this->DataSource.Get();
-  if (!this->EnsureRepresentation(view, source))
+  // Point Gaussians do not heed the visibility of blocks.
+  return this->Properties->GetInt("DisplayStyle") == PointGaussian ? this->ExtractVisibleBlocks()
+                                                                   : this->DataSource.Get();
+}
+
+//--------------------------------------------------------------------------------------------------
+const char* zylSurfacePipeline::GetRepresentationType()
+{
+  switch (this->Properties->GetInt("DisplayStyle"))
   {
-    return;
+    case 1:
+      return "Points";
+    case PointGaussian:
+      return "Point Gaussian";
+    default:
+      return "Surface";
   }
-  this->UpdateLighting();
-  this->SetRepresentationType(RepresentationOf(style));
-  this->UpdateColors(view);
-  this->UpdateVisibility();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSurfacePipeline::PushSettings()
+{
   zylPush(this->Properties, Rows, this->Representation);
-  this->UpdateColorLegend(view);
-  this->Representation->UpdateVTKObjects();
 }

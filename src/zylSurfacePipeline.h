@@ -25,13 +25,14 @@ public:
   static zylSurfacePipeline* New();
   vtkTypeMacro(zylSurfacePipeline, zylPipeline);
 
-  void Update(zylView* view) override;
-
 protected:
   zylSurfacePipeline();
   ~zylSurfacePipeline() override = default;
 
   void InitializeProperties() override;
+  vtkSMSourceProxy* PrepareSource() override;
+  const char* GetRepresentationType() override;
+  void PushSettings() override;
 
 private:
   zylSurfacePipeline(const zylSurfacePipeline&) = delete;

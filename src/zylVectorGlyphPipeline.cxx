@@ -1,7 +1,9 @@
 #include "zylVectorGlyphPipeline.h"
 
+#include "Display/zylVariable.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "zylArrayInformation.h"
 #include "zylPropertyCollection.h"
 
 #include <string>
@@ -43,72 +45,71 @@ void zylVectorGlyphPipeline::InitializeProperties()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylVectorGlyphPipeline::Update(zylView* view)
+vtkSMSourceProxy* zylVectorGlyphPipeline::PrepareSource()
 {
-  const std::string name = this->Properties->GetString("VectorVariable");
-  const bool needed = this->Representation || this->AnyBlocksVisible();
-  if (!view || !this->DataSource || !needed)
+  const bool visible = this->AnyBlocksVisible();
+  this->HasVector = visible && this->CheckVectorVariable();
+  if (!this->Representation && !this->HasVector)
   {
-    return;
+    return nullptr;
   }
-  const bool good = this->CheckVectorVariable(name);
-  if ((!good && !this->Representation) ||
-    !this->EnsureRepresentation(view, this->ExtractVisibleBlocks()))
-  {
-    return;
-  }
-  if (good)
-  {
-    this->UpdateLighting();
-    this->SetRepresentationType("3D Glyphs");
-    this->UpdateColors(view);
-    this->UpdateGlyphs();
-    this->UpdateArrow();
-    this->UpdateColorLegend(view);
-  }
-  this->UpdateVisibility();
-  this->Representation->UpdateVTKObjects();
+  return this->ExtractVisibleBlocks(); // glyphs do not heed the visibility of blocks
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylVectorGlyphPipeline::CheckVectorVariable(const std::string& name)
+bool zylVectorGlyphPipeline::CheckVectorVariable()
 {
-  if (this->Representation && name == this->GoodVariable)
-  {
-    return true;
-  }
-  int association = 0;
-  int components = 0;
-  if (!this->FindArray(name, association, components))
+  const std::string name = this->Properties->GetString("VectorVariable");
+  const zylVariable variable = this->FindVariable(name, zylVariableName::Array);
+  if (!variable.IsFound())
   {
     vtkLogF(WARNING, "No array named '%s' is in the zylDataSet set on this zylVectorGlyphPipeline",
       name.c_str());
     return false;
   }
+  const unsigned int components = variable.Information->GetNumberOfComponents();
   if (components != 3)
   {
-    vtkLogF(WARNING, "Array '%s' has %d components, but should have 3 components.", name.c_str(),
+    vtkLogF(WARNING, "Array '%s' has %u components, but should have 3 components.", name.c_str(),
       components);
     return false;
   }
-  this->GoodVariable = name;
   return true;
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylVectorGlyphPipeline::UpdateGlyphs()
+const char* zylVectorGlyphPipeline::GetRepresentationType()
 {
+  return "3D Glyphs";
+}
 
+//--------------------------------------------------------------------------------------------------
+void zylVectorGlyphPipeline::UpdateColors()
+{
+  if (this->HasVector)
+  {
+    this->Superclass::UpdateColors();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylVectorGlyphPipeline::PushSettings()
+{
+  if (!this->HasVector)
+  {
+    return;
+  }
   zylPush(this->Properties, Rows, this->Representation);
   const bool byArray = this->Properties->GetInt("GlyphSizeMode") != 0;
-  const std::string scaleArray = this->Properties->GetString("ScaleVariable");
   vtkSMPropertyHelper(this->Representation, "Orient").Set(1);
   vtkSMPropertyHelper(this->Representation, "Scaling").Set(1);
   vtkSMPropertyHelper(this->Representation, "ScaleMode").Set(byArray ? ScaleByMagnitude : ScaleOff);
   if (byArray)
   {
-    vtkSMPropertyHelper(this->Representation, "SelectScaleArray").Set(scaleArray.c_str());
+    vtkSMPropertyHelper(this->Representation, "SelectScaleArray")
+      .Set(this->Properties->GetString("ScaleVariable").c_str());
   }
+  this->UpdateArrow();
 }
 
 //--------------------------------------------------------------------------------------------------

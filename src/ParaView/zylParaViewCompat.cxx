@@ -1,11 +1,8 @@
 #include "ParaView/zylParaViewCompat.h"
 
-#include "zylMultiBlockTree.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -51,42 +48,6 @@ bool HostStartedMPI()
   int flag = 0;
   return initialized && initialized(&flag) == 0 && flag;
 }
-
-// The flags of all leaves in flat order, and for every inner node how far its subtree reaches.
-struct BlockFlags
-{
-  struct Leaf
-  {
-    unsigned int Id;
-    bool Visible;
-  };
-  struct Inner
-  {
-    unsigned int Id;
-    std::size_t FirstLeaf;
-    std::size_t EndLeaf;
-  };
-  std::vector<Leaf> Leaves;
-  std::vector<Inner> InnerNodes; // ascending id
-
-  void Collect(const zylMultiBlockTree* node, const std::unordered_map<int, bool>& flags)
-  {
-    const unsigned int id = node->GetBlockIndex();
-    if (node->IsLeaf())
-    {
-      const auto found = flags.find(static_cast<int>(id));
-      this->Leaves.push_back({ id, found != flags.end() && found->second });
-      return;
-    }
-    const std::size_t slot = this->InnerNodes.size();
-    this->InnerNodes.push_back({ id, this->Leaves.size(), 0 });
-    for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
-    {
-      this->Collect(node->GetChild(i), flags);
-    }
-    this->InnerNodes[slot].EndLeaf = this->Leaves.size();
-  }
-};
 
 using BlockNode = vtkZYLBlockInformation::Node;
 
@@ -208,60 +169,22 @@ std::vector<BlockNode> AskParaView(vtkSMSourceProxy* source)
 
 #endif
 
-std::unordered_map<int, bool> FlagMap(const int* pairs, std::size_t count)
-{
-  std::unordered_map<int, bool> flags;
-  flags.reserve(count);
-  for (std::size_t i = 0; i + 1 < count; i += 2)
-  {
-    flags[pairs[i]] = pairs[i + 1] != 0;
-  }
-  return flags;
-}
-
-BlockFlags CollectFlags(const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
-{
-  BlockFlags blocks;
-  const auto flags = FlagMap(pairs, count);
-  if (tree)
-  {
-    blocks.Collect(tree, flags);
-    return blocks;
-  }
-  for (std::size_t i = 0; i + 1 < count; i += 2)
-  {
-    blocks.Leaves.push_back({ static_cast<unsigned int>(pairs[i]), pairs[i + 1] != 0 });
-  }
-  return blocks;
-}
+using zylParaView::BlockVisibility;
 
 #if ZYL_PARAVIEW_59
 
-// The (id, flag) pairs as they are, and one more pair for whatever they would show by inheritance:
-// a leaf without a pair of its own below a shown inner node, or everything when the root has none.
-std::vector<int> VisibilityPairs(const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
+// Blocks without a pair take over what the node above them has, so the root hides all others.
+std::vector<int> VisibilityPairs(const BlockVisibility& blocks)
 {
-  std::vector<int> result(pairs, pairs + count);
-  auto flags = FlagMap(pairs, count);
-  const BlockFlags blocks = CollectFlags(pairs, count, tree);
-  if (flags.emplace(0, false).second)
+  std::vector<int> pairs = { 0, 0 };
+  for (const auto& leaf : blocks.Leaves)
   {
-    result.insert(result.end(), { 0, 0 });
-  }
-  for (const auto& inner : blocks.InnerNodes)
-  {
-    const auto own = flags.find(static_cast<int>(inner.Id));
-    for (std::size_t i = inner.FirstLeaf; own != flags.end() && own->second && i < inner.EndLeaf;
-         ++i)
+    if (leaf.Visible)
     {
-      const int id = static_cast<int>(blocks.Leaves[i].Id);
-      if (flags.emplace(id, false).second)
-      {
-        result.insert(result.end(), { id, 0 });
-      }
+      pairs.insert(pairs.end(), { static_cast<int>(leaf.Id), 1 });
     }
   }
-  return result;
+  return pairs;
 }
 
 #else
@@ -311,7 +234,7 @@ std::vector<std::string> RangeSelectors(
 
 // Each selector costs a walk over all nodes, so every one names many leaves; the range in front
 // spares most nodes the search in the list.
-std::vector<std::string> ListSelectors(const std::vector<BlockFlags::Leaf>& leaves)
+std::vector<std::string> ListSelectors(const std::vector<BlockVisibility::Leaf>& leaves)
 {
   constexpr std::size_t perSelector = 128;
   std::vector<unsigned int> ids;
@@ -340,10 +263,10 @@ std::vector<std::string> ListSelectors(const std::vector<BlockFlags::Leaf>& leav
 // Selectors of the hierarchy that together name exactly the visible leaves. A selector takes whole
 // subtrees, and a range of ids also catches the inner nodes in between: a run of visible leaves is
 // split at every inner node whose subtree reaches beyond the run.
-std::vector<std::string> VisibilitySelectors(const BlockFlags& blocks)
+std::vector<std::string> VisibilitySelectors(const BlockVisibility& blocks)
 {
   const auto& leaves = blocks.Leaves;
-  const auto visible = [](const BlockFlags::Leaf& leaf) { return leaf.Visible; };
+  const auto visible = [](const BlockVisibility::Leaf& leaf) { return leaf.Visible; };
   if (std::all_of(leaves.begin(), leaves.end(), visible))
   {
     return { "/" };
@@ -497,16 +420,15 @@ void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper)
 }
 
 //--------------------------------------------------------------------------------------------------
-void SetBlockVisibility(
-  vtkSMProxy* representation, const int* pairs, std::size_t count, const zylMultiBlockTree* tree)
+void SetBlockVisibility(vtkSMProxy* representation, const BlockVisibility& blocks)
 {
 #if ZYL_PARAVIEW_59
-  const std::vector<int> values = VisibilityPairs(pairs, count, tree);
+  const std::vector<int> values = VisibilityPairs(blocks);
   vtkSMPropertyHelper helper(representation, "BlockVisibility");
   helper.SetNumberOfElements(static_cast<unsigned int>(values.size()));
   helper.Set(values.data(), static_cast<unsigned int>(values.size()));
 #else
-  const std::vector<std::string> selectors = VisibilitySelectors(CollectFlags(pairs, count, tree));
+  const std::vector<std::string> selectors = VisibilitySelectors(blocks);
   auto* property =
     vtkSMStringVectorProperty::SafeDownCast(representation->GetProperty("BlockSelectors"));
   property->SetElements(selectors); // element by element would be quadratic

@@ -14,7 +14,6 @@ class vtkSMProxy;
 class vtkSMRenderViewProxy;
 class vtkSMSession;
 class vtkSMSourceProxy;
-class zylMultiBlockTree;
 
 namespace zylParaView {
 
@@ -47,12 +46,26 @@ ZYL_PRIVATE bool HasServerPlugin(vtkSMSession* session);
 /// Keep the values between `lower` and `upper` (both included) in a "Threshold" filter proxy.
 ZYL_PRIVATE void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper);
 
-/// Draw exactly the leaf blocks (blocks without children, or whose children are pieces) that have a
-/// pair with a non-zero flag. `pairs` holds (flat block id, flag) one after the other, `count` ints
-/// in all. `tree` is the block tree of the data that the representation shows (borrowed; null: the
-/// ids are taken as leaves). The value goes out with the proxy's next update.
-ZYL_PRIVATE void SetBlockVisibility(
-  vtkSMProxy* representation, const int* pairs, std::size_t count, const zylMultiBlockTree* tree);
+/// Which leaf blocks of a dataset are to be drawn.
+struct BlockVisibility
+{
+  struct Leaf ///< a block without children, or whose children are pieces
+  {
+    unsigned int Id; ///< flat index
+    bool Visible;
+  };
+  struct Inner
+  {
+    unsigned int Id;
+    std::size_t FirstLeaf; ///< positions in Leaves of what lies below: [FirstLeaf, EndLeaf)
+    std::size_t EndLeaf;
+  };
+  std::vector<Leaf> Leaves;      ///< all leaves in flat order
+  std::vector<Inner> InnerNodes; ///< all inner nodes in flat order
+};
+
+/// Draw exactly these leaves. The value goes out with the proxy's next update.
+ZYL_PRIVATE void SetBlockVisibility(vtkSMProxy* representation, const BlockVisibility& blocks);
 
 /// Reset the camera to the visible data, or to `bounds` (xmin, xmax, ymin, ...) when not null.
 ZYL_PRIVATE void ResetCamera(vtkSMRenderViewProxy* view, const double* bounds);

@@ -451,7 +451,7 @@ TEST_F(zylPipelineTest, ContourValues)
   zylPropertyCollection* settings = pipeline->GetProperties();
   settings->Set("ContourVariableName", "pressure");
   this->Show(pipeline);
-  vtkSMSourceProxy* filter = pipeline->GetFilter();
+  vtkSMProxy* filter = vtkSMPropertyHelper(pipeline->GetRepresentation(), "Input").GetAsProxy();
   ASSERT_NE(filter, nullptr);
   EXPECT_EQ(zylNumbers(filter, "ContourValues"), (Values{ 0, 0.25, 0.5, 0.75, 1 }));
   EXPECT_EQ(zylText(filter, "SelectInputScalars", 4), "pressure");

@@ -1,0 +1,257 @@
+#include "Display/zylColoring.h"
+
+#include "Display/zylVariable.h"
+#include "ParaView/zylPropertyTable.h"
+#include "ParaView/zylProxyBuilder.h"
+#include "zylPropertyCollection.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <vtkLogger.h>
+#include <vtkNew.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMProxy.h>
+#include <vtkSMSession.h>
+#include <vtkSMSessionProxyManager.h>
+#include <vtkSMTransferFunctionManager.h>
+#include <vtkSMTransferFunctionPresets.h>
+#include <vtkSMTransferFunctionProxy.h>
+
+namespace {
+constexpr zylPropertyRow MapRows[] = {
+  zylPropertyRow::Int("ColorMode", 0),
+  zylPropertyRow::Double3("Color", 1.0, 1.0, 1.0),
+  zylPropertyRow::String("ColorVariableName", ""),
+  zylPropertyRow::String("ColorMapName", "Cool to Warm"),
+  zylPropertyRow::Double2("ColorMapRange", 0.0, 1.0),
+};
+
+// The targets are properties of the scalar bar.
+constexpr zylPropertyRow LegendRows[] = {
+  zylPropertyRow::Bool("ColorLegendVisibility", false),
+  zylPropertyRow::Int("ColorLegendLocation", 2).To("WindowLocation"),
+  zylPropertyRow::Int("ColorLegendOrientation", 1).To("Orientation"),
+  zylPropertyRow::String("ColorLegendTitle", ""),
+  zylPropertyRow::String("ColorLegendComponentTitle", ""),
+  zylPropertyRow::Double3("ColorLegendTitleColor", 0.0, 0.0, 0.0).To("TitleColor"),
+  zylPropertyRow::Int("ColorLegendTitleFontSize", 16).To("TitleFontSize"),
+  zylPropertyRow::Bool("ColorLegendTitleBold", false).To("TitleBold"),
+  zylPropertyRow::Bool("ColorLegendTitleItalic", false).To("TitleItalic"),
+  zylPropertyRow::Bool("ColorLegendTitleShadow", false).To("TitleShadow"),
+  zylPropertyRow::Double3("ColorLegendLabelColor", 0.0, 0.0, 0.0).To("LabelColor"),
+  zylPropertyRow::Int("ColorLegendLabelFontSize", 16).To("LabelFontSize"),
+  zylPropertyRow::Bool("ColorLegendLabelBold", false).To("LabelBold"),
+  zylPropertyRow::Bool("ColorLegendLabelItalic", false).To("LabelItalic"),
+  zylPropertyRow::Bool("ColorLegendLabelShadow", false).To("LabelShadow"),
+};
+
+constexpr const char* MapSettings[] = { "ColorVariableName", "ColorMapName", "ColorMapRange",
+  "ColorMapStyle", "NumberOfColors" };
+
+constexpr int SmoothTableSize = 256;
+
+//--------------------------------------------------------------------------------------------------
+// The session may have ended before the owner of the proxies.
+bool IsAlive(vtkSMProxy* proxy)
+{
+  return proxy && proxy->GetSession();
+}
+
+//--------------------------------------------------------------------------------------------------
+// Transfer functions are registered with the proxy manager, which would keep them for ever.
+void UnregisterFunction(vtkSMProxy* proxy)
+{
+  if (IsAlive(proxy))
+  {
+    proxy->GetSessionProxyManager()->UnRegisterProxy(proxy);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMProxy> GetProxyOf(vtkSMProxy* proxy, const char* property)
+{
+  return proxy->GetProperty(property) ? vtkSMPropertyHelper(proxy, property).GetAsProxy() : nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::uint64_t GetMapHash(zylPropertyCollection* settings)
+{
+  vtkNew<zylPropertyCollection> map;
+  for (const char* name : MapSettings)
+  {
+    if (zylProperty* property = settings->GetProperty(name))
+    {
+      map->MakeInt(name)->DeepCopy(property);
+    }
+  }
+  return map->GetHashValue();
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::DeclareMap(zylPropertyCollection* settings)
+{
+  zylDeclare(settings, MapRows);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::DeclareLegend(zylPropertyCollection* settings)
+{
+  zylDeclare(settings, LegendRows);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::ColorBy(vtkSMProxy* representation, const zylVariable& variable)
+{
+  if (this->LookupTable && variable.Array == this->Array && variable.Suffix == this->Suffix &&
+    variable.Association == this->Association)
+  {
+    return;
+  }
+  // As ParaView's SetScalarColoring(), which would ask the server for all about the data.
+  const std::string table =
+    std::string("Separate_") + representation->GetGlobalIDAsString() + "_" + variable.Array;
+  vtkNew<vtkSMTransferFunctionManager> manager;
+  vtkSmartPointer<vtkSMProxy> lut =
+    manager->GetColorTransferFunction(table.c_str(), representation->GetSessionProxyManager());
+  if (!lut)
+  {
+    return;
+  }
+  if (lut != this->LookupTable)
+  {
+    this->Release(representation);
+    this->LookupTable = lut;
+  }
+  vtkSMPropertyHelper(lut, "VectorMode").Set(variable.Component < 0 ? "Magnitude" : "Component");
+  vtkSMPropertyHelper(lut, "VectorComponent").Set(std::max(variable.Component, 0));
+  lut->UpdateVTKObjects();
+  vtkSMPropertyHelper(representation, "ColorArrayName")
+    .SetInputArrayToProcess(variable.Association, variable.Array.c_str());
+  vtkSMPropertyHelper(representation, "LookupTable").Set(lut);
+  representation->UpdateVTKObjects();
+  this->Array = variable.Array;
+  this->Suffix = variable.Suffix;
+  this->Association = variable.Association;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::ColorSolid(vtkSMProxy* representation)
+{
+  if (this->LookupTable)
+  {
+    vtkSMPropertyHelper(representation, "ColorArrayName").SetInputArrayToProcess(0, "");
+    this->Release(representation);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkMTimeType zylColoring::GetMapMTime(zylPropertyCollection* settings)
+{
+  vtkMTimeType latest = 0;
+  for (const char* name : MapSettings)
+  {
+    zylProperty* property = settings->GetProperty(name);
+    latest = std::max(latest, property ? property->GetMTime() : 0);
+  }
+  return latest;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::UpdateMap(zylPropertyCollection* settings)
+{
+  const vtkMTimeType time = GetMapMTime(settings);
+  if (!this->LookupTable || time <= this->MapTime)
+  {
+    return;
+  }
+  // Copying a collection advances the times of all its properties.
+  const std::uint64_t hash = GetMapHash(settings);
+  if (this->MapTime != 0 && hash == this->MapHash)
+  {
+    this->MapTime = time;
+    return;
+  }
+  const std::string preset = settings->GetString("ColorMapName");
+  vtkNew<vtkSMTransferFunctionPresets> presets;
+  if (!presets->HasPreset(preset.c_str()) ||
+    !vtkSMTransferFunctionProxy::ApplyPreset(this->LookupTable, preset.c_str()))
+  {
+    vtkLogF(WARNING, "No color map named '%s' exists", preset.c_str());
+  }
+  const double* range = settings->GetDoubleElements("ColorMapRange");
+  if (!range || !std::isfinite(range[0]) || !std::isfinite(range[1]) || range[1] < range[0] ||
+    !vtkSMTransferFunctionProxy::RescaleTransferFunction(this->LookupTable, range[0], range[1]))
+  {
+    vtkLogF(WARNING, "The color map range [%g, %g] is not valid", range ? range[0] : 0.0,
+      range ? range[1] : 0.0);
+  }
+  const bool banded = settings->Has("ColorMapStyle") && settings->GetInt("ColorMapStyle") == 0;
+  const int colors = banded ? settings->GetInt("NumberOfColors") : SmoothTableSize;
+  vtkSMPropertyHelper(this->LookupTable, "Discretize").Set(banded ? 1 : 0);
+  vtkSMPropertyHelper(this->LookupTable, "NumberOfTableValues").Set(std::max(colors, 1));
+  this->LookupTable->UpdateVTKObjects();
+  this->MapTime = time;
+  this->MapHash = hash;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylColoring::ShowLegend(vtkSMProxy* view, zylPropertyCollection* settings)
+{
+  if (!IsAlive(this->ScalarBar))
+  {
+    vtkNew<vtkSMTransferFunctionManager> manager;
+    this->ScalarBar = manager->GetScalarBarRepresentation(this->LookupTable, view);
+  }
+  if (!this->ScalarBar)
+  {
+    return false;
+  }
+  const std::string title = settings->GetString("ColorLegendTitle");
+  const std::string component =
+    title.empty() ? this->Suffix : settings->GetString("ColorLegendComponentTitle");
+  vtkSMPropertyHelper(this->ScalarBar, "Title").Set((title.empty() ? this->Array : title).c_str());
+  vtkSMPropertyHelper(this->ScalarBar, "ComponentTitle").Set(component.c_str());
+  zylPush(settings, LegendRows, this->ScalarBar);
+  vtkSMPropertyHelper(this->ScalarBar, "Enabled").Set(1);
+  vtkSMPropertyHelper(this->ScalarBar, "Visibility").Set(1);
+  this->ScalarBar->UpdateVTKObjects();
+  return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::HideLegend()
+{
+  if (IsAlive(this->ScalarBar))
+  {
+    vtkSMPropertyHelper(this->ScalarBar, "Visibility").Set(0);
+    vtkSMPropertyHelper(this->ScalarBar, "Enabled").Set(0);
+    this->ScalarBar->UpdateVTKObjects();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::Release(vtkSMProxy* representation)
+{
+  // Unregistering a proxy takes its consumers along, so cut the ties first.
+  if (IsAlive(representation))
+  {
+    vtkSMPropertyHelper(representation, "LookupTable").RemoveAllValues();
+    representation->UpdateVTKObjects();
+  }
+  zylUnregister(this->ScalarBar);
+  this->ScalarBar = nullptr;
+  if (IsAlive(this->LookupTable))
+  {
+    UnregisterFunction(GetProxyOf(this->LookupTable, "ScalarOpacityFunction"));
+    UnregisterFunction(GetProxyOf(this->LookupTable, "TransferFunction2D"));
+    UnregisterFunction(this->LookupTable);
+  }
+  this->LookupTable = nullptr;
+  this->Array.clear();
+  this->Suffix.clear();
+  this->Association = -1;
+  this->MapTime = 0;
+  this->MapHash = 0;
+}
