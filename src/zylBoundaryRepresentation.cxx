@@ -3,6 +3,7 @@
 #include "Display/zylBlockExtractor.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylBlockGroups.h"
+#include "Display/zylPipelineList.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
@@ -21,7 +22,6 @@
 #include <algorithm>
 #include <set>
 
-#include <vtkBoundingBox.h>
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkObjectFactory.h>
@@ -412,27 +412,14 @@ std::vector<zylPipeline*> zylBoundaryRepresentation::GetPipelines()
 bool zylBoundaryRepresentation::IsVisible()
 {
   zylScope("IsVisible()");
-  const auto pipelines = this->GetPipelines();
-  return std::any_of(pipelines.begin(), pipelines.end(),
-    [](zylPipeline* pipeline) { return pipeline->AnyBlocksVisible(); });
+  return zylAnyBlocksVisible(this->GetPipelines());
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylBoundaryRepresentation::GetBounds(double bounds[6])
 {
   zylScope("GetBounds()");
-  vtkBoundingBox box;
-  for (zylPipeline* pipeline : this->GetPipelines())
-  {
-    if (pipeline->GetDataSource() && pipeline->AnyBlocksVisible())
-    {
-      double visible[6];
-      pipeline->GetVisibleBounds(visible);
-      box.AddBounds(visible);
-    }
-  }
-  box.GetBounds(bounds);
-  return box.IsValid() != 0;
+  return zylGetVisibleBounds(this->GetPipelines(), bounds);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -515,26 +502,14 @@ vtkSmartPointer<vtkMultiBlockDataSet> zylBoundaryRepresentation::GetBlockSurface
 vtkSmartPointer<vtkCollection> zylBoundaryRepresentation::GetPVRepresentations()
 {
   zylScope("GetPVRepresentations()");
-  auto collection = vtkSmartPointer<vtkCollection>::New();
-  for (zylPipeline* pipeline : this->GetPipelines())
-  {
-    if (pipeline->GetRepresentation())
-    {
-      collection->AddItem(pipeline->GetRepresentation());
-    }
-  }
-  return collection;
+  return zylGetPVRepresentations(this->GetPipelines());
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylBoundaryRepresentation::HasRepresentation(vtkSMProxy* representation)
 {
   zylScope("HasRepresentation()");
-  const auto pipelines = this->GetPipelines();
-  return representation &&
-    std::any_of(pipelines.begin(), pipelines.end(), [representation](zylPipeline* pipeline) {
-      return pipeline->GetRepresentation() == representation;
-    });
+  return zylHasRepresentation(this->GetPipelines(), representation);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -85,3 +85,19 @@ void zylClipRepresentation::UpdateLocalPipeline()
   clip->UpdateVTKObjects();
   this->LastSurfaceFilter->UpdateVTKObjects();
 }
+
+//--------------------------------------------------------------------------------------------------
+zylArrayInformation* zylClipRepresentation::GetScalarInformation()
+{
+  return this->FindPointArray(this->Properties->GetString("ScalarVariable"));
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylClipRepresentation::GetVolumeDerivedPointVariables(std::set<std::string>& names)
+{
+  this->Superclass::GetVolumeDerivedPointVariables(names);
+  if (this->DataSet && this->Properties->GetInt("ClipMode") == Scalar)
+  {
+    this->AddDerivedVariable(this->Properties->GetString("ScalarVariable"), names);
+  }
+}

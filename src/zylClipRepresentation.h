@@ -29,6 +29,10 @@ public:
   static zylClipRepresentation* New();
   vtkTypeMacro(zylClipRepresentation, zylDerivedSurfaceRepresentation);
 
+  /// The dataset's description of "ScalarVariable" (borrowed until the dataset's next update), or
+  /// null.
+  zylArrayInformation* GetScalarInformation();
+
   void UpdateLocalPipeline() override;
 
 protected:
@@ -36,6 +40,7 @@ protected:
   ~zylClipRepresentation() override = default;
 
   void CreateSurfacePipeline() override;
+  void GetVolumeDerivedPointVariables(std::set<std::string>& names) override;
 
 private:
   zylClipRepresentation(const zylClipRepresentation&) = delete;

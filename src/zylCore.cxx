@@ -176,7 +176,10 @@ void zylCore::ConfigureSession(vtkSMSession* session)
   {
     vtkLogF(ERROR, "Could not load required plugin VTKExtensions");
   }
-  manager->LoadConfigurationXML(zylProxyDefinitions);
+  const std::string definitions = zylParaView::HasServerPlugin(session)
+    ? zylUsePluginClasses(zylProxyDefinitions)
+    : zylProxyDefinitions;
+  manager->LoadConfigurationXML(definitions.c_str());
   ApplySettings(manager);
   zylPython::RunDerivedVariableModule();
 }

@@ -1,5 +1,8 @@
 #include "zylDerivedSurfaceRepresentation.h"
 
+#include "Analysis/zylFieldValues.h"
+#include "Display/zylBlockFlags.h"
+#include "Display/zylPipelineList.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylArrayInformation.h"
@@ -9,6 +12,7 @@
 #include "zylFeatureLinePipeline.h"
 #include "zylHighlightPipeline.h"
 #include "zylMeshLinePipeline.h"
+#include "zylMultiBlockTree.h"
 #include "zylMultiClip.h"
 #include "zylPropertyCollection.h"
 #include "zylSurfacePipeline.h"
@@ -17,12 +21,14 @@
 
 #include <algorithm>
 
-#include <vtkBoundingBox.h>
+#include <vtkCellData.h>
 #include <vtkLogger.h>
+#include <vtkPointData.h>
 #include <vtkPolyData.h>
 #include <vtkSMPVRepresentationProxy.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
+#include <vtkUnstructuredGrid.h>
 
 #define zylScope(name) vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, name)
 
@@ -35,15 +41,12 @@ constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::Double("WarpVectorScale", 1.0),
 };
 
-// The blocks to show, as pairs of flat index and flag: the result is the one block 0.
-constexpr int TheBlock[] = { 0, 1 };
+// The result is the one block 0.
+const std::vector<int> ShowTheBlock = { 0, 1 };
 
-void SetShownBlocks(zylPropertyCollection* settings, unsigned int count)
-{
-  zylProperty* blocks = settings->GetProperty("BlockVisibility");
-  blocks->SetNumberOfElements(count);
-  blocks->SetElements(TheBlock, count);
-}
+// The same point, computed in two blocks, differs by the rounding of the contour filter, which
+// works with float fractions of an edge. As part of the size of the surface.
+constexpr double Coincident = 1e-7;
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -59,7 +62,7 @@ zylDerivedSurfaceRepresentation::zylDerivedSurfaceRepresentation()
   zylDeclare(this->Properties, Rows);
   for (zylPipeline* pipeline : this->GetDisplays())
   {
-    SetShownBlocks(pipeline->GetProperties(), 2);
+    zylBlockFlags::Write(pipeline->GetProperties(), ShowTheBlock);
   }
 }
 
@@ -86,11 +89,37 @@ vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeFilter(
 }
 
 //--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeMerger(
+  vtkSMSourceProxy* input)
+{
+  auto merger = this->MakeFilter("MergeBlocks", input);
+  if (merger)
+  {
+    vtkSMPropertyHelper(merger, "MergePoints").Set(0);
+    vtkSMPropertyHelper(merger, "OutputDataSetType").Set(VTK_POLY_DATA);
+    vtkSMPropertyHelper(merger, "Tolerance").Set(Coincident);
+    merger->UpdateVTKObjects();
+  }
+  return merger;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylArrayInformation* zylDerivedSurfaceRepresentation::FindPointArray(const std::string& name)
+{
+  const auto names =
+    this->DataSet ? this->DataSet->GetPointArrayNames() : std::vector<std::string>();
+  const auto found = std::find(names.begin(), names.end(), name);
+  return found == names.end()
+    ? nullptr
+    : this->DataSet->GetPointArrayInformation(static_cast<unsigned int>(found - names.begin()));
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylDerivedSurfaceRepresentation::Update()
 {
   zylScope("Update");
-  vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
-  if (!source || !source->GetSession() || !this->BuildChain(source))
+  vtkSMSourceProxy* source = zylGetLiveOutput(this->DataSet);
+  if (!source || !this->BuildChain(source))
   {
     return;
   }
@@ -107,8 +136,13 @@ void zylDerivedSurfaceRepresentation::Update()
   const double time = zylTimeController::GetInstance()->GetActiveTime();
   this->LastSurfaceFilter->UpdateVTKObjects();
   zylUpdatePipeline(this->LastSurfaceFilter, time, this->FilterTime);
+  this->UpdateSurfaceScript();
   this->Output->UpdateVTKObjects();
-  zylUpdatePipeline(this->Output, time, this->OutputTime);
+  // The data may have changed and been processed for a frame since the last update.
+  const vtkMTimeType treeTime = this->DataSet->GetMultiBlockTree()->GetMTime();
+  this->SurfaceChanged =
+    zylUpdatePipeline(this->Output, time, this->OutputTime) || treeTime != this->TreeTime;
+  this->TreeTime = treeTime;
 
   for (zylPipeline* pipeline : this->GetAllPipelines())
   {
@@ -138,6 +172,8 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
     this->CreateSurfacePipeline();
   }
   this->UpdateBlocks();
+  vtkSMPropertyHelper(this->VolumeScript, "Script")
+    .Set(this->GetVolumeDerivedVariableScript().c_str());
   vtkSMPropertyHelper(this->VolumeScript, "CopyArrays").Set(1);
   this->VolumeScript->UpdateVTKObjects();
   if (!this->FirstSurfaceFilter || !this->LastSurfaceFilter)
@@ -146,15 +182,14 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
   }
   if (!this->BlockMerger)
   {
-    this->BlockMerger = this->MakeFilter("MergeBlocks", this->LastSurfaceFilter);
-    if (this->BlockMerger)
-    {
-      vtkSMPropertyHelper(this->BlockMerger, "MergePoints").Set(0);
-      vtkSMPropertyHelper(this->BlockMerger, "OutputDataSetType").Set(VTK_POLY_DATA);
-      this->BlockMerger->UpdateVTKObjects();
-    }
+    this->BlockMerger = this->MakeMerger(this->LastSurfaceFilter);
     this->MultiClip->SetInput(this->BlockMerger);
     this->SurfaceScript = this->MakeFilter("ProgrammableFilter", this->MultiClip->GetOutput());
+    if (this->SurfaceScript)
+    {
+      vtkSMPropertyHelper(this->SurfaceScript, "CopyArrays").Set(1);
+      this->SurfaceScript->UpdateVTKObjects();
+    }
     this->WarpFilter = this->MakeFilter("WarpVector", this->SurfaceScript);
     this->Output = this->MakeFilter("PassThrough", this->SurfaceScript);
   }
@@ -164,15 +199,14 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
 //--------------------------------------------------------------------------------------------------
 void zylDerivedSurfaceRepresentation::UpdateBlocks()
 {
-  const zylProperty* blocks = this->Properties->GetProperty("Blocks");
-  const int* values = blocks->GetIntElements();
-  const std::vector<int> wanted(values, values + blocks->GetNumberOfElements());
-  vtkSMPropertyHelper indices(this->BlockExtractor, "BlockIndices");
-  if (indices.GetIntArray() != wanted)
+  const std::vector<int> wanted = zylGetInts(this->Properties->GetProperty("Blocks"));
+  if (wanted != vtkSMPropertyHelper(this->BlockExtractor, "BlockIndices").GetIntArray())
   {
-    indices.SetNumberOfElements(0);
-    indices.Set(wanted.data(), static_cast<unsigned int>(wanted.size()));
-    this->BlockExtractor->UpdateVTKObjects();
+    for (const int block : zylFindUnknownBlock(this->DataSet, wanted))
+    {
+      vtkLogF(WARNING, "No block at index %d found.", block);
+    }
+    zylPushBlocks(wanted, this->BlockExtractor);
   }
 }
 
@@ -189,6 +223,95 @@ void zylDerivedSurfaceRepresentation::UpdateWarp()
     this->WarpFilter->UpdateVTKObjects();
   }
   zylConnect(this->Output, warp ? this->WarpFilter : this->SurfaceScript);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedSurfaceRepresentation::UpdateSurfaceScript()
+{
+  // Kept: the contour pipeline is asked twice, the highlight not at all.
+  zylPipeline* const asked[] = { this->SurfacePipeline, this->ContourPipeline,
+    this->ContourPipeline, this->MeshLinePipeline, this->FeatureLinePipeline,
+    this->VectorGlyphPipeline };
+  vtkMTimeType latest = 0;
+  for (zylPipeline* pipeline : asked)
+  {
+    latest =
+      std::max(latest, pipeline->GetProperties()->GetProperty("ColorVariableName")->GetMTime());
+  }
+  const vtkMTimeType dataTime = this->DataSet->GetMTime();
+  std::set<std::string> variables = this->GetSurfaceDerivedVariables();
+  if (this->SurfaceScriptTime < dataTime || this->SurfaceScriptTime < latest ||
+    variables != this->SurfaceVariables)
+  {
+    vtkSMPropertyHelper(this->SurfaceScript, "Script")
+      .Set(this->GetSurfaceDerivedVariableScript().c_str());
+    this->SurfaceScript->UpdateVTKObjects();
+    this->SurfaceScriptTime = dataTime;
+    this->SurfaceVariables = std::move(variables);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedSurfaceRepresentation::AddDerivedVariable(
+  const std::string& setting, std::set<std::string>& names)
+{
+  std::string name = setting;
+  if (!this->DataSet->IsDerivedPointVariable(name))
+  {
+    std::string component;
+    zylPipeline::SplitVariableName(setting, name, component);
+  }
+  if (this->DataSet->IsDerivedPointVariable(name))
+  {
+    names.insert(name);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+std::set<std::string> zylDerivedSurfaceRepresentation::GetSurfaceDerivedVariables()
+{
+  std::set<std::string> names;
+  for (zylPipeline* pipeline : this->GetDisplays())
+  {
+    zylPropertyCollection* settings = pipeline->GetProperties();
+    if (settings->GetInt("ColorMode") == 1)
+    {
+      this->AddDerivedVariable(settings->GetString("ColorVariableName"), names);
+      // Kept: the contour variable counts only where the contours are colored by a variable.
+      if (pipeline == this->ContourPipeline)
+      {
+        this->AddDerivedVariable(settings->GetString("ContourVariableName"), names);
+      }
+    }
+  }
+  this->AddDerivedVariable(this->GetVectorGlyphProperties()->GetString("VectorVariable"), names);
+  if (this->Properties->GetBool("WarpByVector"))
+  {
+    this->AddDerivedVariable(this->Properties->GetString("WarpVectorVariable"), names);
+  }
+  return names;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylDerivedSurfaceRepresentation::GetSurfaceDerivedVariableScript()
+{
+  zylScope("GetSurfaceDerivedVariableScript()");
+  return this->DataSet
+    ? this->DataSet->GetDerivedPointVariableScript(this->GetSurfaceDerivedVariables())
+    : std::string();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylDerivedSurfaceRepresentation::GetVolumeDerivedVariableScript()
+{
+  zylScope("GetVolumeDerivedVariableScript()");
+  if (!this->DataSet)
+  {
+    return std::string();
+  }
+  std::set<std::string> names;
+  this->GetVolumeDerivedPointVariables(names);
+  return this->DataSet->GetDerivedPointVariableScript(names);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -348,27 +471,14 @@ void zylDerivedSurfaceRepresentation::Show()
 bool zylDerivedSurfaceRepresentation::IsVisible()
 {
   zylScope("IsVisible()");
-  const auto displays = this->GetDisplays();
-  return std::any_of(displays.begin(), displays.end(),
-    [](zylPipeline* pipeline) { return pipeline->AnyBlocksVisible(); });
+  return zylAnyBlocksVisible(this->GetDisplays());
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylDerivedSurfaceRepresentation::GetBounds(double bounds[6])
 {
   zylScope("GetBounds()");
-  vtkBoundingBox box;
-  for (zylPipeline* pipeline : this->GetAllPipelines())
-  {
-    if (pipeline->GetDataSource() && pipeline->AnyBlocksVisible())
-    {
-      double visible[6];
-      pipeline->GetVisibleBounds(visible);
-      box.AddBounds(visible);
-    }
-  }
-  box.GetBounds(bounds);
-  return bounds[1] - bounds[0] >= 0.0;
+  return zylGetVisibleBounds(this->GetAllPipelines(), bounds);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -376,40 +486,27 @@ vtkSmartPointer<vtkCollection> zylDerivedSurfaceRepresentation::GetPVRepresentat
 {
   zylScope("GetPVRepresentations()");
   // Kept: feature lines come before mesh lines here, unlike everywhere else.
-  zylPipeline* const pipelines[] = { this->SurfacePipeline, this->HighlightPipeline,
-    this->ContourPipeline, this->FeatureLinePipeline, this->MeshLinePipeline,
-    this->VectorGlyphPipeline };
-  auto collection = vtkSmartPointer<vtkCollection>::New();
-  for (zylPipeline* pipeline : pipelines)
-  {
-    if (pipeline->GetRepresentation())
-    {
-      collection->AddItem(pipeline->GetRepresentation());
-    }
-  }
-  return collection;
+  return zylGetPVRepresentations(
+    { this->SurfacePipeline, this->HighlightPipeline, this->ContourPipeline,
+      this->FeatureLinePipeline, this->MeshLinePipeline, this->VectorGlyphPipeline });
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylDerivedSurfaceRepresentation::HasRepresentation(vtkSMProxy* representation)
 {
   zylScope("HasRepresentation()");
-  const auto pipelines = this->GetAllPipelines();
-  return representation &&
-    std::any_of(pipelines.begin(), pipelines.end(), [representation](zylPipeline* pipeline) {
-      return pipeline->GetRepresentation() == representation;
-    });
+  return zylHasRepresentation(this->GetAllPipelines(), representation);
 }
 
 //--------------------------------------------------------------------------------------------------
-std::array<zylPipeline*, 5> zylDerivedSurfaceRepresentation::GetDisplays()
+std::vector<zylPipeline*> zylDerivedSurfaceRepresentation::GetDisplays()
 {
   return { this->SurfacePipeline, this->ContourPipeline, this->MeshLinePipeline,
     this->FeatureLinePipeline, this->VectorGlyphPipeline };
 }
 
 //--------------------------------------------------------------------------------------------------
-std::array<zylPipeline*, 6> zylDerivedSurfaceRepresentation::GetAllPipelines()
+std::vector<zylPipeline*> zylDerivedSurfaceRepresentation::GetAllPipelines()
 {
   return { this->SurfacePipeline, this->HighlightPipeline, this->ContourPipeline,
     this->MeshLinePipeline, this->FeatureLinePipeline, this->VectorGlyphPipeline };
@@ -421,7 +518,7 @@ void zylDerivedSurfaceRepresentation::Highlight(int style)
   zylScope("Highlight()");
   zylPropertyCollection* settings = this->GetHighlightProperties();
   settings->Set("Visibility", true);
-  SetShownBlocks(settings, 2);
+  zylBlockFlags::Write(settings, ShowTheBlock);
   settings->Set("Style", style);
 }
 
@@ -429,7 +526,7 @@ void zylDerivedSurfaceRepresentation::Highlight(int style)
 void zylDerivedSurfaceRepresentation::UnHighlight()
 {
   zylScope("UnHighlight()");
-  SetShownBlocks(this->GetHighlightProperties(), 0);
+  zylBlockFlags::Write(this->GetHighlightProperties(), {});
   this->GetHighlightProperties()->Set("Visibility", false);
 }
 
@@ -452,4 +549,45 @@ vtkSmartPointer<vtkPolyData> zylDerivedSurfaceRepresentation::GetDerivedSurface(
     return nullptr;
   }
   return vtkPolyData::SafeDownCast(zylCore::Fetch(this->SurfaceScript, "vtkAppendPolyData"));
+}
+
+//--------------------------------------------------------------------------------------------------
+zylIntegrateFields::IntegratedValues_ zylDerivedSurfaceRepresentation::GetIntegratedValues()
+{
+  zylScope("GetIntegratedValues()");
+  zylIntegrateFields::IntegratedValues_ values;
+  this->Update();
+  if (!zylGetLiveOutput(this->DataSet) || !this->BlockMerger || !this->BlockMerger->GetSession())
+  {
+    return values;
+  }
+  if (!this->IntegrationScript)
+  {
+    // Kept: set here only, so that later definitions do not change what is integrated.
+    this->IntegrationScript = this->MakeFilter("ProgrammableFilter", this->BlockMerger);
+    if (this->IntegrationScript)
+    {
+      vtkSMPropertyHelper(this->IntegrationScript, "CopyArrays").Set(1);
+      vtkSMPropertyHelper(this->IntegrationScript, "Script")
+        .Set(zylGetDerivedVariablesScript(this->DataSet).c_str());
+      this->IntegrationScript->UpdateVTKObjects();
+    }
+  }
+  if (!this->Integrator)
+  {
+    this->Integrator = this->MakeFilter("IntegrateAttributes", this->IntegrationScript);
+  }
+  if (!this->IntegrationScript || !this->Integrator)
+  {
+    return values;
+  }
+  this->Integrator->UpdateVTKObjects();
+  zylUpdatePipeline(this->Integrator, zylTimeController::GetInstance()->GetActiveTime());
+  const auto fetched = zylCore::Fetch(this->Integrator, "vtkAppendDataSets");
+  if (auto* grid = vtkUnstructuredGrid::SafeDownCast(fetched))
+  {
+    zylReadTuple(grid->GetPointData(), 0, values.PointValues);
+    zylReadTuple(grid->GetCellData(), 0, values.CellValues);
+  }
+  return values;
 }

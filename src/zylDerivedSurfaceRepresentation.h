@@ -32,9 +32,9 @@
 #define zylDerivedSurfaceRepresentation_h
 
 #include "zylExport.h"
+#include "zylIntegrateFields.h"
 #include "zylRepresentation.h"
 
-#include <array>
 #include <set>
 #include <string>
 #include <vector>
@@ -105,6 +105,10 @@ public:
   /// ranks; null when there is none.
   vtkSmartPointer<vtkPolyData> GetDerivedSurface();
 
+  /// Integrals of all arrays over the surface, neither clipped nor warped; updates it first. The
+  /// derived variables of the dataset are those of the first call. Empty without a dataset.
+  zylIntegrateFields::IntegratedValues_ GetIntegratedValues();
+
 protected:
   zylDerivedSurfaceRepresentation();
   ~zylDerivedSurfaceRepresentation() override;
@@ -122,6 +126,15 @@ protected:
   virtual void GetVolumeDerivedPointVariables(std::set<std::string>& names);
 
   ///@{
+  /// The scripts that compute the derived variables that the filters read, and those that the
+  /// displays show. Empty without a dataset.
+  std::string GetVolumeDerivedVariableScript();
+  std::string GetSurfaceDerivedVariableScript();
+  /// Add the derived variable that a setting names, alone or with the suffix of a component.
+  void AddDerivedVariable(const std::string& setting, std::set<std::string>& names);
+  ///@}
+
+  ///@{
   /// The first and the last of the subclass's filters (shared). Clearing the first one unregisters
   /// it, and the next Update() makes the filters anew.
   void SetFirstSurfaceFilter(vtkSMSourceProxy* filter);
@@ -131,11 +144,19 @@ protected:
   /// A registered filter of the dataset's session; null, with an error, if the session knows none
   /// of that name. `input` may be null.
   vtkSmartPointer<vtkSMSourceProxy> MakeFilter(const char* name, vtkSMSourceProxy* input);
+  /// A "MergeBlocks" filter that makes one poly data of all blocks.
+  vtkSmartPointer<vtkSMSourceProxy> MakeMerger(vtkSMSourceProxy* input);
+
+  /// The description of a point array of the dataset (borrowed until the dataset's next update), or
+  /// null.
+  zylArrayInformation* FindPointArray(const std::string& name);
 
   vtkSmartPointer<vtkSMSourceProxy> BlockExtractor;
   vtkSmartPointer<vtkSMSourceProxy> FirstSurfaceFilter;
   vtkSmartPointer<vtkSMSourceProxy> LastSurfaceFilter;
   vtkSmartPointer<vtkSMSourceProxy> BlockMerger;
+  vtkSmartPointer<vtkSMSourceProxy> IntegrationScript;
+  vtkSmartPointer<vtkSMSourceProxy> Integrator;
   vtkSmartPointer<vtkSMSourceProxy> VolumeScript;
   vtkSmartPointer<vtkSMSourceProxy> SurfaceScript;
   vtkSmartPointer<vtkSMSourceProxy> WarpFilter;
@@ -147,19 +168,25 @@ protected:
   vtkSmartPointer<zylMeshLinePipeline> MeshLinePipeline;
   vtkSmartPointer<zylFeatureLinePipeline> FeatureLinePipeline;
   vtkSmartPointer<zylVectorGlyphPipeline> VectorGlyphPipeline;
+  bool SurfaceChanged = false; ///< whether the last update may have brought another surface
 
 private:
   zylDerivedSurfaceRepresentation(const zylDerivedSurfaceRepresentation&) = delete;
   void operator=(const zylDerivedSurfaceRepresentation&) = delete;
 
-  std::array<zylPipeline*, 5> GetDisplays(); // all but the highlight
-  std::array<zylPipeline*, 6> GetAllPipelines();
+  std::vector<zylPipeline*> GetDisplays(); // all but the highlight
+  std::vector<zylPipeline*> GetAllPipelines();
   bool BuildChain(vtkSMSourceProxy* source);
   void UpdateBlocks();
   void UpdateWarp();
+  std::set<std::string> GetSurfaceDerivedVariables();
+  void UpdateSurfaceScript();
 
-  double FilterTime = 0.0; // at which the last filter and the output were executed
+  vtkTypeUInt64 SurfaceScriptTime = 0;    // the dataset's, when the surface script was last set
+  std::set<std::string> SurfaceVariables; // that it computes
+  double FilterTime = 0.0;                // at which the last filter and the output were executed
   double OutputTime = 0.0;
+  vtkMTimeType TreeTime = 0; // of the dataset's block tree at the last update
 };
 
 #endif

@@ -1,6 +1,7 @@
 #include "zylIsosurfaceRepresentation.h"
 
 #include "ParaView/zylPropertyTable.h"
+#include "zylDataSet.h"
 #include "zylPropertyCollection.h"
 
 #include <vtkObjectFactory.h>
@@ -50,4 +51,20 @@ void zylIsosurfaceRepresentation::UpdateLocalPipeline()
     this->IsovalueTime = time;
   }
   contour->UpdateVTKObjects();
+}
+
+//--------------------------------------------------------------------------------------------------
+zylArrayInformation* zylIsosurfaceRepresentation::GetVariableInformation()
+{
+  return this->FindPointArray(this->Properties->GetString("Variable"));
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylIsosurfaceRepresentation::GetVolumeDerivedPointVariables(std::set<std::string>& names)
+{
+  this->Superclass::GetVolumeDerivedPointVariables(names);
+  if (this->DataSet)
+  {
+    this->AddDerivedVariable(this->Properties->GetString("Variable"), names);
+  }
 }

@@ -20,6 +20,9 @@ public:
   static zylIsosurfaceRepresentation* New();
   vtkTypeMacro(zylIsosurfaceRepresentation, zylDerivedSurfaceRepresentation);
 
+  /// The dataset's description of "Variable" (borrowed until the dataset's next update), or null.
+  zylArrayInformation* GetVariableInformation();
+
   void UpdateLocalPipeline() override;
 
 protected:
@@ -27,6 +30,7 @@ protected:
   ~zylIsosurfaceRepresentation() override = default;
 
   void CreateSurfacePipeline() override;
+  void GetVolumeDerivedPointVariables(std::set<std::string>& names) override;
 
 private:
   zylIsosurfaceRepresentation(const zylIsosurfaceRepresentation&) = delete;

@@ -14,6 +14,9 @@
 // Made by the client-server wrapping generator.
 extern void vtkAMRExtractLabeledBlocks_Init(vtkClientServerInterpreter*);
 extern void vtkZYLBlockInformation_Init(vtkClientServerInterpreter*);
+extern void vtkZYLContourFilter_Init(vtkClientServerInterpreter*);
+extern void vtkZYLCrinkleCutter_Init(vtkClientServerInterpreter*);
+extern void vtkZYLPlaneCutter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLVolumeSurfaceReader_Init(vtkClientServerInterpreter*);
 
 namespace {
@@ -55,6 +58,9 @@ extern "C" void ZYLFiltersCS_Initialize(vtkClientServerInterpreter* interpreter)
 {
   vtkAMRExtractLabeledBlocks_Init(interpreter);
   vtkZYLBlockInformation_Init(interpreter);
+  vtkZYLContourFilter_Init(interpreter);
+  vtkZYLCrinkleCutter_Init(interpreter);
+  vtkZYLPlaneCutter_Init(interpreter);
 }
 
 //--------------------------------------------------------------------------------------------------
