@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Runs the library's benchmarks and the baselines by turns and prints Markdown tables.
 
-    run.py TREE [--baselines DIR] [--runs K] [--blocks N ...] [--only start|blocks|frame|server]
+    run.py TREE [--baselines DIR] [--runs K] [--blocks N ...] [--only start|blocks|frame|server|volume]
 
-TREE is a build tree with the benchmarks. DIR holds the baselines: gen_blocks.py, peer_blocks.py and
-host.cxx with its CMakeLists.txt (default: $ZYL_BASELINES, else ../shared/bench beside the checkout).
+TREE is a build tree with the benchmarks. DIR holds the baselines: gen_blocks.py, peer_blocks.py,
+peer_volume.py and host.cxx with its CMakeLists.txt (default: $ZYL_BASELINES, else ../shared/bench beside the checkout).
 Without them only the library's own figures are printed. A display must be there for the baselines.
 
 Compare CPU seconds (user + system), not wall times, where the machine is not quiet."""
@@ -169,6 +169,30 @@ class Bench:
                 scale = 1000 / int(count)
                 row(name, scale * figures.cpu(stage), scale * figures.median(stage, "wall"))
 
+    # Stages of zylBenchVolume with the baseline's that they are compared with and the target.
+    VOLUME = (
+        ("integral", ["pv IntegrateVariables"], 1.05),
+        ("histogram", ["pv Histogram"], 1.05),
+        ("1000 probe points moved", ["pv ResampleWithDataset 1000, points changed"], 0.20),
+    )
+
+    def volume(self):
+        ours, peer = Figures(), Figures()
+        for _ in range(self.args.runs):
+            ours.add(run([self.program("zylBenchVolume")]))
+            if self.peer:
+                peer.add(run(self.pvpython("peer_volume.py", "--only", "pv"),
+                             {"PYTHONPATH": self.peer, "PYTHONDONTWRITEBYTECODE": "1"}))
+        print("\n### 2 026 120 tetrahedra")
+        table("stage", "CPU s", "wall s", "peak RSS MB")
+        for stage in ours.stages:
+            row(stage, ours.cpu(stage), ours.median(stage, "wall"),
+                "%.0f" % ours.median(stage, "rss_mb"))
+        if self.peer:
+            table("", "zyl, CPU s", "baseline, CPU s", "ratio", "target", "met")
+            for stage, stages, target in self.VOLUME:
+                compare(stage, ours.cpu(stage), sum(peer.cpu(s) for s in stages), target)
+
     def server(self):
         """What goes to the server, in each stage."""
         path = self.blocks_file(1000) if self.peer else None
@@ -210,8 +234,8 @@ def main():
         "ZYL_BASELINES", os.path.join(TOP, "..", "shared", "bench")))
     parser.add_argument("--runs", type=int, default=3)
     parser.add_argument("--blocks", type=int, nargs="+", default=[100, 1000, 4000])
-    parser.add_argument("--only", nargs="+", choices=["start", "blocks", "frame", "server"],
-                        default=["start", "frame", "server", "blocks"])
+    parser.add_argument("--only", nargs="+", choices=["start", "blocks", "frame", "server", "volume"],
+                        default=["start", "frame", "server", "blocks", "volume"])
     bench = Bench(parser.parse_args())
     before = os.getloadavg()
     for name in bench.args.only:
