@@ -214,7 +214,12 @@ std::string zylViewLoader::Explain(zylDataSet* dataset, const std::string& heard
       return ": " + line;
     }
   }
-  if (this->Messages.GetFirstError().find("No reader found") != std::string::npos)
+  const std::string first = this->Messages.GetFirstError();
+  if (first.find("different kinds") != std::string::npos)
+  {
+    return ": " + first;
+  }
+  if (first.find("No reader found") != std::string::npos)
   {
     return IsListedKind(file) ? ": its content is not what its name promises"
                               : ": no reader for this kind of file";

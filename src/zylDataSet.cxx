@@ -106,13 +106,24 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
     vtkErrorMacro("NewDataSet called with no file names");
     return false;
   }
-  const zylReaderChoice reader = zylChooseReader(this->Core->GetSession(), fileNames.front());
-  if (!reader.Error.empty())
+  const zylReaderChoice choice = zylChooseReaders(this->Core->GetSession(), fileNames);
+  std::string error = choice.Error;
+  std::vector<std::string> firstErrors;
+  for (std::size_t i = 0; i < choice.Readers.size(); ++i)
   {
-    vtkErrorMacro(<< reader.Error);
-    return false;
+    // Several readers may claim a kind of file; some find out that it is not theirs when they read.
+    const auto& reader = choice.Readers[i];
+    const std::string failure = this->ReadWith(fileNames, reader.Group, reader.Name);
+    if (failure.empty())
+    {
+      return true;
+    }
+    error = i == 0 ? failure : error;
+    firstErrors = i == 0 ? this->ReadErrors : firstErrors;
   }
-  return this->LoadFromFile(fileNames, reader.Group, reader.Name);
+  this->ReadErrors = firstErrors;
+  vtkErrorMacro(<< error);
+  return false;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -120,22 +131,41 @@ bool zylDataSet::LoadFromFile(
   const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "LoadFromFile %s/%s", group.c_str(), name.c_str());
+  const std::string failure = this->ReadWith(fileNames, group, name);
+  if (!failure.empty())
+  {
+    vtkErrorMacro(<< failure);
+  }
+  return failure.empty();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylDataSet::ReadWith(
+  const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
+{
+  const std::string what = fileNames.empty() ? name : fileNames.front();
   zylErrorCapture errors; // readers complain as soon as they are made
-  const auto reader =
-    zylMakeReader(this->Core->GetSessionProxyManager(), group, name, fileNames, this->Properties);
+  vtkSmartPointer<vtkSMSourceProxy> reader;
+  try
+  {
+    reader =
+      zylMakeReader(this->Core->GetSessionProxyManager(), group, name, fileNames, this->Properties);
+  }
+  catch (const std::exception& exception) // thrown by libraries below the toolkit
+  {
+    this->ReadErrors = { exception.what() };
+    return "Failed to read " + what + ": " + exception.what();
+  }
   if (!reader)
   {
-    vtkErrorMacro("Failed to create new dataset");
-    return false;
+    return "Failed to create new dataset";
   }
   if (!this->Adopt(reader, errors))
   {
-    vtkErrorMacro("Failed to read " << (fileNames.empty() ? name : fileNames.front()) << ": "
-                                    << this->ReadErrors.front());
-    return false;
+    return "Failed to read " + what + ": " + this->ReadErrors.front();
   }
   zylTimeController::GetInstance()->UseDataTimeSteps();
-  return true;
+  return "";
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -144,8 +174,22 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture)
   const vtkSmartPointer<vtkSMSourceProxy> previous = this->Proxy;
   this->Proxy = source;
   this->LastUpdateTime = -1e299;
-  this->Update();
+  std::string thrown;
+  try
+  {
+    this->Update();
+  }
+  catch (const std::exception& exception) // thrown by libraries below the toolkit
+  {
+    thrown = exception.what();
+    this->NumberOfPoints = 0;
+    this->NumberOfCells = 0;
+  }
   this->ReadErrors = capture.GetMessages();
+  if (!thrown.empty())
+  {
+    this->ReadErrors.push_back(thrown);
+  }
   if (!this->ReadErrors.empty() && this->NumberOfPoints == 0 && this->NumberOfCells == 0)
   {
     // Nothing came: what was there before is shown again.

@@ -61,7 +61,9 @@ public:
 
   ///@{
   /// Load result files. The reader is chosen for the first name by ParaView's reader factory, or is
-  /// the proxy `name` of the proxy group `group`; all names are given to it in order.
+  /// the proxy `name` of the proxy group `group`; all names are given to it in order. Where several
+  /// readers claim a kind of file, the first that succeeds is taken. Files of different kinds are
+  /// refused.
   ///
   /// False, with an error message, when a file cannot be read; what was loaded before then stays.
   /// True with a non-empty GetReadErrors() when only some pieces of the data could be read.
@@ -208,6 +210,9 @@ private:
   using ArrayList = std::vector<vtkSmartPointer<zylArrayInformation>>;
 
   void UpdateCallback(vtkObject*, unsigned long, void*);
+  /// Load with one reader. Empty, or why it failed; then everything is as before.
+  std::string ReadWith(
+    const std::vector<std::string>& fileNames, const std::string& group, const std::string& name);
   bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture);
   void DropChain();
   void RebuildTree();

@@ -3,6 +3,8 @@
 #include "ParaView/zylProxyBuilder.h"
 #include "zylPropertyCollection.h"
 
+#include <algorithm>
+
 #include <vtkLogger.h>
 #include <vtkSMCoreUtilities.h>
 #include <vtkSMPropertyHelper.h>
@@ -11,29 +13,75 @@
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
+#include <vtkStringList.h>
+#include <vtksys/SystemTools.hxx>
+
+namespace {
+using Reader = zylReaderChoice::Reader;
+
+std::vector<Reader> GetReaders(
+  vtkSMReaderFactory* factory, vtkSMSession* session, const std::string& fileName)
+{
+  std::vector<Reader> readers;
+  vtkStringList* list = factory->GetReaders(fileName.c_str(), session);
+  for (int i = 0; i + 2 < list->GetNumberOfStrings(); i += 3) // group, name, description
+  {
+    readers.push_back({ list->GetString(i), list->GetString(i + 1) });
+  }
+  return readers;
+}
+
+std::string Extension(const std::string& fileName)
+{
+  return vtksys::SystemTools::GetFilenameLastExtension(fileName);
+}
+
+void KeepCommon(std::vector<Reader>& readers, const std::vector<Reader>& others)
+{
+  const auto missing = [&others](const Reader& reader) {
+    return std::none_of(others.begin(), others.end(), [&reader](const Reader& other) {
+      return other.Group == reader.Group && other.Name == reader.Name;
+    });
+  };
+  readers.erase(std::remove_if(readers.begin(), readers.end(), missing), readers.end());
+}
+} // namespace
 
 //--------------------------------------------------------------------------------------------------
-zylReaderChoice zylChooseReader(vtkSMSession* session, const std::string& fileName)
+zylReaderChoice zylChooseReaders(vtkSMSession* session, const std::vector<std::string>& fileNames)
 {
   vtkSMReaderFactory* factory =
     session ? vtkSMProxyManager::GetProxyManager()->GetReaderFactory() : nullptr;
   if (!factory)
   {
-    return { "", "", "Failed to create new dataset" };
+    return { {}, "Failed to create new dataset" };
   }
   if (factory->GetNumberOfRegisteredPrototypes() == 0)
   {
     factory->UpdateAvailableReaders();
   }
-  if (!vtkSMReaderFactory::TestFileReadability(fileName.c_str(), session))
+  const std::string& first = fileNames.front();
+  if (!vtkSMReaderFactory::TestFileReadability(first.c_str(), session))
   {
-    return { "", "", "File not readable " + fileName };
+    return { {}, "File not readable " + first };
   }
-  if (!factory->CanReadFile(fileName.c_str(), session))
+  std::vector<Reader> readers = GetReaders(factory, session, first);
+  if (readers.empty())
   {
-    return { "", "", "File not readable. No reader found for " + fileName };
+    return { {}, "File not readable. No reader found for " + first };
   }
-  return { factory->GetReaderGroup(), factory->GetReaderName(), "" };
+  for (const std::string& fileName : fileNames)
+  {
+    if (Extension(fileName) != Extension(first)) // else a long series would be asked for in vain
+    {
+      KeepCommon(readers, GetReaders(factory, session, fileName));
+    }
+    if (readers.empty())
+    {
+      return { {}, "Files of different kinds are no dataset: " + first + " and " + fileName };
+    }
+  }
+  return { readers, "" };
 }
 
 //--------------------------------------------------------------------------------------------------

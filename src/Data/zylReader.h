@@ -15,16 +15,23 @@ class vtkSMSessionProxyManager;
 class vtkSMSourceProxy;
 class zylPropertyCollection;
 
-/// The proxy of the reader for a file, or why there is none.
+/// The proxies of the readers for some files, or why there is none.
 struct zylReaderChoice
 {
-  std::string Group;
-  std::string Name;
-  std::string Error; ///< empty when a reader was found
+  struct Reader
+  {
+    std::string Group;
+    std::string Name;
+  };
+  std::vector<Reader> Readers; ///< the first is the one that ParaView takes
+  std::string Error;           ///< empty when a reader was found
 };
 
-/// Ask ParaView's reader factory which reader reads `fileName`, a path on the server of `session`.
-ZYL_PRIVATE zylReaderChoice zylChooseReader(vtkSMSession* session, const std::string& fileName);
+/// Ask ParaView's reader factory which readers claim the first of `fileNames`, paths on the server
+/// of `session`, and are willing to read it. Those that do not claim the others are left out: files
+/// of different kinds are no series.
+ZYL_PRIVATE zylReaderChoice zylChooseReaders(
+  vtkSMSession* session, const std::vector<std::string>& fileNames);
 
 /// A registered proxy `name` of `group` that has been given the file names in order, and those
 /// array names of `settings` ("PartIdArrayName", "LevelMaskArrayName") that it asks for. Nothing is

@@ -357,6 +357,8 @@ TEST_P(zylViewAppFailure, SaysSoInOneLine)
   }
   std::ofstream(folder + "/garbage.dat") << "\xff\xfe\x01 \x02";
   std::ofstream(folder + "/empty.vtu").flush();
+  zylTestData::Write(zylTestData::MakeCube(0, 0, 0), folder + "/good.vtu");
+  zylTestData::Write(zylTestData::MakeRow(1), folder + "/good.vtm");
   std::string arguments = f.Arguments;
   for (auto at = arguments.find('@'); at != std::string::npos; at = arguments.find('@'))
   {
@@ -377,6 +379,7 @@ INSTANTIATE_TEST_SUITE_P(All, zylViewAppFailure,
     Failure{ "EmptyFile", "--list @empty.vtu", 3, "empty" },
     Failure{ "GarbageFile", "--list @garbage.vtu", 3, "its content is not what" },
     Failure{ "UnknownKind", "--list @garbage.nope", 3, "no reader for this kind" },
+    Failure{ "DifferentKinds", "--list @good.vtu @good.vtm", 3, "different kinds" },
     Failure{ "RefusedByALibrary", "--list @garbage.ex2", 3, "garbage.ex2': Failed to open" },
     Failure{ "BytesInTheReason", "--list @garbage.dat", 3, "record type ??" },
     Failure{ "UnknownArray", "--output @out.png --array Presure", 4, "nearest: Pressure" },

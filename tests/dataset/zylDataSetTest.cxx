@@ -8,6 +8,7 @@
 #include "zylTestLog.h"
 #include "zylTimeController.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -231,9 +232,23 @@ TEST_F(zylDataSetBadInput, FilesThatCannotBeRead)
   good << std::ifstream(this->Folder + "/good/good_0.vtu").rdbuf();
   this->ExpectFailure(
     this->Make("cut.vtu", good.str().substr(0, good.str().size() / 2)), "Failed to read ");
+  this->ExpectFailure(this->Make("throws.gltf", "42"), "Failed to read ");
+  this->ExpectFailure(this->Make("throws.xmf", "no xml"), "Failed to read ");
   zylTestLog log;
   EXPECT_FALSE(this->Data->LoadFromFile({}));
   EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "NewDataSet called with no file names"));
+}
+
+TEST_F(zylDataSetBadInput, FilesOfDifferentKinds)
+{
+  zylTestLog log;
+  const std::string other = this->Folder + "/good/good_0.vtu";
+  EXPECT_FALSE(this->Data->LoadFromFile({ this->Good, other }));
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR,
+    "Files of different kinds are no dataset: " + this->Good + " and " + other))
+    << log.Dump();
+  vtkNew<zylDataSet> series;
+  EXPECT_TRUE(series->LoadFromFile({ other, this->Folder + "/good/good_1.vtu" }));
 }
 
 TEST_F(zylDataSetBadInput, UnknownReader)
@@ -242,6 +257,62 @@ TEST_F(zylDataSetBadInput, UnknownReader)
   EXPECT_FALSE(this->Data->LoadFromFile({ this->Good }, "sources", "NoSuchReader"));
   EXPECT_FALSE(this->Data->LoadFromFile({ this->Good }, "", ""));
   EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, "Failed to create new dataset"), 2);
+}
+
+// A plain netCDF grid: of the readers of its extension the last one asked reads it.
+TEST(zylDataSet, TriesAllReadersOfAKindOfFile)
+{
+  const std::string file = zylTestData::MakeFolder() + "/grid.nc";
+  std::ofstream stream(file, std::ios::binary);
+  const auto number = [&stream](unsigned int value) {
+    for (int shift = 24; shift >= 0; shift -= 8)
+    {
+      stream.put(static_cast<char>(value >> shift));
+    }
+  };
+  const auto name = [&](char letter) {
+    number(1);
+    stream << letter << std::string(3, '\0');
+  };
+  const auto variable = [&](char letter, std::vector<unsigned int> dimensions, unsigned int bytes,
+                          unsigned int offset) {
+    name(letter);
+    number(static_cast<unsigned int>(dimensions.size()));
+    std::for_each(dimensions.begin(), dimensions.end(), number);
+    number(0);
+    number(0); // no attributes
+    number(4); // int
+    number(bytes);
+    number(offset);
+  };
+  stream << "CDF" << '\1';
+  number(0);  // records
+  number(10); // dimensions
+  number(2);
+  name('y');
+  number(3);
+  name('x');
+  number(4);
+  number(0);
+  number(0);  // no attributes
+  number(11); // variables
+  number(3);
+  variable('y', { 0 }, 12, 168);
+  variable('x', { 1 }, 16, 180);
+  variable('T', { 0, 1 }, 48, 196);
+  ASSERT_EQ(stream.tellp(), 168);
+  for (const unsigned int count : { 3u, 4u, 12u })
+  {
+    for (unsigned int i = 0; i < count; ++i)
+    {
+      number(i);
+    }
+  }
+  stream.close();
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->LoadFromFile({ file }));
+  EXPECT_EQ(data->GetNumberOfPoints(), 12);
+  EXPECT_TRUE(data->GetReadErrors().empty());
 }
 
 TEST_F(zylDataSetBadInput, PartialDataAreReported)
