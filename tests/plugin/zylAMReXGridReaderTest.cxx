@@ -2,14 +2,20 @@
 
 #include "zylAMReXWriter.h"
 #include "zylPluginTestData.h"
+#include "zylTestLog.h"
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <vtkAMRExtractLabeledBlocks.h>
 #include <vtkAMReXGridReader.h>
+#include <vtkLogger.h>
+#include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
+#include <vtkObjectFactory.h>
 #include <vtkOverlappingAMR.h>
 #include <vtkSmartPointer.h>
 
@@ -37,6 +43,8 @@ void Write(const std::string& path, int dimension)
       values[i] = 1000.0 * i + 100.0 * cell.Level + cell.Center[0] + 2.0 * cell.Center[1] +
         4.0 * cell.Center[2];
     }
+    values[4] = cell.Index[1] % 3;
+    values[7] = cell.Covered ? 0.0 : 1.0;
   };
   std::string error;
   ASSERT_TRUE(zylWriteAMReX(path, plot, error)) << error;
@@ -69,6 +77,27 @@ std::string ToolkitDigest(const std::string& path, int levels, int stride)
 {
   vtkNew<vtkAMReXGridReader> reader;
   return Digest(reader, path, levels, stride);
+}
+// The parts of a plotfile, their values read box by box.
+class DeferredParts : public vtkAMRExtractLabeledBlocks
+{
+public:
+  static DeferredParts* New();
+  vtkTypeMacro(DeferredParts, vtkAMRExtractLabeledBlocks);
+  zylAMReXGridReader* Reader = nullptr;
+
+protected:
+  const zylDeferredValues* GetDeferredValues() override { return this->Reader; }
+};
+vtkStandardNewMacro(DeferredParts);
+
+std::string Parts(vtkAMRExtractLabeledBlocks* parts, vtkAMReXGridReader* reader)
+{
+  parts->SetInputConnection(reader->GetOutputPort());
+  parts->SetPartIdArrayName("part_id");
+  parts->SetLevelMaskArrayName("level_mask");
+  parts->Update();
+  return zylDigest(parts->GetOutput());
 }
 } // namespace
 
@@ -122,4 +151,42 @@ TEST(AMReXGridReader, ReadsByTheLayout)
   other.Boxes.back().Offset = std::uint64_t(1) << 40;
   EXPECT_EQ(FastDigest(path, other, 3, 1), expected);
   EXPECT_EQ(FastDigest(path, zylAMReXLayout(), 3, 1), expected);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(AMReXGridReader, LeavesValuesToTheFilterBehind)
+{
+  zylTemporaryDirectory directory;
+  const std::string path = directory / "plt";
+  Write(path, 3);
+  zylAMReXLayout layout;
+  ASSERT_EQ(zylCheckAMReXPlotfile(path, MaximumLevel, &layout), "");
+  vtkNew<vtkAMReXGridReader> toolkit;
+  Digest(toolkit, path, 3, 1);
+  vtkNew<vtkAMRExtractLabeledBlocks> plain;
+  const std::string expected = Parts(plain, toolkit);
+
+  vtkNew<zylAMReXGridReader> reader;
+  reader->SetLayout(layout);
+  reader->DeferValues({ "part_id", "level_mask" });
+  reader->SetFileName(path.c_str());
+  reader->UpdateInformation();
+  for (int i = 0; i < reader->GetNumberOfCellArrays(); ++i)
+  {
+    reader->SetCellArrayStatus(reader->GetCellArrayName(i), 1);
+  }
+  reader->SetMaxLevel(MaximumLevel);
+  vtkNew<DeferredParts> parts;
+  parts->Reader = reader;
+  EXPECT_EQ(Parts(parts, reader), expected);
+
+  // A file that goes before its values were asked for leaves zeros, and is said.
+  const std::string finest = layout.Files.back();
+  ASSERT_EQ(std::rename(finest.c_str(), (finest + ".gone").c_str()), 0);
+  zylTestLog log;
+  vtkNew<DeferredParts> late;
+  late->Reader = reader;
+  EXPECT_NE(Parts(late, reader), expected);
+  EXPECT_EQ(late->GetOutput()->GetNumberOfCells(), parts->GetOutput()->GetNumberOfCells());
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "blocks could not be read")) << log.Dump();
 }

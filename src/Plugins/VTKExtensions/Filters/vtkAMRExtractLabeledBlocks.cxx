@@ -1,10 +1,13 @@
 #include "vtkAMRExtractLabeledBlocks.h"
 
 #include "zylBlockParts.h"
+#include "zylDeferredValues.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -53,6 +56,7 @@ struct Source
 {
   vtkAbstractArray* Array = nullptr; // null: the block has none that fits
   const char* Values = nullptr;      // null: to be copied through the array's own methods
+  bool Deferred = false;             // the values come with the block
 };
 
 // Arrays of the output, the same for all parts, from the first block.
@@ -102,6 +106,7 @@ struct Scratch
   std::vector<int> Labels;
   std::vector<int> Points;
   zylBlockSplitter Splitter;
+  std::shared_ptr<zylDeferredValues::Buffer> Deferred;
 };
 
 //--------------------------------------------------------------------------------------------------
@@ -209,6 +214,7 @@ std::vector<Source> Sources(
       array->GetDataType() == column.Model->GetDataType() && tuples > 0)
     {
       sources[i].Values = static_cast<const char*>(array->GetVoidPointer(0));
+      sources[i].Deferred = !sources[i].Values;
     }
   }
   return sources;
@@ -288,7 +294,7 @@ void CopyColumns(const std::vector<Column>& columns, const std::vector<Source>& 
 {
   for (std::size_t i = 0; i < columns.size(); ++i)
   {
-    const bool plainSource = sources[i].Values || !sources[i].Array;
+    const bool plainSource = sources[i].Values || sources[i].Deferred || !sources[i].Array;
     if (values[i] && plainSource)
     {
       const std::size_t bytes = columns[i].TupleBytes;
@@ -320,7 +326,7 @@ void CopyOddColumns(const std::vector<Column>& columns, const std::vector<Source
   for (std::size_t i = 0; i < columns.size(); ++i)
   {
     const bool missingPlain = !sources[i].Array && columns[i].TupleBytes > 0;
-    if (sources[i].Values || missingPlain)
+    if (sources[i].Values || sources[i].Deferred || missingPlain)
     {
       continue;
     }
@@ -381,8 +387,14 @@ void FillCoordinates(const Block& block, const int* ids, int count, double* to)
 class Extraction
 {
 public:
+  explicit Extraction(const zylDeferredValues* deferred)
+    : Deferred(deferred)
+  {
+  }
+
   std::vector<Block> Blocks;
   std::vector<Grid> Grids;
+  std::atomic<vtkIdType> Unread{ 0 }; // blocks whose deferred values could not be read
 
   // Which cells of each block belong to which part.
   void Count()
@@ -508,8 +520,36 @@ private:
       grid.Size.Cell, static_cast<typename ArrayType::ValueType>(grid.Size.Connectivity));
   }
 
+  // Zeros for what cannot be read.
+  void ReadDeferred(Block& block, Scratch& scratch)
+  {
+    const auto deferred = [](const Source& source) { return source.Deferred; };
+    if (!this->Deferred ||
+      std::none_of(block.CellSources.begin(), block.CellSources.end(), deferred))
+    {
+      return;
+    }
+    if (!scratch.Deferred)
+    {
+      scratch.Deferred = this->Deferred->MakeBuffer();
+    }
+    const bool read = this->Deferred->Read(block.Image, *scratch.Deferred);
+    this->Unread += read ? 0 : 1;
+    for (Source& source : block.CellSources)
+    {
+      if (source.Deferred)
+      {
+        source.Values = read ? scratch.Deferred->GetValues(source.Array) : nullptr;
+      }
+    }
+  }
+
   void FillBlock(Block& block, Scratch& scratch)
   {
+    if (!block.Parts.Parts.empty())
+    {
+      this->ReadDeferred(block, scratch);
+    }
     for (std::size_t i = 0; i < block.Parts.Parts.size(); ++i)
     {
       const zylBlockParts::Part& part = block.Parts.Parts[i];
@@ -563,7 +603,8 @@ private:
     const auto odd = [](const std::vector<Column>& columns, const std::vector<Source>& sources) {
       for (std::size_t i = 0; i < columns.size(); ++i)
       {
-        if ((sources[i].Array && !sources[i].Values) || columns[i].TupleBytes == 0)
+        const bool plain = sources[i].Values || sources[i].Deferred || !sources[i].Array;
+        if (!plain || columns[i].TupleBytes == 0)
         {
           return true;
         }
@@ -616,6 +657,7 @@ private:
     grid.Data->SetCells(grid.Types, cells);
   }
 
+  const zylDeferredValues* Deferred; // null: all values are in memory
   std::size_t Processed = 0;
   std::vector<Column> CellColumns;
   std::vector<Column> PointColumns;
@@ -685,6 +727,12 @@ void vtkAMRExtractLabeledBlocks::PrintSelf(ostream& os, vtkIndent indent)
 }
 
 //--------------------------------------------------------------------------------------------------
+const zylDeferredValues* vtkAMRExtractLabeledBlocks::GetDeferredValues()
+{
+  return nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
 int vtkAMRExtractLabeledBlocks::FillInputPortInformation(int, vtkInformation* info)
 {
   info->Set(vtkAlgorithm::INPUT_REQUIRED_DATA_TYPE(), "vtkUniformGridAMR");
@@ -697,7 +745,7 @@ int vtkAMRExtractLabeledBlocks::RequestData(
 {
   auto* input = vtkUniformGridAMR::GetData(inputVector[0], 0);
   vtkMultiBlockDataSet* output = vtkMultiBlockDataSet::GetData(outputVector, 0);
-  Extraction extraction;
+  Extraction extraction(this->GetDeferredValues());
   std::vector<Block>& blocks = extraction.Blocks;
   if (!input || !output)
   {
@@ -739,6 +787,10 @@ int vtkAMRExtractLabeledBlocks::RequestData(
     extraction.Allocate(
       highest + 1, missing - blocks.begin(), blocks.empty() ? nullptr : &blocks.front());
     extraction.Fill();
+    if (extraction.Unread > 0)
+    {
+      vtkErrorMacro("The values of " << extraction.Unread << " blocks could not be read.");
+    }
   }
   catch (const std::bad_alloc&)
   {

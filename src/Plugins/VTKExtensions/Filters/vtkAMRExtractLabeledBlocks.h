@@ -31,6 +31,8 @@
 #include "vtkMultiBlockDataSetAlgorithm.h"
 #include "zylExport.h"
 
+class zylDeferredValues;
+
 class ZYL_PRIVATE vtkAMRExtractLabeledBlocks : public vtkMultiBlockDataSetAlgorithm
 {
 public:
@@ -62,6 +64,10 @@ protected:
   int FillInputPortInformation(int port, vtkInformation* info) override;
   int RequestData(vtkInformation* request, vtkInformationVector** inputVector,
     vtkInformationVector* outputVector) override;
+
+  /// Where the values of arrays without memory come from (borrowed); null: there are no such
+  /// arrays.
+  virtual const zylDeferredValues* GetDeferredValues();
 
 private:
   vtkAMRExtractLabeledBlocks(const vtkAMRExtractLabeledBlocks&) = delete;

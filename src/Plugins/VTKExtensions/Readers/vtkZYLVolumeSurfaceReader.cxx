@@ -59,6 +59,20 @@ bool OnAllRanks(bool good)
   return everywhere != 0;
 }
 
+// The parts of a plotfile, whose values come from the files when they are needed.
+class PlotfileParts : public vtkAMRExtractLabeledBlocks
+{
+public:
+  static PlotfileParts* New();
+  vtkTypeMacro(PlotfileParts, vtkAMRExtractLabeledBlocks);
+
+  zylAMReXGridReader* Reader = nullptr; // borrowed
+
+protected:
+  const zylDeferredValues* GetDeferredValues() override { return this->Reader; }
+};
+vtkStandardNewMacro(PlotfileParts);
+
 void Trace(const char* what, const std::string& value)
 {
   vtkVLogF(vtkLogger::VERBOSITY_TRACE, "%s%s", what, value.c_str());
@@ -227,6 +241,8 @@ void vtkZYLVolumeSurfaceReader::ReadVolume(const std::string& name, vtkMultiBloc
   vtkNew<zylAMReXGridReader> reader;
   reader->SetFileName(name.c_str());
   reader->SetLayout(std::move(layout));
+  reader->DeferValues({ this->PartIdArrayName ? this->PartIdArrayName : "",
+    this->LevelMaskArrayName ? this->LevelMaskArrayName : "" });
   reader->UpdateInformation();
   for (int i = 0; i < reader->GetNumberOfPointArrays(); ++i)
   {
@@ -238,7 +254,8 @@ void vtkZYLVolumeSurfaceReader::ReadVolume(const std::string& name, vtkMultiBloc
   }
   reader->SetMaxLevel(MaximumLevel);
 
-  vtkNew<vtkAMRExtractLabeledBlocks> parts;
+  vtkNew<PlotfileParts> parts;
+  parts->Reader = reader;
   parts->SetInputConnection(reader->GetOutputPort(0));
   parts->SetPartIdArrayName(this->PartIdArrayName);
   parts->SetLevelMaskArrayName(this->LevelMaskArrayName);

@@ -23,8 +23,6 @@
 #include <vtkOverlappingAMR.h>
 #include <vtkUniformGrid.h>
 
-vtkStandardNewMacro(zylAMReXGridReader);
-
 namespace {
 // Reads all of `pieces`, which follow each other in the file.
 bool ReadPieces(int file, std::vector<iovec> pieces, std::uint64_t offset)
@@ -56,23 +54,64 @@ bool ReadPieces(int file, std::vector<iovec> pieces, std::uint64_t offset)
   return true;
 }
 
+// `withValues`: with memory for them.
+template <class ArrayType>
 vtkSmartPointer<vtkDataArray> MakeArray(
-  const std::string& name, const zylAMReXFab& fab, std::size_t components)
+  const std::string& name, std::size_t components, vtkIdType tuples, bool withValues)
 {
-  vtkSmartPointer<vtkDataArray> array;
-  if (fab.BytesOfValue == 4)
+  auto array = vtkSmartPointer<ArrayType>::New();
+  array->SetName(name.c_str());
+  array->SetNumberOfComponents(static_cast<int>(components));
+  if (withValues)
   {
-    array = vtkSmartPointer<vtkFloatArray>::New();
+    array->SetNumberOfTuples(tuples);
   }
   else
   {
-    array = vtkSmartPointer<vtkDoubleArray>::New();
+    array->SetArray(nullptr, tuples * static_cast<vtkIdType>(components), 1);
   }
-  array->SetName(name.c_str());
-  array->SetNumberOfComponents(static_cast<int>(components));
-  array->SetNumberOfTuples(fab.NumberOfCells);
   return array;
 }
+
+std::size_t SizeOfVariable(const zylAMReXFab& fab)
+{
+  return static_cast<std::size_t>(fab.NumberOfCells) * static_cast<std::size_t>(fab.BytesOfValue);
+}
+
+// A file that is closed at the end.
+class File
+{
+public:
+  ~File() { this->Close(); }
+  File() = default;
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  // The descriptor, negative when it cannot be opened. The same name again costs nothing.
+  int Open(const std::string& name)
+  {
+    if (name != this->Name || this->Descriptor < 0)
+    {
+      this->Close();
+      this->Descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+      this->Name = name;
+    }
+    return this->Descriptor;
+  }
+
+private:
+  void Close()
+  {
+    if (this->Descriptor >= 0)
+    {
+      close(this->Descriptor);
+    }
+    this->Descriptor = -1;
+  }
+
+  std::string Name;
+  int Descriptor = -1;
+};
 
 // Value by value from arrays of one component to one of several.
 void Interleave(const std::vector<std::unique_ptr<char[]>>& components, std::size_t size,
@@ -91,6 +130,23 @@ void Interleave(const std::vector<std::unique_ptr<char[]>>& components, std::siz
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
+class zylAMReXGridReader::BoxBuffer : public zylDeferredValues::Buffer
+{
+public:
+  const char* GetValues(vtkAbstractArray* array) const override
+  {
+    const auto found = this->Values.find(array->GetName());
+    return found == this->Values.end() ? nullptr : found->second;
+  }
+
+  File Source;
+  std::vector<char> Memory;
+  std::unordered_map<std::string, const char*> Values; // by the name of the array
+};
+
+vtkStandardNewMacro(zylAMReXGridReader);
+
+//--------------------------------------------------------------------------------------------------
 void zylAMReXGridReader::SetLayout(zylAMReXLayout layout)
 {
   this->Layout = std::move(layout);
@@ -101,14 +157,39 @@ void zylAMReXGridReader::SetLayout(zylAMReXLayout layout)
 int zylAMReXGridReader::RequestData(
   vtkInformation* request, vtkInformationVector** inputs, vtkInformationVector* outputs)
 {
+  vtkInformation* output = outputs->GetInformationObject(0);
+  this->Blocks.clear();
   this->Fields = this->FindFields();
+  std::vector<int> indices = this->FindIndices(output);
   if (!this->Fields.empty())
   {
-    this->ReadBoxes(this->FindBlocks(outputs->GetInformationObject(0)));
+    this->ReadBoxes(indices);
+  }
+  // Nobody looks at the blanking of grids without values, and it is left out for requested blocks.
+  const bool requested = this->Deferring && !indices.empty() &&
+    !output->Has(vtkCompositeDataPipeline::LOAD_REQUESTED_BLOCKS());
+  if (requested)
+  {
+    output->Set(vtkCompositeDataPipeline::UPDATE_COMPOSITE_INDICES(), indices.data(),
+      static_cast<int>(indices.size()));
+    output->Set(vtkCompositeDataPipeline::LOAD_REQUESTED_BLOCKS(), 1);
   }
   const int result = this->Superclass::RequestData(request, inputs, outputs);
-  this->Read.clear();
+  if (requested)
+  {
+    output->Remove(vtkCompositeDataPipeline::UPDATE_COMPOSITE_INDICES());
+    output->Remove(vtkCompositeDataPipeline::LOAD_REQUESTED_BLOCKS());
+  }
+  this->BoxArrays.clear();
   return result;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylAMReXGridReader::DeferValues(std::set<std::string> except)
+{
+  this->Deferring = true;
+  this->NotDeferred = std::move(except);
+  this->Modified();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -131,7 +212,7 @@ std::vector<zylAMReXGridReader::Field> zylAMReXGridReader::FindFields()
     this->Superclass::GetAMRGridData(0, grid, name);
     vtkDataArray* array = grid->GetCellData()->GetArray(name);
     const int components = array ? array->GetNumberOfComponents() : 0;
-    Field field{ name, {} };
+    Field field{ name, {}, this->Deferring && this->NotDeferred.count(name) == 0 };
     if (components == 1)
     {
       field.Variables = { find(name) };
@@ -154,49 +235,49 @@ std::vector<zylAMReXGridReader::Field> zylAMReXGridReader::FindFields()
 }
 
 //--------------------------------------------------------------------------------------------------
-std::vector<int> zylAMReXGridReader::FindBlocks(vtkInformation* output)
+// Composite indices of the blocks that this process reads.
+std::vector<int> zylAMReXGridReader::FindIndices(vtkInformation* output)
 {
-  std::vector<int> blocks;
+  std::vector<int> indices;
   this->SetupBlockRequest(output);
   const bool all = output->Has(vtkCompositeDataPipeline::LOAD_REQUESTED_BLOCKS()) != 0;
   for (std::size_t i = 0; i < this->BlockMap.size(); ++i)
   {
     if (all || this->IsBlockMine(static_cast<int>(i)))
     {
-      const int block = this->Metadata->GetAMRInfo()->GetAMRBlockSourceIndex(this->BlockMap[i]);
-      if (block >= 0 && static_cast<std::size_t>(block) < this->Layout.Boxes.size())
-      {
-        blocks.push_back(block);
-      }
+      indices.push_back(this->BlockMap[i]);
     }
   }
-  return blocks;
+  return indices;
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylAMReXGridReader::ReadBoxes(std::vector<int> blocks)
+void zylAMReXGridReader::ReadBoxes(const std::vector<int>& indices)
 {
   const auto& boxes = this->Layout.Boxes;
+  std::vector<int> blocks;
+  for (const int index : indices)
+  {
+    const int block = this->Metadata->GetAMRInfo()->GetAMRBlockSourceIndex(index);
+    if (block >= 0 && static_cast<std::size_t>(block) < boxes.size())
+    {
+      blocks.push_back(block);
+    }
+  }
   std::sort(blocks.begin(), blocks.end(), [&boxes](int a, int b) {
     return std::make_pair(boxes[a].File, boxes[a].Offset) <
       std::make_pair(boxes[b].File, boxes[b].Offset);
   });
-  this->Read.reserve(blocks.size());
-  for (std::size_t i = 0; i < blocks.size();)
+  this->BoxArrays.reserve(blocks.size());
+  File file;
+  for (const int block : blocks)
   {
-    const std::uint32_t name = boxes[blocks[i]].File;
-    const int file = open(this->Layout.Files[name].c_str(), O_RDONLY | O_CLOEXEC);
-    for (; i < blocks.size() && boxes[blocks[i]].File == name; ++i)
+    Arrays arrays;
+    const zylAMReXFab& fab = boxes[block];
+    const int descriptor = fab.IsNative ? file.Open(this->Layout.Files[fab.File]) : -1;
+    if (descriptor >= 0 && this->ReadBox(descriptor, fab, arrays))
     {
-      Arrays arrays;
-      if (file >= 0 && boxes[blocks[i]].IsNative && this->ReadBox(file, boxes[blocks[i]], arrays))
-      {
-        this->Read.emplace(blocks[i], std::move(arrays));
-      }
-    }
-    if (file >= 0)
-    {
-      close(file);
+      this->BoxArrays.emplace(block, std::move(arrays));
     }
   }
 }
@@ -204,8 +285,24 @@ void zylAMReXGridReader::ReadBoxes(std::vector<int> blocks)
 //--------------------------------------------------------------------------------------------------
 bool zylAMReXGridReader::ReadBox(int file, const zylAMReXFab& fab, Arrays& arrays) const
 {
-  const std::size_t size =
-    static_cast<std::size_t>(fab.NumberOfCells) * static_cast<std::size_t>(fab.BytesOfValue);
+  std::vector<void*> values;
+  for (const Field& field : this->Fields)
+  {
+    const std::size_t components = field.Variables.size();
+    arrays.push_back(fab.BytesOfValue == 4
+        ? MakeArray<vtkFloatArray>(field.Name, components, fab.NumberOfCells, !field.Deferred)
+        : MakeArray<vtkDoubleArray>(field.Name, components, fab.NumberOfCells, !field.Deferred));
+    values.push_back(field.Deferred ? nullptr : arrays.back()->GetVoidPointer(0));
+  }
+  return this->ReadFields(file, fab, values);
+}
+
+//--------------------------------------------------------------------------------------------------
+// The fields that have memory for their values.
+bool zylAMReXGridReader::ReadFields(
+  int file, const zylAMReXFab& fab, const std::vector<void*>& values) const
+{
+  const std::size_t size = SizeOfVariable(fab);
   struct Target
   {
     std::size_t Variable;
@@ -216,16 +313,15 @@ bool zylAMReXGridReader::ReadBox(int file, const zylAMReXFab& fab, Arrays& array
   for (std::size_t f = 0; f < this->Fields.size(); ++f)
   {
     const auto& variables = this->Fields[f].Variables;
-    arrays.push_back(MakeArray(this->Fields[f].Name, fab, variables.size()));
-    for (const std::size_t variable : variables)
+    for (std::size_t v = 0; v < variables.size() && values[f]; ++v)
     {
-      void* values = arrays.back()->GetVoidPointer(0);
+      void* to = values[f];
       if (variables.size() > 1)
       {
         components[f].emplace_back(new char[size]);
-        values = components[f].back().get();
+        to = components[f].back().get();
       }
-      targets.push_back({ variable, values });
+      targets.push_back({ variables[v], to });
     }
   }
   std::sort(targets.begin(), targets.end(),
@@ -247,8 +343,8 @@ bool zylAMReXGridReader::ReadBox(int file, const zylAMReXFab& fab, Arrays& array
   {
     if (!components[f].empty())
     {
-      Interleave(components[f], static_cast<std::size_t>(fab.BytesOfValue), fab.NumberOfCells,
-        arrays[f]->GetVoidPointer(0));
+      Interleave(
+        components[f], static_cast<std::size_t>(fab.BytesOfValue), fab.NumberOfCells, values[f]);
     }
   }
   return true;
@@ -257,15 +353,57 @@ bool zylAMReXGridReader::ReadBox(int file, const zylAMReXFab& fab, Arrays& array
 //--------------------------------------------------------------------------------------------------
 void zylAMReXGridReader::GetAMRGridData(const int block, vtkUniformGrid* grid, const char* field)
 {
-  const auto read = this->Read.find(block);
-  for (std::size_t f = 0; read != this->Read.end() && f < this->Fields.size(); ++f)
+  const auto read = this->BoxArrays.find(block);
+  for (std::size_t f = 0; read != this->BoxArrays.end() && f < this->Fields.size(); ++f)
   {
     if (this->Fields[f].Name == field)
     {
       grid->GetCellData()->AddArray(read->second[f]);
       read->second[f] = nullptr;
+      if (this->Fields[f].Deferred)
+      {
+        this->Blocks[grid] = block;
+      }
       return;
     }
   }
   this->Superclass::GetAMRGridData(block, grid, field);
+}
+
+//--------------------------------------------------------------------------------------------------
+std::unique_ptr<zylDeferredValues::Buffer> zylAMReXGridReader::MakeBuffer() const
+{
+  return std::unique_ptr<Buffer>(new BoxBuffer);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylAMReXGridReader::Read(vtkImageData* image, Buffer& buffer) const
+{
+  auto& box = static_cast<BoxBuffer&>(buffer);
+  box.Values.clear();
+  const auto found = this->Blocks.find(image);
+  if (found == this->Blocks.end())
+  {
+    return false;
+  }
+  const zylAMReXFab& fab = this->Layout.Boxes[found->second];
+  std::size_t bytes = 0;
+  for (const Field& field : this->Fields)
+  {
+    bytes += field.Deferred ? field.Variables.size() * SizeOfVariable(fab) : 0;
+  }
+  box.Memory.resize(std::max(box.Memory.size(), bytes));
+  std::vector<void*> values;
+  char* next = box.Memory.data();
+  for (const Field& field : this->Fields)
+  {
+    values.push_back(field.Deferred ? next : nullptr);
+    if (field.Deferred)
+    {
+      box.Values[field.Name] = next;
+      next += field.Variables.size() * SizeOfVariable(fab);
+    }
+  }
+  const int file = box.Source.Open(this->Layout.Files[fab.File]);
+  return file >= 0 && this->ReadFields(file, fab, values);
 }
