@@ -1,12 +1,16 @@
 #include "zylPointProbe.h"
 
 #include "Analysis/zylFieldValues.h"
+#include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
+#include "zylMultiBlockTree.h"
 #include "zylPropertyCollection.h"
 #include "zylTimeController.h"
+
+#include <algorithm>
 
 #include <vtkCellData.h>
 #include <vtkDataArray.h>
@@ -26,6 +30,38 @@ constexpr zylPropertyRow Rows[] = {
 };
 constexpr char NoData[] = "the dataset is empty or its session has ended";
 constexpr char ValidMask[] = "vtkValidPointMask";
+
+// Blocks of points alone: the toolkit looks at the first cell of whatever has points.
+std::set<int> FindBlocksWithoutCells(vtkSMSourceProxy* source)
+{
+  std::set<int> found;
+  const auto nodes = zylParaView::GetBlocks(source);
+  for (std::size_t i = 0; i < nodes.size(); ++i)
+  {
+    if (nodes[i].NumberOfChildren == 0 && nodes[i].NumberOfPoints > 0 &&
+      nodes[i].NumberOfCells == 0)
+    {
+      found.insert(static_cast<int>(i));
+    }
+  }
+  return found;
+}
+
+// The leaves of `blocks` and below but for `left`.
+void AddLeaves(zylMultiBlockTree* node, bool wanted, const std::vector<int>& blocks,
+  const std::set<int>& left, std::vector<int>& leaves)
+{
+  const int index = static_cast<int>(node->GetBlockIndex());
+  wanted = wanted || std::find(blocks.begin(), blocks.end(), index) != blocks.end();
+  if (wanted && node->GetNumberOfChildren() == 0 && left.count(index) == 0)
+  {
+    leaves.push_back(index);
+  }
+  for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
+  {
+    AddLeaves(node->GetChild(i), wanted, blocks, left, leaves);
+  }
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -77,7 +113,7 @@ void zylPointProbe::Update()
     vtkErrorMacro("No point can be probed: " << this->Mistake);
     return;
   }
-  zylPushBlocks(zylGetInts(this->Properties->GetProperty("Blocks")), this->BlockExtractor);
+  zylPushBlocks(this->GetBlocksToProbe(), this->BlockExtractor);
   zylPushScript(zylGetDerivedVariablesScript(this->DataSet), this->ScriptFilter);
   zylPush(this->Properties, Rows, this->LineSource);
   this->LineSource->UpdateVTKObjects();
@@ -106,6 +142,26 @@ std::string zylPointProbe::FindMistake()
   const auto unknown =
     zylFindUnknownBlock(this->DataSet, zylGetInts(this->Properties->GetProperty("Blocks")));
   return unknown.empty() ? std::string() : "no block at index " + std::to_string(unknown.front());
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<int> zylPointProbe::GetBlocksToProbe()
+{
+  zylMultiBlockTree* tree = this->DataSet->GetMultiBlockTree();
+  if (this->TreeTime != tree->GetMTime() || this->Tree != tree)
+  {
+    this->TreeTime = tree->GetMTime();
+    this->Tree = tree;
+    this->WithoutCells = FindBlocksWithoutCells(this->DataSet->GetOutput());
+  }
+  const std::vector<int> blocks = zylGetInts(this->Properties->GetProperty("Blocks"));
+  if (this->WithoutCells.empty())
+  {
+    return blocks;
+  }
+  std::vector<int> leaves;
+  AddLeaves(tree, false, blocks, this->WithoutCells, leaves);
+  return leaves;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -33,6 +33,7 @@
 
 #include <array>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,7 @@
 class vtkDataSet;
 class vtkSMSourceProxy;
 class zylDataSet;
+class zylMultiBlockTree;
 class zylPropertyCollection;
 
 class ZYL_EXPORT zylPointProbe : public vtkObject
@@ -84,6 +86,7 @@ private:
   void operator=(const zylPointProbe&) = delete;
 
   std::string FindMistake();
+  std::vector<int> GetBlocksToProbe();
   bool BuildChain();
   void DropChain();
   void Execute();
@@ -94,8 +97,11 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> BlockExtractor;
   vtkSmartPointer<vtkSMSourceProxy> Resampler;
   vtkSmartPointer<vtkSMSourceProxy> ScriptFilter;
-  vtkSmartPointer<vtkDataSet> Fetched; // of the last execution
-  std::string Mistake;                 // of the last update
+  vtkSmartPointer<vtkDataSet> Fetched;     // of the last execution
+  std::string Mistake;                     // of the last update
+  vtkSmartPointer<zylMultiBlockTree> Tree; // which was looked at
+  vtkMTimeType TreeTime = 0;
+  std::set<int> WithoutCells; // its blocks that have points only
   double ExecutedTime = 0.0;
 };
 

@@ -45,21 +45,21 @@ bool HoldsName(const std::string& expression, const std::string& name)
 //--------------------------------------------------------------------------------------------------
 void zylDerivedVariables::Define(const std::string& name, const std::string& expression)
 {
-  this->Told.clear();
+  this->Forget();
   this->Expressions[name] = expression;
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylDerivedVariables::Remove(const std::string& name)
 {
-  this->Told.clear();
+  this->Forget();
   this->Expressions.erase(name);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylDerivedVariables::Clear()
 {
-  this->Told.clear();
+  this->Forget();
   this->Expressions.clear();
 }
 
@@ -71,6 +71,16 @@ std::string zylDerivedVariables::MakeScript(const std::vector<std::string>& arra
   if (toSave.empty())
   {
     return std::string();
+  }
+  if (arrays != this->Arrays)
+  {
+    this->Scripts.clear();
+    this->Arrays = arrays;
+  }
+  const auto known = this->Scripts.find(toSave);
+  if (known != this->Scripts.end())
+  {
+    return known->second;
   }
   const auto script = zylPython::CreateScript(arrays, this->Expressions, toSave);
   if (!script.Error.empty())
@@ -87,7 +97,7 @@ std::string zylDerivedVariables::MakeScript(const std::vector<std::string>& arra
     this->Tell(circle + "\"" + script.Circle.front() + "\"", warnings);
   }
   this->CheckSpellings(arrays, warnings); // arrays may have come since the definition
-  return script.Text;
+  return this->Scripts[toSave] = script.Text;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -115,6 +125,13 @@ void zylDerivedVariables::CheckSpellings(
       }
     }
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedVariables::Forget()
+{
+  this->Told.clear();
+  this->Scripts.clear();
 }
 
 //--------------------------------------------------------------------------------------------------

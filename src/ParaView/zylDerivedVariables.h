@@ -7,6 +7,7 @@
 #include "ParaView/zylPython.h"
 #include "zylExport.h"
 
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -33,10 +34,13 @@ public:
   void CheckSpellings(const std::vector<std::string>& arrays, std::vector<std::string>& warnings);
 
 private:
+  void Forget();
   void Tell(const std::string& message, std::vector<std::string>& messages);
 
   zylPython::Expressions Expressions;
   std::set<std::string> Told;
+  std::vector<std::string> Arrays;                      // for which the scripts were made
+  std::map<std::set<std::string>, std::string> Scripts; // by the variables to save
 };
 
 #endif

@@ -425,6 +425,7 @@ TEST(zylFieldAnalysis, CopesWithOddBlocks)
       EXPECT_NEAR(Of(integral.CellValues, "Volume"), 2.0, 1e-12);
       EXPECT_NEAR(Of(integral.PointValues, "double"), 4.0, 1e-12);
       EXPECT_NEAR(Of(integral.PointValues, "x"), 2.0, 1e-12);
+      EXPECT_EQ(integral.PointValues.count("xx"), 0u);
     }
     vtkNew<zylFieldHistogram> histogram;
     histogram->SetDataSet(data);
