@@ -1,5 +1,6 @@
 #include "zylClipRepresentation.h"
 
+#include "Analysis/zylFieldValues.h"
 #include "ParaView/zylImplicitFunction.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
@@ -62,12 +63,13 @@ void zylClipRepresentation::UpdateLocalPipeline()
   vtkSMSourceProxy* clip = this->FirstSurfaceFilter;
   zylPush(this->Properties, ClipRows, clip);
   const int mode = this->Properties->GetInt("ClipMode");
+  const std::string variable = this->Properties->GetString("ScalarVariable");
   switch (mode)
   {
     case Scalar:
       zylUseFunction(clip, "ClipFunction", "Scalar");
       vtkSMPropertyHelper(clip, "SelectInputScalars")
-        .SetInputArrayToProcess(0, this->Properties->GetString("ScalarVariable").c_str());
+        .SetInputArrayToProcess(0, zylCheckScalar(this->DataSet, variable) ? variable.c_str() : "");
       zylPush(this->Properties, ScalarRows, clip);
       break;
     case Plane:
@@ -89,7 +91,7 @@ void zylClipRepresentation::UpdateLocalPipeline()
 //--------------------------------------------------------------------------------------------------
 zylArrayInformation* zylClipRepresentation::GetScalarInformation()
 {
-  return this->FindPointArray(this->Properties->GetString("ScalarVariable"));
+  return zylFindPointArray(this->DataSet, this->Properties->GetString("ScalarVariable"));
 }
 
 //--------------------------------------------------------------------------------------------------

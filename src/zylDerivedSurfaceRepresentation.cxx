@@ -104,17 +104,6 @@ vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeMerger(
 }
 
 //--------------------------------------------------------------------------------------------------
-zylArrayInformation* zylDerivedSurfaceRepresentation::FindPointArray(const std::string& name)
-{
-  const auto names =
-    this->DataSet ? this->DataSet->GetPointArrayNames() : std::vector<std::string>();
-  const auto found = std::find(names.begin(), names.end(), name);
-  return found == names.end()
-    ? nullptr
-    : this->DataSet->GetPointArrayInformation(static_cast<unsigned int>(found - names.begin()));
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylDerivedSurfaceRepresentation::Update()
 {
   zylScope("Update");
@@ -544,11 +533,26 @@ void zylDerivedSurfaceRepresentation::SetHighlightTransparency(double transparen
 vtkSmartPointer<vtkPolyData> zylDerivedSurfaceRepresentation::GetDerivedSurface()
 {
   zylScope("GetDerivedSurface()");
+  return this->FetchSurface("vtkAppendPolyData");
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkPolyData> zylDerivedSurfaceRepresentation::FetchSurface(
+  const char* postGatherHelperName)
+{
   if (!this->SurfaceScript || !this->SurfaceScript->GetSession())
   {
     return nullptr;
   }
-  return vtkPolyData::SafeDownCast(zylCore::Fetch(this->SurfaceScript, "vtkAppendPolyData"));
+  // What a clip leaves of a surface is no poly data.
+  vtkSmartPointer<vtkSMSourceProxy> source = this->SurfaceScript;
+  if (this->GetNumberOfClips() > 0)
+  {
+    source = zylProxyBuilder(source->GetSessionProxyManager(), "filters", "SurfaceGeometryFilter")
+               .Input(source)
+               .MakeUnregistered();
+  }
+  return vtkPolyData::SafeDownCast(zylCore::Fetch(source, postGatherHelperName));
 }
 
 //--------------------------------------------------------------------------------------------------

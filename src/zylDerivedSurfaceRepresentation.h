@@ -125,6 +125,10 @@ protected:
   /// Replace `names` by the derived variables that the filters of the subclass read. Base: none.
   virtual void GetVolumeDerivedPointVariables(std::set<std::string>& names);
 
+  /// The surface as of the last update, clipped but not warped; the class named combines the parts
+  /// of a parallel server (zylCore::Fetch()). Null when there is none.
+  vtkSmartPointer<vtkPolyData> FetchSurface(const char* postGatherHelperName);
+
   ///@{
   /// The scripts that compute the derived variables that the filters read, and those that the
   /// displays show. Empty without a dataset.
@@ -146,10 +150,6 @@ protected:
   vtkSmartPointer<vtkSMSourceProxy> MakeFilter(const char* name, vtkSMSourceProxy* input);
   /// A "MergeBlocks" filter that makes one poly data of all blocks.
   vtkSmartPointer<vtkSMSourceProxy> MakeMerger(vtkSMSourceProxy* input);
-
-  /// The description of a point array of the dataset (borrowed until the dataset's next update), or
-  /// null.
-  zylArrayInformation* FindPointArray(const std::string& name);
 
   vtkSmartPointer<vtkSMSourceProxy> BlockExtractor;
   vtkSmartPointer<vtkSMSourceProxy> FirstSurfaceFilter;

@@ -2,7 +2,6 @@
 
 #include "ParaView/zylImplicitFunction.h"
 #include "ParaView/zylProxyBuilder.h"
-#include "zylCore.h"
 #include "zylIntersectionCurveData.h"
 #include "zylPropertyCollection.h"
 
@@ -48,6 +47,8 @@ void zylIntersectionCurveRepresentation::CreateSurfacePipeline()
       .Make();
   this->SelectionExtractor = this->MakeFilter("ExtractSelection", this->Stripper);
   zylConnect(this->SelectionExtractor, this->SelectionSource, "Selection");
+  // What a selection leaves of poly data is none, and the merger takes nothing else.
+  this->SelectionSurface = this->MakeFilter("SurfaceGeometryFilter", this->SelectionExtractor);
   this->Grouper = this->MakeFilter("GroupDataSets", this->Stripper);
   this->SetFirstSurfaceFilter(cut);
   this->SetLastSurfaceFilter(this->Grouper);
@@ -64,7 +65,7 @@ void zylIntersectionCurveRepresentation::UpdateLocalPipeline()
     zylPushProperty(this->Properties->GetProperty("CurveToDisplay"), this->SelectionSource, "IDs");
     this->SelectionSource->UpdateVTKObjects();
   }
-  zylConnect(this->Grouper, all ? this->Stripper : this->SelectionExtractor);
+  zylConnect(this->Grouper, all ? this->Stripper : this->SelectionSurface);
   this->FirstSurfaceFilter->UpdateVTKObjects();
 }
 
@@ -72,9 +73,9 @@ void zylIntersectionCurveRepresentation::UpdateLocalPipeline()
 void zylIntersectionCurveRepresentation::Update()
 {
   this->Superclass::Update();
-  if (this->SurfaceScript && this->SurfaceScript->GetSession() && this->SurfaceChanged)
+  if (this->SurfaceChanged)
   {
-    this->CurveData = vtkPolyData::SafeDownCast(zylCore::Fetch(this->SurfaceScript, ""));
+    this->CurveData = this->FetchSurface("");
   }
 }
 
@@ -83,7 +84,7 @@ void zylIntersectionCurveRepresentation::FreeResources()
 {
   this->Superclass::FreeResources();
   for (auto* proxy : { &this->Stripper, &this->SelectionSource, &this->SelectionExtractor,
-         &this->Grouper, &this->CutMerger })
+         &this->SelectionSurface, &this->Grouper, &this->CutMerger })
   {
     zylUnregister(*proxy);
     *proxy = nullptr;

@@ -50,6 +50,7 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> Stripper;
   vtkSmartPointer<vtkSMSourceProxy> SelectionSource;
   vtkSmartPointer<vtkSMSourceProxy> SelectionExtractor;
+  vtkSmartPointer<vtkSMSourceProxy> SelectionSurface;
   vtkSmartPointer<vtkSMSourceProxy> Grouper;
   vtkSmartPointer<vtkPolyData> CurveData;
 };

@@ -1,5 +1,6 @@
 #include "zylIsosurfaceRepresentation.h"
 
+#include "Analysis/zylFieldValues.h"
 #include "ParaView/zylPropertyTable.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
@@ -42,8 +43,9 @@ void zylIsosurfaceRepresentation::CreateSurfacePipeline()
 void zylIsosurfaceRepresentation::UpdateLocalPipeline()
 {
   vtkSMSourceProxy* contour = this->FirstSurfaceFilter;
+  const std::string variable = this->Properties->GetString("Variable");
   vtkSMPropertyHelper(contour, "SelectInputScalars")
-    .SetInputArrayToProcess(0, this->Properties->GetString("Variable").c_str());
+    .SetInputArrayToProcess(0, zylCheckScalar(this->DataSet, variable) ? variable.c_str() : "");
   const vtkMTimeType time = this->Properties->GetProperty("Isovalue")->GetMTime();
   if (time > this->IsovalueTime)
   {
@@ -56,7 +58,7 @@ void zylIsosurfaceRepresentation::UpdateLocalPipeline()
 //--------------------------------------------------------------------------------------------------
 zylArrayInformation* zylIsosurfaceRepresentation::GetVariableInformation()
 {
-  return this->FindPointArray(this->Properties->GetString("Variable"));
+  return zylFindPointArray(this->DataSet, this->Properties->GetString("Variable"));
 }
 
 //--------------------------------------------------------------------------------------------------

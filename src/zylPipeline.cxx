@@ -263,6 +263,10 @@ bool zylPipeline::EnsureFilter(const char* name)
 //--------------------------------------------------------------------------------------------------
 vtkSMSourceProxy* zylPipeline::ExtractVisibleBlocks()
 {
+  if (!this->BlockTree)
+  {
+    return this->DataSource; // a single block, from which the stage cannot take any
+  }
   if (!this->Filter && IsAlive(this->DataSource) && this->AnyBlocksVisible())
   {
     this->Filter = zylBlockExtractor(this->DataSource).Make();

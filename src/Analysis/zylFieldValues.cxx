@@ -1,5 +1,6 @@
 #include "Analysis/zylFieldValues.h"
 
+#include "zylArrayInformation.h"
 #include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
 #include "zylProperty.h"
@@ -9,6 +10,7 @@
 
 #include <vtkDataArray.h>
 #include <vtkFieldData.h>
+#include <vtkLogger.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 
@@ -93,4 +95,34 @@ vtkSMSourceProxy* zylGetLiveOutput(zylDataSet* dataset)
 {
   vtkSMSourceProxy* output = dataset ? dataset->GetOutput() : nullptr;
   return output && output->GetSession() ? output : nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylArrayInformation* zylFindPointArray(zylDataSet* dataset, const std::string& name)
+{
+  const auto names = dataset ? dataset->GetPointArrayNames() : std::vector<std::string>();
+  const auto found = std::find(names.begin(), names.end(), name);
+  return found == names.end()
+    ? nullptr
+    : dataset->GetPointArrayInformation(static_cast<unsigned int>(found - names.begin()));
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylCheckScalar(zylDataSet* dataset, const std::string& name)
+{
+  if (name.empty() || dataset->IsDerivedPointVariable(name))
+  {
+    return !name.empty();
+  }
+  const zylArrayInformation* array = zylFindPointArray(dataset, name);
+  if (!array)
+  {
+    vtkLogF(WARNING, "No point array named '%s' is in the dataset", name.c_str());
+  }
+  else if (array->GetNumberOfComponents() != 1)
+  {
+    vtkLogF(WARNING, "Array '%s' has %u components, but should have 1 component.", name.c_str(),
+      array->GetNumberOfComponents());
+  }
+  return array && array->GetNumberOfComponents() == 1;
 }

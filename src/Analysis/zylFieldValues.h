@@ -14,6 +14,7 @@
 
 class vtkFieldData;
 class vtkSMSourceProxy;
+class zylArrayInformation;
 class zylDataSet;
 class zylProperty;
 
@@ -39,6 +40,13 @@ ZYL_PRIVATE std::vector<int> zylGetInts(const zylProperty* property);
 /// The first of `blocks` that is no flat index of the dataset's tree, or nothing.
 ZYL_PRIVATE std::vector<int> zylFindUnknownBlock(
   zylDataSet* dataset, const std::vector<int>& blocks);
+
+/// The description of a point array of the dataset (borrowed until its next update), or null.
+ZYL_PRIVATE zylArrayInformation* zylFindPointArray(zylDataSet* dataset, const std::string& name);
+
+/// Whether a variable is a point array of one component, or a derived variable. If not, that is
+/// logged as a warning unless the name is empty.
+ZYL_PRIVATE bool zylCheckScalar(zylDataSet* dataset, const std::string& name);
 
 /// The end of the dataset's chain (borrowed); null without a dataset, when nothing is loaded or its
 /// session has ended.

@@ -1,4 +1,5 @@
 // What the derived surfaces are, measured: areas, closedness, cells, whatever cells the data have.
+#include "zylArrayInformation.h"
 #include "zylClipRepresentation.h"
 #include "zylCutPlaneRepresentation.h"
 #include "zylDataSet.h"
@@ -23,6 +24,7 @@
 #include <vtkExtractCells.h>
 #include <vtkGeometryFilter.h>
 #include <vtkIdList.h>
+#include <vtkLogger.h>
 #include <vtkMath.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
@@ -235,4 +237,300 @@ TEST(zylDerivedNumbers, PlaneThroughFacesCutsThemOnce)
   EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-9);
   SetVector(cut, "Center", 1.0, 0.0, 0.0); // the boundary
   EXPECT_LE(AreaAfterUpdate(cut), 4.0 + 1e-9);
+}
+
+TEST(zylDerivedNumbers, IntersectionCurvesAreShownTogetherOrOneByOne)
+{
+  // The surfaces of two boxes of 1 x 2 x 2 that touch.
+  auto surfaces = vtkSmartPointer<vtkMultiBlockDataSet>::New();
+  for (unsigned int i = 0; i < 2; ++i)
+  {
+    vtkNew<vtkGeometryFilter> geometry;
+    geometry->SetInputData(zylVolumeData::Make("hexahedra", 4, i - 1.0, i));
+    geometry->Update();
+    surfaces->SetBlock(i, geometry->GetOutput());
+  }
+  const auto data = Load(surfaces);
+  const auto curves = Derive<zylIntersectionCurveRepresentation>(data);
+  SetVector(curves, "Center", 0.0, 0.0, 0.1);
+  EXPECT_NEAR(AreaAfterUpdate(curves), 12.0, 1e-6);
+  EXPECT_EQ(curves->GetDerivedSurface()->GetNumberOfCells(), 2);
+  EXPECT_EQ(curves->GetIntersectionCurve(0, true), nullptr);
+
+  for (int i = 0; i < 2; ++i)
+  {
+    const int one[] = { 0, i };
+    curves->GetProperties()->Set("CurveToDisplay", one, 2);
+    EXPECT_NEAR(AreaAfterUpdate(curves), 6.0, 1e-6);
+    const auto curve =
+      vtkSmartPointer<zylIntersectionCurveData>::Take(curves->GetIntersectionCurve(3, false));
+    ASSERT_TRUE(curve);
+    const std::vector<double> points = curve->GetPoints();
+    const std::vector<double> x = curve->GetPointData("x");
+    const std::vector<double> velocity = curve->GetPointData("velocity");
+    ASSERT_EQ(points.size(), 3 * x.size());
+    ASSERT_EQ(points.size(), velocity.size());
+    ASSERT_GT(x.size(), 4u);
+    for (std::size_t k = 0; k < x.size(); ++k)
+    {
+      EXPECT_GE(points[3 * k], i - 1.0 - 1e-6);
+      EXPECT_LE(points[3 * k], i + 1e-6);
+      EXPECT_NEAR(points[3 * k + 2], 0.1, 1e-6);
+      EXPECT_NEAR(x[k], points[3 * k], 1e-6);
+      EXPECT_NEAR(velocity[3 * k], -points[3 * k + 1], 1e-6);
+    }
+    EXPECT_TRUE(curve->GetPointData("none").empty());
+    EXPECT_TRUE(curve->GetCellData("none").empty());
+  }
+  const int all[] = { -1, 1 };
+  curves->GetProperties()->Set("CurveToDisplay", all, 2);
+  EXPECT_NEAR(AreaAfterUpdate(curves), 12.0, 1e-6);
+  EXPECT_EQ(curves->GetIntersectionCurve(0, true), nullptr);
+
+  vtkNew<zylIntersectionCurveData> none;
+  EXPECT_TRUE(none->GetPoints().empty());
+  EXPECT_TRUE(none->GetPointData("x").empty());
+}
+
+TEST(zylDerivedNumbers, ClipsInEachModeWhateverTheModeBefore)
+{
+  const auto data = Load(zylVolumeData::MakeBlocks("hexahedra", 12));
+  const auto clip = Derive<zylClipRepresentation>(data);
+  zylPropertyCollection* settings = clip->GetProperties();
+  settings->Set("ScalarVariable", "x");
+  settings->Set("ScalarThreshold", 0.5);
+  settings->Set("SphereRadius", 0.7);
+  SetVector(clip, "PlaneCenter", -0.5, 0.0, 0.0);
+  // Both blocks are closed surfaces; "Invert" keeps what is below, behind and inside.
+  const double area[] = { 16.0 + (8.0 + 4.0), 8.0 + 4.0, 4.0 * Pi * 0.49 + 2.0 * Pi * 0.49 };
+  for (const int mode : { 0, 1, 0, 2, 1, 2, 0 })
+  {
+    settings->Set("ClipMode", mode);
+    EXPECT_NEAR(AreaAfterUpdate(clip), area[mode], mode == 2 ? 0.2 : 1e-6) << mode;
+  }
+  const double before = SizeOf(clip->GetDerivedSurface());
+  settings->Set("ClipMode", 3);
+  double after = 0.0;
+  const std::string said = zylConsole([&] { after = AreaAfterUpdate(clip); });
+  EXPECT_NE(said.find("Unknown clip mode 3\n"), std::string::npos) << said;
+  EXPECT_EQ(after, before);
+}
+
+TEST(zylDerivedNumbers, DerivedVariablesReachTheFiltersAndTheIntegrals)
+{
+  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 12));
+  data->DefineDerivedPointVariable("double", "2 * r");
+  data->DefineDerivedPointVariable("shifted", "double + 1");
+  data->DefineDerivedPointVariable("flow", "velocity * shifted");
+  const auto sphere = Sphere(data, 2.4);
+  sphere->GetProperties()->Set("Variable", "shifted");
+  const double area = 4.0 * Pi * 0.49;
+  EXPECT_NEAR(AreaAfterUpdate(sphere), area, 0.02 * area);
+
+  auto integrals = sphere->GetIntegratedValues();
+  ASSERT_EQ(integrals.CellValues.count("Area"), 1u);
+  EXPECT_NEAR(integrals.CellValues["Area"].at(0), SizeOf(sphere->GetDerivedSurface()), 1e-6);
+  ASSERT_EQ(integrals.PointValues.count("shifted"), 1u);
+  EXPECT_NEAR(integrals.PointValues["shifted"].at(0), 2.4 * area, 0.05 * area);
+  ASSERT_EQ(integrals.PointValues["flow"].size(), 3u);
+
+  // Neither clips nor warps nor later definitions count.
+  data->DefineDerivedPointVariable("later", "r");
+  sphere->SetNumberOfClips(1);
+  sphere->GetClipProperties(0)->Set("ClipMode", 2);
+  sphere->GetProperties()->Set("WarpByVector", true);
+  sphere->GetProperties()->Set("WarpVectorVariable", "velocity");
+  const auto again = sphere->GetIntegratedValues();
+  EXPECT_NEAR(SizeOf(sphere->GetDerivedSurface()), area / 2.0, 0.02 * area);
+  EXPECT_EQ(again.CellValues.at("Area").at(0), integrals.CellValues["Area"].at(0));
+  EXPECT_EQ(again.PointValues.count("later"), 0u);
+
+  // Cut by a plane, clipped by the variable.
+  const auto clip = Derive<zylClipRepresentation>(data);
+  clip->GetProperties()->Set("ScalarVariable", "shifted");
+  clip->GetProperties()->Set("ScalarThreshold", 2.4);
+  EXPECT_NEAR(AreaAfterUpdate(clip), 1.5 * area, 0.05 * area);
+}
+
+TEST(zylDerivedNumbers, FollowTheTimeAndTheDataSet)
+{
+  const double steps[] = { 0.0, 0.5, 1.0 };
+  const std::string series = zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 3);
+  auto data = vtkSmartPointer<zylDataSet>::New();
+  ASSERT_TRUE(data->LoadFromFile({ series }));
+  const auto iso = Derive<zylIsosurfaceRepresentation>(data);
+  iso->GetProperties()->Set("Variable", "pressure"); // x, shifted by the time
+  iso->GetProperties()->Set("Isovalue", 1.2);
+  for (const double time : { 0.0, 1.0, 0.5, 0.0 })
+  {
+    zylTimeController::GetInstance()->GoToTime(time);
+    EXPECT_NEAR(AreaAfterUpdate(iso), 1.0, 1e-9) << time;
+    double bounds[6];
+    iso->GetDerivedSurface()->GetBounds(bounds);
+    EXPECT_NEAR(bounds[0], 1.2 - time, 1e-6);
+  }
+
+  // Other data in the same dataset, none, and another dataset.
+  auto memory = Load(zylVolumeData::MakeBlocks("wedges", 4));
+  const auto cut = Derive<zylCutPlaneRepresentation>(memory);
+  SetVector(cut, "Center", 0.3, 0.0, 0.0);
+  EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-9);
+  ASSERT_TRUE(memory->InitializeFromVTKDataSet(zylTestData::MakeRow(3)));
+  EXPECT_NEAR(AreaAfterUpdate(cut), 1.0, 1e-9);
+  vtkNew<vtkMultiBlockDataSet> nothing;
+  memory->InitializeFromVTKDataSet(nothing);
+  EXPECT_EQ(AreaAfterUpdate(cut), 0.0);
+  EXPECT_TRUE(cut->GetIntegratedValues().PointValues.empty());
+  auto other = Load(zylVolumeData::MakeBlocks("image", 4));
+  cut->SetDataSet(other);
+  EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-9);
+}
+
+TEST(zylDerivedNumbers, UpdateWithNothingChangedAsksAndRunsNothing)
+{
+  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 6));
+  data->DefineDerivedPointVariable("double", "2 * r");
+  const auto sphere = Sphere(data, 0.7);
+  sphere->GetSurfaceProperties()->Set("ColorMode", 1);
+  sphere->GetSurfaceProperties()->Set("ColorVariableName", "double");
+  const auto cut = Derive<zylCutPlaneRepresentation>(data);
+  const auto clip = Derive<zylClipRepresentation>(data);
+  const auto curves = Derive<zylIntersectionCurveRepresentation>(data);
+  zylDerivedSurfaceRepresentation* const all[] = { sphere, cut, clip, curves };
+  for (zylDerivedSurfaceRepresentation* derived : all)
+  {
+    derived->Update();
+    zylTestLog log;
+    derived->Update();
+    EXPECT_EQ(log.Count(9, ": execute"), 0) << derived->GetClassName();
+    EXPECT_EQ(log.Count(9, "gather information"), 0) << derived->GetClassName();
+  }
+  sphere->GetProperties()->Set("Isovalue", 0.6);
+  zylTestLog log;
+  sphere->Update();
+  EXPECT_GT(log.Count(9, ": execute"), 0) << log.Dump();
+  EXPECT_EQ(log.Count(9, "ExtractBlock: execute"), 0) << log.Dump();
+}
+
+TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
+{
+  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 6));
+  const double nan = std::nan("");
+  const double infinite = HUGE_VAL;
+
+  const auto sphere = Sphere(data, 0.7);
+  for (const char* variable : { "", "unknown", "velocity", "id" })
+  {
+    sphere->GetProperties()->Set("Variable", variable);
+    zylTestLog log;
+    EXPECT_EQ(AreaAfterUpdate(sphere), 0.0) << variable;
+    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, variable) || !*variable) << log.Dump();
+  }
+  sphere->GetProperties()->Set("Variable", "r");
+  for (const double value : { nan, infinite, -infinite, 1e30, -1.0 })
+  {
+    sphere->GetProperties()->Set("Isovalue", value);
+    EXPECT_EQ(AreaAfterUpdate(sphere), 0.0) << value;
+  }
+  sphere->GetProperties()->Set("Isovalue", 0.7);
+  const int unknown[] = { 99, -5 };
+  sphere->GetProperties()->MakeInt("Blocks", unknown, 2);
+  zylTestLog log;
+  EXPECT_EQ(AreaAfterUpdate(sphere), 0.0);
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "No block at index 99")) << log.Dump();
+  sphere->GetProperties()->GetProperty("Blocks")->SetNumberOfElements(0);
+  EXPECT_EQ(AreaAfterUpdate(sphere), 0.0);
+  const int all[] = { 0 };
+  sphere->GetProperties()->MakeInt("Blocks", all, 1);
+  EXPECT_GT(AreaAfterUpdate(sphere), 5.5);
+
+  // The last plane that is one stays.
+  const auto cut = Derive<zylCutPlaneRepresentation>(data);
+  const auto clip = Derive<zylClipRepresentation>(data);
+  clip->GetProperties()->Set("ClipMode", 1);
+  EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-6);
+  const double half = AreaAfterUpdate(clip);
+  for (const double bad : { 0.0, nan, infinite })
+  {
+    SetVector(cut, "Normal", bad, 0.0, 0.0);
+    SetVector(clip, "PlaneNormal", bad, 0.0, 0.0);
+    EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-6) << bad;
+    EXPECT_NEAR(AreaAfterUpdate(clip), half, 1e-6) << bad;
+  }
+  SetVector(cut, "Center", nan, infinite, 0.0);
+  cut->Update();
+  clip->GetProperties()->Set("ClipMode", 2);
+  clip->GetProperties()->Set("SphereRadius", nan);
+  clip->Update();
+  clip->GetProperties()->Set("ClipMode", 0);
+  for (const char* variable : { "", "unknown", "velocity" })
+  {
+    clip->GetProperties()->Set("ScalarVariable", variable);
+    clip->Update();
+  }
+  // Everything again as it was.
+  SetVector(cut, "Normal", 1.0, 0.0, 0.0);
+  SetVector(cut, "Center", 0.0, 0.0, 0.0);
+  SetVector(clip, "PlaneNormal", 1.0, 0.0, 0.0);
+  clip->GetProperties()->Set("ClipMode", 1);
+  EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-6);
+  EXPECT_NEAR(AreaAfterUpdate(clip), half, 1e-6);
+
+  // A warp along nothing leaves the surface where it is.
+  sphere->GetProperties()->Set("WarpByVector", true);
+  for (const char* variable : { "", "unknown", "r" })
+  {
+    sphere->GetProperties()->Set("WarpVectorVariable", variable);
+    EXPECT_GT(AreaAfterUpdate(sphere), 5.5) << variable;
+  }
+}
+
+TEST(zylDerivedNumbers, WithoutDataThereIsNothing)
+{
+  vtkNew<zylIsosurfaceRepresentation> sphere;
+  sphere->Update();
+  EXPECT_EQ(sphere->GetDerivedSurface(), nullptr);
+  EXPECT_TRUE(sphere->GetIntegratedValues().CellValues.empty());
+  EXPECT_EQ(sphere->GetVariableInformation(), nullptr);
+  sphere->SetHighlightTransparency(0.5);
+  EXPECT_EQ(sphere->GetHighlightProperties()->GetDouble("Transparency"), 0.0);
+  vtkNew<zylDataSet> empty;
+  sphere->SetDataSet(empty);
+  sphere->Update();
+  sphere->FreeResources();
+  EXPECT_EQ(sphere->GetDerivedSurface(), nullptr);
+}
+
+TEST(zylDerivedNumbers, BrokenValuesMakeHolesOnly)
+{
+  auto blocks = zylVolumeData::MakeBlocks("tetrahedra", 8);
+  for (const double broken : { std::nan(""), HUGE_VAL, -HUGE_VAL })
+  {
+    auto* r = vtkDataSet::SafeDownCast(blocks->GetBlock(1))->GetPointData()->GetArray("r");
+    for (vtkIdType i = 0; i < r->GetNumberOfTuples(); i += 50)
+    {
+      r->SetComponent(i, 0, broken);
+    }
+    const auto data = Load(blocks);
+    const auto sphere = Sphere(data, 0.7);
+    const double area = AreaAfterUpdate(sphere);
+    EXPECT_TRUE(std::isfinite(area)) << broken;
+    EXPECT_GT(area, 3.0) << broken;
+    double bounds[6];
+    sphere->GetDerivedSurface()->GetBounds(bounds);
+    EXPECT_LE(bounds[1], 1.0) << broken;
+  }
+}
+
+TEST(zylDerivedNumbers, DescribesItsVariables)
+{
+  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 4));
+  const auto sphere = Sphere(data, 0.7);
+  ASSERT_NE(sphere->GetVariableInformation(), nullptr);
+  EXPECT_EQ(sphere->GetVariableInformation()->GetName(), "r");
+  const auto clip = Derive<zylClipRepresentation>(data);
+  EXPECT_EQ(clip->GetScalarInformation(), nullptr);
+  clip->GetProperties()->Set("ScalarVariable", "x");
+  ASSERT_NE(clip->GetScalarInformation(), nullptr);
+  EXPECT_EQ(clip->GetScalarInformation()->GetName(), "x");
 }
