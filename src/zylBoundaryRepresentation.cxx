@@ -1,6 +1,6 @@
 #include "zylBoundaryRepresentation.h"
 
-#include "Display/zylBlockExtractor.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylBlockGroups.h"
 #include "Display/zylPipelineList.h"

@@ -3,6 +3,7 @@
 #include "Analysis/zylFieldValues.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylPipelineList.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylArrayInformation.h"
@@ -195,7 +196,7 @@ void zylDerivedSurfaceRepresentation::UpdateBlocks()
     {
       vtkLogF(WARNING, "No block at index %d found.", block);
     }
-    zylPushBlocks(wanted, this->BlockExtractor);
+    zylExtractBlocks(this->BlockExtractor, wanted);
   }
 }
 

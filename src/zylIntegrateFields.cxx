@@ -1,6 +1,7 @@
 #include "zylIntegrateFields.h"
 
 #include "Analysis/zylFieldValues.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylCore.h"
@@ -68,7 +69,7 @@ void zylIntegrateFields::Update()
     vtkErrorMacro("There is nothing to integrate: the dataset is empty or its session has ended");
     return;
   }
-  zylPushBlocks(this->Blocks, this->BlockExtractor);
+  zylExtractBlocks(this->BlockExtractor, this->Blocks);
   zylPushScript(zylGetDerivedVariablesScript(this->DataSet), this->ScriptFilter);
   zylPush(this->Properties, Rows, this->Integrator);
   this->Integrator->UpdateVTKObjects();

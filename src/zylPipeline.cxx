@@ -1,6 +1,6 @@
 #include "zylPipeline.h"
 
-#include "Display/zylBlockExtractor.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylColoring.h"
 #include "Display/zylVariable.h"

@@ -1,6 +1,7 @@
 #include "zylPointProbe.h"
 
 #include "Analysis/zylFieldValues.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
@@ -113,7 +114,7 @@ void zylPointProbe::Update()
     vtkErrorMacro("No point can be probed: " << this->Mistake);
     return;
   }
-  zylPushBlocks(this->GetBlocksToProbe(), this->BlockExtractor);
+  zylExtractBlocks(this->BlockExtractor, this->GetBlocksToProbe());
   zylPushScript(zylGetDerivedVariablesScript(this->DataSet), this->ScriptFilter);
   zylPush(this->Properties, Rows, this->LineSource);
   this->LineSource->UpdateVTKObjects();

@@ -53,18 +53,6 @@ std::string zylGetDerivedVariablesScript(zylDataSet* dataset)
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylPushBlocks(const std::vector<int>& blocks, vtkSMSourceProxy* extractor)
-{
-  vtkSMPropertyHelper indices(extractor, "BlockIndices");
-  if (indices.GetIntArray() != blocks)
-  {
-    indices.SetNumberOfElements(0);
-    indices.Set(blocks.data(), static_cast<unsigned int>(blocks.size()));
-    extractor->UpdateVTKObjects();
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylPushScript(const std::string& script, vtkSMSourceProxy* filter)
 {
   if (filter)

@@ -28,9 +28,6 @@ ZYL_PRIVATE void zylReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValue
 /// The script that adds all derived variables of the dataset.
 ZYL_PRIVATE std::string zylGetDerivedVariablesScript(zylDataSet* dataset);
 
-/// Send `blocks` as "BlockIndices" of an "ExtractBlock", unless it has exactly these.
-ZYL_PRIVATE void zylPushBlocks(const std::vector<int>& blocks, vtkSMSourceProxy* extractor);
-
 /// Send `script` as "Script" of a "ProgrammableFilter", unless it has that one. Null is fine.
 ZYL_PRIVATE void zylPushScript(const std::string& script, vtkSMSourceProxy* filter);
 

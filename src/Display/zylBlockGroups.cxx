@@ -1,7 +1,7 @@
 #include "Display/zylBlockGroups.h"
 
-#include "Display/zylBlockExtractor.h"
 #include "Display/zylBlockFlags.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "zylMultiBlockTree.h"
 #include "zylPipeline.h"
 #include "zylPropertyCollection.h"

@@ -1,4 +1,4 @@
-#include "Display/zylBlockExtractor.h"
+#include "ParaView/zylBlockExtractor.h"
 
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>

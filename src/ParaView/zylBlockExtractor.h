@@ -12,7 +12,8 @@
 /// Ready to be made; it delivers nothing before zylExtractBlocks().
 ZYL_PRIVATE zylProxyBuilder zylBlockExtractor(vtkSMSourceProxy* input);
 
-/// Let the stage deliver these blocks (flat indices; an inner node brings all below it).
+/// Let the stage, or any "ExtractBlock", deliver these blocks (flat indices; an inner node brings
+/// all below it).
 ZYL_PRIVATE void zylExtractBlocks(vtkSMSourceProxy* stage, const std::vector<int>& blocks);
 
 #endif
