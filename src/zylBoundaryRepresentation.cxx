@@ -5,6 +5,7 @@
 #include "Display/zylBlockGroups.h"
 #include "Display/zylPipelineList.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
 #include "zylCore.h"
@@ -22,6 +23,7 @@
 #include <algorithm>
 #include <set>
 
+#include <vtkBoundingBox.h>
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkObjectFactory.h>
@@ -148,7 +150,7 @@ void zylBoundaryRepresentation::Update()
 {
   zylScope("Update()");
   vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
-  if (!source || !source->GetSession())
+  if (!zylIsUsable(source, "Update()"))
   {
     return;
   }
@@ -157,7 +159,7 @@ void zylBoundaryRepresentation::Update()
   {
     this->CreateSurfacePipeline();
   }
-  if (!this->SurfacePipelineCreated || !this->ExtractBlockProxy->GetSession())
+  if (!this->SurfacePipelineCreated || !zylIsUsable(this->ExtractBlockProxy, "Update()"))
   {
     return;
   }
@@ -305,7 +307,9 @@ zylPropertyCollection* zylBoundaryRepresentation::GetVectorGlyphProperties(int b
 vtkSmartPointer<zylArrayInformation> zylBoundaryRepresentation::GetColorVariableInformation(
   int kind, int blockId)
 {
-  zylPipeline* pipeline = this->DataSet ? this->Kinds[kind].GetPipeline(blockId) : nullptr;
+  const bool usable =
+    this->DataSet && zylIsUsable(this->DataSet->GetOutput(), "GetColorVariableInformation()");
+  zylPipeline* pipeline = usable ? this->Kinds[kind].GetPipeline(blockId) : nullptr;
   return pipeline ? pipeline->GetColorVariableInformation() : nullptr;
 }
 
@@ -419,6 +423,12 @@ bool zylBoundaryRepresentation::IsVisible()
 bool zylBoundaryRepresentation::GetBounds(double bounds[6])
 {
   zylScope("GetBounds()");
+  vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
+  if (source && !zylIsUsable(source, "GetBounds()"))
+  {
+    vtkBoundingBox().GetBounds(bounds);
+    return false;
+  }
   return zylGetVisibleBounds(this->GetPipelines(), bounds);
 }
 
@@ -485,7 +495,7 @@ vtkSmartPointer<vtkMultiBlockDataSet> zylBoundaryRepresentation::GetBlockSurface
 {
   zylScope("GetBlockSurfaces()");
   vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
-  if (!source || !source->GetSession())
+  if (!zylIsUsable(source, "GetBlockSurfaces()"))
   {
     return nullptr;
   }

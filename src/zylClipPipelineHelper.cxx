@@ -3,6 +3,7 @@
 #include "ParaView/zylImplicitFunction.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylPropertyCollection.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
 #include <vtkSMPropertyHelper.h>
-#include <vtkSMProxyManager.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -83,10 +83,9 @@ constexpr Mode Modes[] = {
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> MakeFilter(const char* name, vtkSMSourceProxy* input)
 {
-  return zylProxyBuilder(
-    vtkSMProxyManager::GetProxyManager()->GetActiveSessionProxyManager(), "filters", name)
-    .Input(input)
-    .Make();
+  return input
+    ? zylProxyBuilder(input->GetSessionProxyManager(), "filters", name).Input(input).Make()
+    : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -143,7 +142,11 @@ vtkSMSourceProxy* zylClipPipelineHelper::GetOutput()
     vtkLogF(ERROR, "Input must be set before Output is retrieved");
     return nullptr;
   }
-  if (!this->Output)
+  if (!zylIsUsable(this->Input, "GetOutput()"))
+  {
+    return nullptr;
+  }
+  if (!zylIsAlive(this->Output)) // none yet, or of a session that has ended
   {
     this->Output = MakeFilter("PassThrough", this->Input);
   }
@@ -156,6 +159,10 @@ void zylClipPipelineHelper::Update()
   if (!this->Input)
   {
     vtkLogF(ERROR, "No Input");
+    return;
+  }
+  if (!zylIsUsable(this->Input, "Update()"))
+  {
     return;
   }
   const int wanted = this->Properties->GetInt("ClipMode");
@@ -171,7 +178,7 @@ void zylClipPipelineHelper::Update()
 //--------------------------------------------------------------------------------------------------
 void zylClipPipelineHelper::UpdateClips(int mode)
 {
-  if (!this->FirstClip)
+  if (!zylIsAlive(this->FirstClip))
   {
     this->FirstClip = MakeFilter("Clip", this->Input);
   }
@@ -215,7 +222,7 @@ void zylClipPipelineHelper::UpdateScalarRange()
   vtkSMPropertyHelper(this->FirstClip, "Value")
     .Set(this->Properties->GetDouble("ScalarUpperThreshold"));
   vtkSMPropertyHelper(this->FirstClip, "Invert").Set(1);
-  if (!this->SecondClip)
+  if (!zylIsAlive(this->SecondClip))
   {
     this->SecondClip = MakeFilter("Clip", this->FirstClip);
   }

@@ -6,6 +6,8 @@
 #include "ParaView/zylPlugin.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "ParaView/zylPython.h"
+#include "ParaView/zylServerConnection.h"
+#include "ParaView/zylSession.h"
 #include "ParaView/zylSessionClient.h"
 #include "zylProxyDefinitions.h" // made from the XML file
 
@@ -45,6 +47,7 @@ std::string zylCore::DefaultColorMapName = "Cool to Warm";
 
 namespace {
 constexpr char PluginName[] = "VTKExtensions";
+constexpr char BuiltInUrl[] = "builtin:";
 
 int CleanerCount = 0;
 
@@ -124,7 +127,9 @@ zylCore::~zylCore()
 {
   if (this->Started)
   {
+    zylSetCurrentSession(nullptr);
     this->Session = nullptr;
+    zylForgetSessions();
     vtkSMProxyManager::Finalize();
     vtkProcessModule::Finalize();
   }
@@ -156,9 +161,17 @@ bool zylCore::Initialize(int argc, char** argv)
   }
   this->Started = true;
   zylParaView::ChooseThreadedBackend();
-  this->Session = vtkSmartPointer<vtkSMSession>::Take(vtkSMSession::New());
-  this->ConfigureSession(this->Session);
+  this->UseBuiltInSession();
   return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylCore::UseBuiltInSession()
+{
+  this->Session = vtkSmartPointer<vtkSMSession>::Take(vtkSMSession::New());
+  zylRememberSession(this->Session);
+  zylSetCurrentSession(this->Session);
+  this->ConfigureSession(this->Session);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -200,23 +213,37 @@ vtkSMSessionProxyManager* zylCore::GetSessionProxyManager()
 //--------------------------------------------------------------------------------------------------
 void zylCore::Connect(const char* url, int timeout)
 {
-  this->Disconnect();
   if (!this->Started)
   {
     vtkLogF(ERROR, "Connect() called before ParaView was started");
     return;
   }
+  if (url && std::string(url) == BuiltInUrl)
+  {
+    this->Disconnect();
+    this->UseBuiltInSession();
+    return;
+  }
+  // ParaView cannot reach for a second server while it is connected to one. A built-in session,
+  // with all that was loaded, is given up only when there is another.
+  if (zylSessionClient::SafeDownCast(this->Session))
+  {
+    this->Disconnect();
+  }
   auto session = vtkSmartPointer<zylSessionClient>::New();
+  zylRememberSession(session);
   if (!url || !session->Connect(url, timeout))
   {
     // A session without a server would fail at every later use.
     vtkLogF(ERROR, "Could not connect to '%s'", url ? url : "");
     return;
   }
+  this->Disconnect();
+  this->Session = session;
+  zylSetCurrentSession(session);
   vtkNew<vtkSMParaViewPipelineController> controller;
   controller->InitializeSession(session);
   this->ConfigureSession(session);
-  this->Session = session;
   if (!zylParaView::HasServerPlugin(session))
   {
     vtkLogF(ERROR, "Could not load required plugin VTKExtensions");
@@ -228,9 +255,22 @@ void zylCore::Disconnect()
 {
   if (this->Session)
   {
+    zylSetCurrentSession(nullptr);
     vtkSMSession::Disconnect(this->Session);
     this->Session = nullptr;
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylCore::SetServerTimeLimit(int seconds)
+{
+  zylServerConnection::SetTimeLimit(seconds);
+}
+
+//--------------------------------------------------------------------------------------------------
+int zylCore::GetServerTimeLimit()
+{
+  return zylServerConnection::GetTimeLimit();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -259,8 +299,12 @@ bool zylCore::LoadRemotePlugin(const char* path)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylCore::LoadRemotePlugin: %s", path ? path : "");
   vtkSMSession* session = zylCore::GetInstance()->GetSession();
+  if (!zylHasSession("LoadRemotePlugin()"))
+  {
+    return false;
+  }
   vtkSMPluginManager* manager = vtkSMProxyManager::GetProxyManager()->GetPluginManager();
-  return path && session && manager->LoadRemotePlugin(path, session);
+  return path && manager->LoadRemotePlugin(path, session);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -330,8 +374,9 @@ std::vector<std::string> zylCore::GetSupportedFileTypes()
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylCore::GetSupportedFileTypes");
   vtkSMSession* session = zylCore::GetInstance()->GetSession();
-  vtkSMReaderFactory* factory =
-    session ? vtkSMProxyManager::GetProxyManager()->GetReaderFactory() : nullptr;
+  vtkSMReaderFactory* factory = zylHasSession("GetSupportedFileTypes()")
+    ? vtkSMProxyManager::GetProxyManager()->GetReaderFactory()
+    : nullptr;
   if (!factory)
   {
     return {};
@@ -361,11 +406,11 @@ std::vector<std::string> zylCore::GetAvailableColorMapNames()
 vtkSmartPointer<vtkDataObject> zylCore::Fetch(
   vtkSMSourceProxy* source, const char* postGatherHelperName)
 {
-  vtkSMSessionProxyManager* manager = source ? source->GetSessionProxyManager() : nullptr;
-  if (!manager)
+  if (!zylIsUsable(source, "Fetch()"))
   {
     return nullptr;
   }
+  vtkSMSessionProxyManager* manager = source->GetSessionProxyManager();
   auto reduction = zylProxyBuilder(manager, "filters", "ReductionFilter")
                      .Input(source)
                      .Set("PostGatherHelperName", postGatherHelperName ? postGatherHelperName : "")
@@ -392,7 +437,9 @@ vtkSmartPointer<vtkDataObject> zylCore::Fetch(
 //--------------------------------------------------------------------------------------------------
 int zylCore::GetArrayAssociation(const char* arrayName, vtkSMSourceProxy* source)
 {
-  vtkPVDataInformation* data = source && arrayName ? source->GetDataInformation(0) : nullptr;
+  vtkPVDataInformation* data = arrayName && zylIsUsable(source, "GetArrayAssociation()")
+    ? source->GetDataInformation(0)
+    : nullptr;
   if (!data)
   {
     return -1;

@@ -51,13 +51,30 @@ public:
   vtkSMSessionProxyManager* GetSessionProxyManager();
   ///@}
 
-  /// Replace the session by one on the server at `url` ("cs://host:port"), waiting at most
-  /// `timeout` seconds. Objects made in the old session are dead afterwards. When the server cannot
-  /// be reached an error is logged and there is no session: check GetSession().
+  /// Replace the session by one on the server at `url` ("cs://host:port"), trying for at most
+  /// `timeout` seconds to reach it, or by a new built-in one ("builtin:", always succeeds).
+  ///
+  /// When the server cannot be reached an error is logged. A built-in session then stays, with
+  /// everything in it; a session on another server has been ended first, and there is none: check
+  /// GetSession().
+  ///
+  /// Objects made in a session cannot be used once it has ended or its server is gone: their calls
+  /// fail with an error ("the session in which it was made has ended", "the connection to the
+  /// server is lost"), what they hold in this process (settings, the block tree, numbers) can still
+  /// be asked for. Drop them, and make new ones in the next session.
   void Connect(const char* url, int timeout);
 
-  /// End the session, if any.
+  /// End the session, if any. Connect("builtin:", 0) starts a built-in one again.
   void Disconnect();
+
+  ///@{
+  /// Seconds for which a call waits for a server that neither sends nor takes anything; then the
+  /// connection is given up as if the server had died. 0: for ever. The default is 300: a server
+  /// that works on something long may be silent, and looks like one that hangs. A machine or a
+  /// network that has gone is noticed after half a minute whatever the limit.
+  static void SetServerTimeLimit(int seconds);
+  static int GetServerTimeLimit();
+  ///@}
 
   ///@{
   /// The views alive in this process (borrowed). Views register themselves.
@@ -127,6 +144,7 @@ protected:
   /// Start the client layer and a built-in session. False when the arguments only asked for help.
   bool Initialize(int argc, char** argv);
   void ConfigureSession(vtkSMSession* session);
+  void UseBuiltInSession();
 
   vtkSmartPointer<vtkSMSession> Session;
   std::set<zylView*> RegisteredViews;

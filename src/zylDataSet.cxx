@@ -9,6 +9,7 @@
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
 #include "zylCore.h"
 #include "zylMultiBlockTree.h"
@@ -106,6 +107,11 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
     vtkErrorMacro("NewDataSet called with no file names");
     return false;
   }
+  if (!zylHasSession("LoadFromFile()"))
+  {
+    vtkErrorMacro("Failed to create new dataset");
+    return false;
+  }
   const zylReaderChoice choice = zylChooseReaders(this->Core->GetSession(), fileNames);
   std::string error = choice.Error;
   std::vector<std::string> firstErrors;
@@ -131,6 +137,11 @@ bool zylDataSet::LoadFromFile(
   const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "LoadFromFile %s/%s", group.c_str(), name.c_str());
+  if (!zylHasSession("LoadFromFile()"))
+  {
+    vtkErrorMacro("Failed to create new dataset");
+    return false;
+  }
   const std::string failure = this->ReadWith(fileNames, group, name);
   if (!failure.empty())
   {
@@ -186,11 +197,13 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture)
     this->NumberOfCells = 0;
   }
   this->ReadErrors = capture.GetMessages();
-  if (!thrown.empty())
+  const bool lost = !zylIsAlive(source);
+  if (!thrown.empty() || lost)
   {
-    this->ReadErrors.push_back(thrown);
+    this->ReadErrors.push_back(lost ? "the connection to the server is lost" : thrown);
   }
-  if (!this->ReadErrors.empty() && this->NumberOfPoints == 0 && this->NumberOfCells == 0)
+  const bool nothing = this->NumberOfPoints == 0 && this->NumberOfCells == 0;
+  if (lost || (!this->ReadErrors.empty() && nothing))
   {
     // Nothing came: what was there before is shown again.
     const std::vector<std::string> errors = this->ReadErrors;
@@ -241,8 +254,12 @@ bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double tim
     vtkLogF(ERROR, "Creating an zylDataSet from a VTK object not supported in client/server mode.");
     return false;
   }
+  if (!zylHasSession("InitializeFromVTKDataSet()"))
+  {
+    return false;
+  }
   vtkSmartPointer<vtkSMSourceProxy> source = this->Proxy;
-  if (!source)
+  if (!zylIsAlive(source))
   {
     source =
       zylProxyBuilder(this->Core->GetSessionProxyManager(), "sources", "PVTrivialProducer").Make();
@@ -271,9 +288,8 @@ void zylDataSet::Update()
     vtkWarningMacro("Update() called when no dataset proxy was set");
     return;
   }
-  if (!this->Proxy->GetSession() || this->Proxy->GetSession() != this->Core->GetSession())
+  if (!zylIsUsable(this->Proxy, "Update()"))
   {
-    vtkErrorMacro("The session in which the dataset was loaded has ended");
     return;
   }
   zylTimeController* controller = zylTimeController::GetInstance();
@@ -311,6 +327,10 @@ void zylDataSet::Update()
 void zylDataSet::RebuildTree()
 {
   const auto nodes = zylParaView::GetBlocks(this->GetOutput());
+  if (!zylIsAlive(this->GetOutput()))
+  {
+    return; // no answer: what is known stays
+  }
   const vtkZYLBlockInformation::Node all =
     nodes.empty() ? vtkZYLBlockInformation::Node() : nodes.front();
   zylBuildBlockTree(this->MultiBlockTree, nodes);
@@ -323,7 +343,11 @@ void zylDataSet::RebuildTree()
 //--------------------------------------------------------------------------------------------------
 void zylDataSet::UpdateCallback(vtkObject*, unsigned long, void*)
 {
-  this->Update();
+  // Everybody else may go on in the next session while a dataset of the last one is still held.
+  if (zylIsAlive(this->Proxy))
+  {
+    this->Update();
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -373,7 +397,8 @@ vtkIdType zylDataSet::GetNumberOfCells()
 //--------------------------------------------------------------------------------------------------
 std::vector<double> zylDataSet::GetTimestepValues()
 {
-  if (!this->Proxy || !this->Proxy->GetProperty("TimestepValues"))
+  if (!zylIsUsable(this->Proxy, "GetTimestepValues()") ||
+    !this->Proxy->GetProperty("TimestepValues"))
   {
     return {};
   }
@@ -390,7 +415,8 @@ std::vector<std::string> zylDataSet::GetFileNames()
 //--------------------------------------------------------------------------------------------------
 std::vector<double> zylDataSet::GetBlockCentroids()
 {
-  if (!this->Proxy || !this->Proxy->GetProperty("BlockCentroids"))
+  if (!zylIsUsable(this->Proxy, "GetBlockCentroids()") ||
+    !this->Proxy->GetProperty("BlockCentroids"))
   {
     return {};
   }
@@ -401,7 +427,8 @@ std::vector<double> zylDataSet::GetBlockCentroids()
 //--------------------------------------------------------------------------------------------------
 std::string zylDataSet::GetDataGroupingString()
 {
-  if (!this->Proxy || !this->Proxy->GetProperty("DataGroupingString"))
+  if (!zylIsUsable(this->Proxy, "GetDataGroupingString()") ||
+    !this->Proxy->GetProperty("DataGroupingString"))
   {
     return {};
   }

@@ -6,6 +6,7 @@
 #include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
 #include "zylCore.h"
@@ -108,8 +109,8 @@ vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeMerger(
 void zylDerivedSurfaceRepresentation::Update()
 {
   zylScope("Update");
-  vtkSMSourceProxy* source = zylGetLiveOutput(this->DataSet);
-  if (!source || !this->BuildChain(source))
+  vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
+  if (!zylIsUsable(source, "Update()") || !this->BuildChain(source))
   {
     return;
   }
@@ -152,7 +153,7 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
     this->BlockExtractor = this->MakeFilter("ExtractBlock", source);
     this->VolumeScript = this->MakeFilter("ProgrammableFilter", this->BlockExtractor);
   }
-  if (!this->BlockExtractor || !this->BlockExtractor->GetSession() || !this->VolumeScript)
+  if (!zylIsUsable(this->BlockExtractor, "Update()") || !this->VolumeScript)
   {
     return false;
   }
@@ -541,7 +542,7 @@ vtkSmartPointer<vtkPolyData> zylDerivedSurfaceRepresentation::GetDerivedSurface(
 vtkSmartPointer<vtkPolyData> zylDerivedSurfaceRepresentation::FetchSurface(
   const char* postGatherHelperName)
 {
-  if (!this->SurfaceScript || !this->SurfaceScript->GetSession())
+  if (!zylIsUsable(this->SurfaceScript, "GetDerivedSurface()"))
   {
     return nullptr;
   }

@@ -1,6 +1,7 @@
 #include "zylFileInformation.h"
 
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 
 #include <vtkCollection.h>
 #include <vtkLogger.h>
@@ -53,6 +54,10 @@ std::vector<vtkSmartPointer<zylFile>> zylFileInformation::GetFilesInDirectory(co
   if (!session)
   {
     vtkLogF(ERROR, "No active session");
+    return files;
+  }
+  if (!zylHasSession("GetFilesInDirectory()"))
+  {
     return files;
   }
   if (!path || !*path)

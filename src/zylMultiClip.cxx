@@ -1,6 +1,7 @@
 #include "zylMultiClip.h"
 
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylClipPipelineHelper.h"
 #include "zylPropertyCollection.h"
 
@@ -8,7 +9,6 @@
 
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
-#include <vtkSMProxyManager.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
 
@@ -55,13 +55,11 @@ zylPropertyCollection* zylMultiClip::GetProperties(int i)
 void zylMultiClip::SetInput(vtkSMSourceProxy* input)
 {
   this->Input = input;
-  if (input && !this->Output)
+  if (input && !zylIsAlive(this->Output)) // none yet, or of a session that has ended
   {
-    this->Output =
-      zylProxyBuilder(vtkSMProxyManager::GetProxyManager()->GetActiveSessionProxyManager(),
-        "filters", "PassThrough")
-        .Input(input)
-        .Make();
+    this->Output = zylProxyBuilder(input->GetSessionProxyManager(), "filters", "PassThrough")
+                     .Input(input)
+                     .Make();
   }
   zylConnect(this->Output, input);
 }
@@ -83,6 +81,10 @@ void zylMultiClip::Update()
   if (!this->Input)
   {
     vtkLogF(ERROR, "No Input");
+    return;
+  }
+  if (!zylIsUsable(this->Input, "Update()"))
+  {
     return;
   }
   vtkSMSourceProxy* last = this->Input;

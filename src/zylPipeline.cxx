@@ -7,6 +7,7 @@
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
 #include "zylMultiBlockTree.h"
 #include "zylPropertyCollection.h"
@@ -35,13 +36,6 @@ constexpr zylPropertyRow LightingRows[] = {
   zylPropertyRow::Double3("SpecularColor", 1.0, 1.0, 1.0).To("SpecularColor"),
   zylPropertyRow::Double("SpecularPower", 100.0).To("SpecularPower"),
 };
-
-//--------------------------------------------------------------------------------------------------
-// The session may have ended before the pipeline that made the proxies.
-bool IsAlive(vtkSMProxy* proxy)
-{
-  return proxy && proxy->GetSession();
-}
 
 //--------------------------------------------------------------------------------------------------
 zylBlockFlags FlagsOf(zylPropertyCollection* settings)
@@ -90,7 +84,7 @@ void zylPipeline::SetDataSource(vtkSMSourceProxy* source)
     return;
   }
   this->DataSource = source;
-  if (IsAlive(this->Filter))
+  if (zylIsAlive(this->Filter))
   {
     zylConnect(this->Filter, source);
   }
@@ -132,7 +126,7 @@ void zylPipeline::FreeResources(zylView*)
 vtkSmartPointer<zylArrayInformation> zylPipeline::GetColorVariableInformation()
 {
   const zylProperty* name = this->Properties->GetProperty("ColorVariableName");
-  if (!IsAlive(this->DataSource) || !name)
+  if (!name || !zylIsUsable(this->DataSource, "GetColorVariableInformation()"))
   {
     return nullptr;
   }
@@ -175,7 +169,7 @@ void zylPipeline::GetVisibleBounds(double bounds[6])
 void zylPipeline::GatherBounds(bool visibleOnly, double bounds[6])
 {
   vtkBoundingBox box;
-  if (IsAlive(this->DataSource) && (!visibleOnly || this->AnyBlocksVisible()))
+  if ((!visibleOnly || this->AnyBlocksVisible()) && zylIsUsable(this->DataSource, "GetBounds()"))
   {
     const auto nodes = AskForBlocks(this->DataSource);
     const std::vector<bool> shown = FlagsOf(this->Properties).Resolve(nodes);
@@ -251,13 +245,13 @@ vtkSMSourceProxy* zylPipeline::PrepareSource()
 //--------------------------------------------------------------------------------------------------
 bool zylPipeline::EnsureFilter(const char* name)
 {
-  if (!this->Filter && IsAlive(this->DataSource) && this->AnyBlocksVisible())
+  if (!this->Filter && this->AnyBlocksVisible() && zylIsUsable(this->DataSource, "Update()"))
   {
     this->Filter = zylProxyBuilder(this->DataSource->GetSessionProxyManager(), "filters", name)
                      .Input(this->DataSource)
                      .Make();
   }
-  return this->DataSource && IsAlive(this->Filter);
+  return this->DataSource && zylIsUsable(this->Filter, "Update()");
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -267,11 +261,11 @@ vtkSMSourceProxy* zylPipeline::ExtractVisibleBlocks()
   {
     return this->DataSource; // a single block, from which the stage cannot take any
   }
-  if (!this->Filter && IsAlive(this->DataSource) && this->AnyBlocksVisible())
+  if (!this->Filter && this->AnyBlocksVisible() && zylIsUsable(this->DataSource, "Update()"))
   {
     this->Filter = zylBlockExtractor(this->DataSource).Make();
   }
-  if (!this->DataSource || !IsAlive(this->Filter))
+  if (!this->DataSource || !zylIsAlive(this->Filter))
   {
     return this->DataSource;
   }
@@ -283,7 +277,7 @@ vtkSMSourceProxy* zylPipeline::ExtractVisibleBlocks()
 //--------------------------------------------------------------------------------------------------
 bool zylPipeline::EnsureRepresentation(zylView* view, vtkSMSourceProxy* source)
 {
-  if (!view || !IsAlive(source))
+  if (!view || !zylIsUsable(source, "Update()") || !zylIsUsable(view->GetProxy(), "Update()"))
   {
     return false;
   }
@@ -296,7 +290,7 @@ bool zylPipeline::EnsureRepresentation(zylView* view, vtkSMSourceProxy* source)
         .MakeRepresentation(view->GetProxy());
     this->Representation = vtkSMPVRepresentationProxy::SafeDownCast(proxy);
   }
-  if (!IsAlive(this->Representation))
+  if (!zylIsAlive(this->Representation))
   {
     return false;
   }
@@ -357,7 +351,7 @@ zylVariable zylPipeline::FindVariable(const std::string& name, zylVariableName f
 {
   const std::vector<int> blocks = FlagsOf(this->Properties).GetBlocks();
   zylVariable variable = zylFindVariable(name, form, this->BlockTree, blocks);
-  if (!variable.IsFound() && !name.empty() && IsAlive(this->DataSource))
+  if (!variable.IsFound() && !name.empty() && zylIsAlive(this->DataSource))
   {
     variable = zylFindVariable(name, form, AskForBlocks(this->DataSource), blocks);
   }

@@ -3,6 +3,8 @@
 #include "ParaView/zylAnimation.h"
 #include "zylCore.h"
 
+#include <string>
+
 #include <vtkLogger.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
@@ -30,6 +32,17 @@ vtkSMAnimationSceneProxy* FindScene()
 vtkSMProxy* FindTimeKeeper(vtkSMProxy* scene)
 {
   return vtkSMPropertyHelper(scene, "TimeKeeper").GetAsProxy(0);
+}
+
+void MoveTo(vtkSMProxy* scene, double time)
+{
+  vtkSMPropertyHelper(scene, "AnimationTime").Set(time);
+  scene->UpdateVTKObjects();
+  if (zylGetAnimationTime(scene, time) != time)
+  {
+    // The step commands move the scene without its property, so an equal value is not sent.
+    scene->UpdateProperty("AnimationTime", true);
+  }
 }
 } // namespace
 
@@ -97,7 +110,19 @@ void zylTimeController::Step(const char* command)
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylTimeController::%s", command);
   if (vtkSMProxy* scene = FindScene())
   {
-    scene->UpdateProperty(command, true);
+    // Stepping back from beyond the last step, or where there is none, ParaView reads past the end
+    // of its list of steps.
+    const std::vector<double> steps = this->GetTimestepValues();
+    const bool beyond = std::string(command) == "GoToPrevious" &&
+      (steps.empty() || steps.back() < zylGetAnimationTime(scene, 0.0));
+    if (!beyond)
+    {
+      scene->UpdateProperty(command, true);
+    }
+    else if (!steps.empty())
+    {
+      MoveTo(scene, steps.back());
+    }
     // Observers read the scene's time; the cached one follows.
     this->InvokeEvent(zylTimeController::TimeChangedEvent);
     this->GetActiveTime();
@@ -141,13 +166,7 @@ void zylTimeController::GoToTime(double time)
   this->ActiveTime = time;
   if (vtkSMProxy* scene = FindScene())
   {
-    vtkSMPropertyHelper(scene, "AnimationTime").Set(time);
-    scene->UpdateVTKObjects();
-    if (zylGetAnimationTime(scene, time) != time)
-    {
-      // The step commands move the scene without its property, so an equal value is not sent.
-      scene->UpdateProperty("AnimationTime", true);
-    }
+    MoveTo(scene, time);
     this->InvokeEvent(zylTimeController::TimeChangedEvent);
   }
 }

@@ -7,6 +7,7 @@
 #include "Host/zylHostViewProxy.h"
 #include "Host/zylScreenshot.h"
 #include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylSession.h"
 #include "ParaView/zylViewSettings.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
@@ -115,18 +116,18 @@ void zylView::CreateProxy()
 //--------------------------------------------------------------------------------------------------
 bool zylView::HasSession(const char* operation)
 {
-  if (this->Proxy && this->Proxy->GetSession())
+  if (!this->Proxy)
   {
-    return true;
+    vtkLogF(ERROR, "%s: the view has no session", operation);
+    return false;
   }
-  vtkLogF(ERROR, "%s: the view has no session", operation);
-  return false;
+  return zylIsUsable(this->Proxy, operation);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::UpdateProxy()
 {
-  if (this->Proxy && this->Proxy->GetSession())
+  if (zylIsAlive(this->Proxy))
   {
     this->Proxy->UpdateVTKObjects();
   }

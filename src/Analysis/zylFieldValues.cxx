@@ -1,5 +1,6 @@
 #include "Analysis/zylFieldValues.h"
 
+#include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
 #include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
@@ -82,7 +83,7 @@ std::vector<int> zylFindUnknownBlock(zylDataSet* dataset, const std::vector<int>
 vtkSMSourceProxy* zylGetLiveOutput(zylDataSet* dataset)
 {
   vtkSMSourceProxy* output = dataset ? dataset->GetOutput() : nullptr;
-  return output && output->GetSession() ? output : nullptr;
+  return zylIsAlive(output) ? output : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -1,6 +1,7 @@
 #include "Data/zylCellTypes.h"
 
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylCore.h"
 
 #include <algorithm>
@@ -22,11 +23,11 @@ int FirstCellType(vtkDataObject* object)
 vtkSmartPointer<vtkDataObject> FetchCells(
   vtkSMSourceProxy* source, const char* selector, const std::vector<int>& ids)
 {
-  vtkSMSessionProxyManager* manager = source ? source->GetSessionProxyManager() : nullptr;
-  if (!manager)
+  if (!zylIsUsable(source, "GetCellType()"))
   {
     return nullptr;
   }
+  vtkSMSessionProxyManager* manager = source->GetSessionProxyManager();
   auto selection = zylProxyBuilder(manager, "sources", selector)
                      .Set("FieldType", 0)
                      .Set("IDs", ids)
@@ -35,6 +36,10 @@ vtkSmartPointer<vtkDataObject> FetchCells(
                    .Input(selection, "Selection")
                    .Input(source)
                    .MakeUnregistered();
+  if (!selection || !extract)
+  {
+    return nullptr;
+  }
   return zylCore::Fetch(extract, "vtkMultiBlockDataGroupFilter");
 }
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylPropertyCollection.h"
 
 #include <vtkCompositeDataSet.h>
@@ -25,7 +26,7 @@ bool IsComposite(vtkSMSourceProxy* source)
 vtkSMSourceProxy* zylProcessingChain::Stage(
   vtkSmartPointer<vtkSMSourceProxy>& stage, const char* name, vtkSMSourceProxy* input)
 {
-  if (!stage)
+  if (!zylIsAlive(stage)) // none yet, or of a session that has ended
   {
     stage = zylProxyBuilder(input->GetSessionProxyManager(), "filters", name)
               .Input(input)

@@ -3,6 +3,7 @@
 #include "Display/zylVariable.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylPropertyCollection.h"
 
 #include <algorithm>
@@ -52,17 +53,10 @@ constexpr const char* MapSettings[] = { "ColorVariableName", "ColorMapName", "Co
 constexpr int SmoothTableSize = 256;
 
 //--------------------------------------------------------------------------------------------------
-// The session may have ended before the owner of the proxies.
-bool IsAlive(vtkSMProxy* proxy)
-{
-  return proxy && proxy->GetSession();
-}
-
-//--------------------------------------------------------------------------------------------------
 // Transfer functions are registered with the proxy manager, which would keep them for ever.
 void UnregisterFunction(vtkSMProxy* proxy)
 {
-  if (IsAlive(proxy))
+  if (zylIsAlive(proxy))
   {
     proxy->GetSessionProxyManager()->UnRegisterProxy(proxy);
   }
@@ -199,7 +193,7 @@ void zylColoring::UpdateMap(zylPropertyCollection* settings)
 //--------------------------------------------------------------------------------------------------
 bool zylColoring::ShowLegend(vtkSMProxy* view, zylPropertyCollection* settings)
 {
-  if (!IsAlive(this->ScalarBar))
+  if (!zylIsAlive(this->ScalarBar))
   {
     vtkNew<vtkSMTransferFunctionManager> manager;
     this->ScalarBar = manager->GetScalarBarRepresentation(this->LookupTable, view);
@@ -223,7 +217,7 @@ bool zylColoring::ShowLegend(vtkSMProxy* view, zylPropertyCollection* settings)
 //--------------------------------------------------------------------------------------------------
 void zylColoring::HideLegend()
 {
-  if (IsAlive(this->ScalarBar))
+  if (zylIsAlive(this->ScalarBar))
   {
     vtkSMPropertyHelper(this->ScalarBar, "Visibility").Set(0);
     vtkSMPropertyHelper(this->ScalarBar, "Enabled").Set(0);
@@ -235,14 +229,14 @@ void zylColoring::HideLegend()
 void zylColoring::Release(vtkSMProxy* representation)
 {
   // Unregistering a proxy takes its consumers along, so cut the ties first.
-  if (IsAlive(representation))
+  if (zylIsAlive(representation))
   {
     vtkSMPropertyHelper(representation, "LookupTable").RemoveAllValues();
     representation->UpdateVTKObjects();
   }
   zylUnregister(this->ScalarBar);
   this->ScalarBar = nullptr;
-  if (IsAlive(this->LookupTable))
+  if (zylIsAlive(this->LookupTable))
   {
     UnregisterFunction(GetProxyOf(this->LookupTable, "ScalarOpacityFunction"));
     UnregisterFunction(GetProxyOf(this->LookupTable, "TransferFunction2D"));

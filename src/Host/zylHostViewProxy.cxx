@@ -3,6 +3,7 @@
 #include "Host/zylHostContext.h"
 #include "Host/zylHostWindowFactory.h"
 #include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylSession.h"
 
 #include <vtkCommand.h>
 #include <vtkNew.h>
@@ -20,7 +21,7 @@ vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
   zylHostContextKeeper context;
   zylHostRenderWindowScope window;
   vtkSmartPointer<vtkSMProxy> proxy;
-  if (manager)
+  if (manager && zylIsAlive(manager->GetSession()))
   {
     proxy.TakeReference(manager->NewProxy("views", "RenderView"));
   }

@@ -1,5 +1,7 @@
 #include "ParaView/zylAnimation.h"
 
+#include "ParaView/zylSession.h"
+
 #include <vtkNew.h>
 #include <vtkSMAnimationScene.h>
 #include <vtkSMAnimationSceneProxy.h>
@@ -9,8 +11,9 @@
 vtkSMAnimationSceneProxy* zylFindAnimationScene(vtkSMSession* session)
 {
   vtkNew<vtkSMParaViewPipelineController> controller;
-  return session ? vtkSMAnimationSceneProxy::SafeDownCast(controller->GetAnimationScene(session))
-                 : nullptr;
+  return zylIsAlive(session)
+    ? vtkSMAnimationSceneProxy::SafeDownCast(controller->GetAnimationScene(session))
+    : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -1,5 +1,7 @@
 #include "ParaView/zylParaViewCompat.h"
 
+#include "ParaView/zylSession.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <string>
@@ -371,7 +373,7 @@ void AdaptThreads(vtkSMSourceProxy* source)
   if (BackendChosen && current &&
     (std::string(current) == Threaded || std::string(current) == Alone))
   {
-    vtkSMPTools::SetBackend(source && HasSmallBlocks(source) ? Alone : Threaded);
+    vtkSMPTools::SetBackend(zylIsAlive(source) && HasSmallBlocks(source) ? Alone : Threaded);
   }
 #endif
 }
@@ -379,7 +381,11 @@ void AdaptThreads(vtkSMSourceProxy* source)
 //--------------------------------------------------------------------------------------------------
 int GetOutputDataType(vtkSMSourceProxy* source)
 {
-  vtkPVDataInformation* data = source->GetDataInformation(0);
+  vtkPVDataInformation* data = zylIsAlive(source) ? source->GetDataInformation(0) : nullptr;
+  if (!data)
+  {
+    return -1;
+  }
   return data->GetCompositeDataSetType() > 0 ? data->GetCompositeDataSetType()
                                              : data->GetDataSetType();
 }
@@ -387,6 +393,10 @@ int GetOutputDataType(vtkSMSourceProxy* source)
 //--------------------------------------------------------------------------------------------------
 std::vector<vtkZYLBlockInformation::Node> GetBlocks(vtkSMSourceProxy* source)
 {
+  if (!zylIsAlive(source))
+  {
+    return {};
+  }
   if (HasServerPlugin(source->GetSession()))
   {
     vtkNew<vtkZYLBlockInformation> info;

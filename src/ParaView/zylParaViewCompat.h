@@ -32,12 +32,14 @@ ZYL_PRIVATE void ChooseThreadedBackend();
 /// that wants none at all says so in the environment.
 ZYL_PRIVATE void AdaptThreads(vtkSMSourceProxy* source);
 
-/// The data type of output port 0 of `source`: of the composite data if it is composite.
+/// The data type of output port 0 of `source`: of the composite data if it is composite. -1 when
+/// nothing is known.
 ZYL_PRIVATE int GetOutputDataType(vtkSMSourceProxy* source);
 
 /// All blocks of the output of `source`, in flat order, with names, arrays, ranges, bounds and
 /// sizes: one round trip. On a server without the library's plugin ParaView's own information is
-/// used, which 5.11 has to ask for block by block. Empty when the source has no output.
+/// used, which 5.11 has to ask for block by block. Empty when the source has no output or cannot be
+/// used any more.
 ZYL_PRIVATE std::vector<vtkZYLBlockInformation::Node> GetBlocks(vtkSMSourceProxy* source);
 
 /// Whether the server of the session (this process in a built-in one) has the library's plugin.

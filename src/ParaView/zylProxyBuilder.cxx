@@ -1,5 +1,7 @@
 #include "ParaView/zylProxyBuilder.h"
 
+#include "ParaView/zylSession.h"
+
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
@@ -126,7 +128,7 @@ zylProxyBuilder& zylProxyBuilder::Then(std::function<void(vtkSMProxy*)> step)
 vtkSmartPointer<vtkSMProxy> zylProxyBuilder::New() const
 {
   vtkSmartPointer<vtkSMProxy> proxy;
-  if (this->Manager)
+  if (this->Manager && zylIsAlive(this->Manager->GetSession()))
   {
     proxy.TakeReference(this->Manager->NewProxy(this->Group.c_str(), this->Name.c_str()));
   }
@@ -202,7 +204,7 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeProxy()
 vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view)
 {
   auto proxy = this->New();
-  if (!proxy || !view)
+  if (!proxy || !zylIsAlive(view))
   {
     return nullptr;
   }
@@ -242,7 +244,7 @@ vtkSMProxy* zylFindOffered(vtkSMProxy* proxy, const char* property, const std::s
 //--------------------------------------------------------------------------------------------------
 void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
 {
-  if (!proxy || !source)
+  if (!zylIsAlive(proxy) || !zylIsAlive(source))
   {
     return;
   }
@@ -261,13 +263,16 @@ void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
 //--------------------------------------------------------------------------------------------------
 void zylUpdatePipeline(vtkSMSourceProxy* source, double time)
 {
-  source->UpdatePipeline(time == 1e299 ? 0.0 : time);
+  if (zylIsAlive(source))
+  {
+    source->UpdatePipeline(time == 1e299 ? 0.0 : time);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed)
 {
-  if (time == executed && !Internals::IsOutdated(source))
+  if (!zylIsAlive(source) || (time == executed && !Internals::IsOutdated(source)))
   {
     return false;
   }

@@ -25,7 +25,8 @@ class vtkSMSourceProxy;
 class ZYL_PRIVATE zylProxyBuilder
 {
 public:
-  /// Nothing is made before Make(). `manager` may be null: Make() then returns null.
+  /// Nothing is made before Make(). Make() returns null if `manager` is null or its session cannot
+  /// be used any more (see zylSession.h).
   zylProxyBuilder(vtkSMSessionProxyManager* manager, const char* group, const char* name);
 
   /// Connect output port 0 of `source` (borrowed; null is skipped) to the input property.
@@ -76,14 +77,16 @@ private:
 };
 
 /// Set the single input of `proxy` to output port 0 of `source` and push it. Nothing is sent when
-/// it is connected so already; null arguments do nothing.
+/// it is connected so already; null arguments, and proxies that cannot be used any more, do
+/// nothing.
 ZYL_PRIVATE void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property = "Input");
 
 /// The proxy of XML name `name` among those that `property` of `proxy` offers (borrowed), or null.
 ZYL_PRIVATE vtkSMProxy* zylFindOffered(
   vtkSMProxy* proxy, const char* property, const std::string& name);
 
-/// Execute `source` and what is upstream of it at `time`; 1e299, no time known yet, means 0.
+/// Execute `source` and what is upstream of it at `time`; 1e299, no time known yet, means 0. Null,
+/// or a source that cannot be used any more, does nothing.
 ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source, double time);
 
 /// The same, unless nothing upstream of `source` has changed since it was executed at `executed`;

@@ -43,6 +43,7 @@ TEST(zylTimeController, MovesOverTheStepsOfTheData)
   EXPECT_EQ(static_cast<unsigned long>(zylTimeController::TimeChangedEvent), 3219ul);
   auto* time = zylTimeController::GetInstance();
   EXPECT_TRUE(time->GetTimestepValues().empty());
+  time->GoToPreviousTimeStep(); // where there is none
   const double steps[] = { 1.0, 3.0, 4.5 };
   vtkNew<zylDataSet> data;
   ASSERT_TRUE(
