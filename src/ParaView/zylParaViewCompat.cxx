@@ -430,6 +430,16 @@ void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper)
 }
 
 //--------------------------------------------------------------------------------------------------
+void SamplePartialArrays(vtkSMProxy* sampler)
+{
+  if (sampler->GetProperty("PassPartialArrays"))
+  {
+    vtkSMPropertyHelper(sampler, "PassPartialArrays").Set(1);
+    sampler->UpdateVTKObjects();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void SetBlockVisibility(vtkSMProxy* representation, const BlockVisibility& blocks)
 {
 #if ZYL_PARAVIEW_59

@@ -48,6 +48,9 @@ ZYL_PRIVATE bool HasServerPlugin(vtkSMSession* session);
 /// Keep the values between `lower` and `upper` (both included) in a "Threshold" filter proxy.
 ZYL_PRIVATE void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper);
 
+/// Let a "ResampleWithDataset" proxy sample arrays that not all blocks have. 5.9 cannot.
+ZYL_PRIVATE void SamplePartialArrays(vtkSMProxy* sampler);
+
 /// Which leaf blocks of a dataset are to be drawn.
 struct BlockVisibility
 {

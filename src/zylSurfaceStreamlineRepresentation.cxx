@@ -1,0 +1,101 @@
+#include "zylSurfaceStreamlineRepresentation.h"
+
+#include "Derived/zylFlowTracing.h"
+#include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylPropertyTable.h"
+#include "ParaView/zylProxyBuilder.h"
+#include "zylDataSet.h"
+#include "zylPropertyCollection.h"
+
+#include <vtkObjectFactory.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMSourceProxy.h>
+
+vtkStandardNewMacro(zylSurfaceStreamlineRepresentation);
+
+namespace {
+constexpr zylPropertyRow Rows[] = {
+  zylPropertyRow::Double("SurfaceOffset", 0.001).To("ScaleFactor"),
+};
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylSurfaceStreamlineRepresentation::zylSurfaceStreamlineRepresentation()
+{
+  zylDeclare(this->Properties, Rows);
+}
+
+//--------------------------------------------------------------------------------------------------
+zylSurfaceStreamlineRepresentation::~zylSurfaceStreamlineRepresentation()
+{
+  this->ReleaseSurface();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSurfaceStreamlineRepresentation::FreeResources()
+{
+  this->Superclass::FreeResources();
+  this->ReleaseSurface();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSurfaceStreamlineRepresentation::ReleaseSurface()
+{
+  for (auto* filter : { &this->SampledSurface, &this->BareSurface, &this->Sampler,
+         &this->OffsetSurface, &this->SurfaceNormals, &this->SurfaceMerger, &this->Surface })
+  {
+    zylUnregister(*filter);
+    *filter = nullptr;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
+{
+  this->CreateSeeds();
+  this->ReleaseSurface();
+  this->Surface = this->MakeFilter("SurfaceGeometryFilter", this->BlockExtractor);
+  this->SurfaceMerger = this->MakeFilter("MergeBlocks", this->Surface);
+  vtkSMPropertyHelper(this->SurfaceMerger, "OutputDataSetType").Set(VTK_POLY_DATA);
+  this->SurfaceMerger->UpdateVTKObjects();
+  // The faces of cells point out of them: flipped, the normals point into the volume, there to
+  // sample. Faces keep their sense, since those of two blocks that touch have opposite ones, and
+  // their edges stay closed, with points that move inside from both sides.
+  this->SurfaceNormals = this->MakeFilter("PolyDataNormals", this->SurfaceMerger);
+  vtkSMPropertyHelper(this->SurfaceNormals, "FlipNormals").Set(1);
+  vtkSMPropertyHelper(this->SurfaceNormals, "Consistency").Set(0);
+  vtkSMPropertyHelper(this->SurfaceNormals, "Splitting").Set(0);
+  this->SurfaceNormals->UpdateVTKObjects();
+  this->OffsetSurface = this->MakeFilter("WarpVector", this->SurfaceNormals);
+  // Both inputs at once: with one of them the filter complains.
+  vtkSMSourceProxy* volume = this->DataSet->GetOutput();
+  this->Sampler =
+    zylProxyBuilder(volume->GetSessionProxyManager(), "filters", "ResampleWithDataset")
+      .Input(volume, "SourceDataArrays")
+      .Input(this->OffsetSurface, "DestinationMesh")
+      .Then(zylParaView::SamplePartialArrays) // boundary patches may have less than volumes
+      .Make();
+  // The surface itself, with what was sampled off it: seeds picked on the surface lie in it.
+  this->BareSurface = this->MakeFilter("PassArrays", this->SurfaceNormals);
+  this->SampledSurface = this->MakeFilter("AppendAttributes", this->BareSurface);
+  vtkSMPropertyHelper(this->SampledSurface, "Input").Add(this->Sampler);
+  this->SampledSurface->UpdateVTKObjects();
+  this->CreateTracedLines(this->SampledSurface);
+  vtkSMPropertyHelper(this->Tracer, "Surface Streamlines").Set(1);
+  this->Tracer->UpdateVTKObjects();
+  this->SetFirstSurfaceFilter(this->Surface);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSurfaceStreamlineRepresentation::UpdateLocalPipeline()
+{
+  zylPush(this->Properties, Rows, this->OffsetSurface);
+  zylFlowTracing::SelectPointArray(this->OffsetSurface, "SelectInputVectors", "Normals");
+  this->OffsetSurface->UpdateVTKObjects();
+  // Derived variables are in the selected blocks only.
+  const bool derived =
+    this->DataSet->IsDerivedPointVariable(this->Properties->GetString("VectorVariable"));
+  zylConnect(this->Sampler, derived ? this->VolumeScript.Get() : this->DataSet->GetOutput(),
+    "SourceDataArrays");
+  this->Superclass::UpdateLocalPipeline();
+}

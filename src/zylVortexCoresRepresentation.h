@@ -1,0 +1,41 @@
+/**
+ * @class zylVortexCoresRepresentation
+ * @brief The lines about which a flow swirls.
+ *
+ * Adds these settings to those of zylDerivedSurfaceRepresentation:
+ *
+ * | name                   | type, default |
+ * |------------------------|-----------------------------------------------------------------------|
+ * | "VectorVariable"       | string, "": a point array or derived variable of 3 components | |
+ * "UseHigherOrderMethod" | bool, false: find cores that bend, which takes second derivatives     |
+ *
+ * A vector variable that is not fit is written to the standard error stream by Update().
+ */
+#ifndef zylVortexCoresRepresentation_h
+#define zylVortexCoresRepresentation_h
+
+#include "zylDerivedSurfaceRepresentation.h"
+
+class ZYL_EXPORT zylVortexCoresRepresentation : public zylDerivedSurfaceRepresentation
+{
+public:
+  static zylVortexCoresRepresentation* New();
+  vtkTypeMacro(zylVortexCoresRepresentation, zylDerivedSurfaceRepresentation);
+
+  void UpdateLocalPipeline() override;
+
+protected:
+  zylVortexCoresRepresentation();
+  ~zylVortexCoresRepresentation() override = default;
+
+  void CreateSurfacePipeline() override;
+  void GetVolumeDerivedPointVariables(std::set<std::string>& names) override;
+
+private:
+  zylVortexCoresRepresentation(const zylVortexCoresRepresentation&) = delete;
+  void operator=(const zylVortexCoresRepresentation&) = delete;
+
+  double VolumeTime = 0.0; // at which the derived variables were executed
+};
+
+#endif
