@@ -176,8 +176,9 @@ public:
   /// Expressions are programs of the host's user: they run as they are, where the data are, and
   /// nothing bounds their time.
 
-  /// Define or replace a variable; both texts are UTF-8. An empty name is an error; an empty
-  /// expression removes the variable (and leaves the dataset's modification time as it is).
+  /// Define or replace a variable; both texts are UTF-8, the expression has 10 000 bytes at most.
+  /// An empty name is an error; an empty expression removes the variable (and leaves the dataset's
+  /// modification time as it is).
   void DefineDerivedPointVariable(const std::string& name, const std::string& expression);
   /// Remove all.
   void ClearDerivedPointVariables();

@@ -12,6 +12,9 @@
 namespace {
 using zylPython::Expressions;
 
+// The parser of older interpreters overruns its stack on 100 000 nested operators.
+constexpr std::size_t LongestExpression = 10000;
+
 // The dictionary of __main__ (borrowed).
 PyObject* Main()
 {
@@ -198,6 +201,16 @@ zylPython::Script zylPython::CreateScript(const std::vector<std::string>& arrays
   vtkPythonInterpreter::Initialize(1);
   vtkPythonScopeGilEnsurer gil;
   Script script;
+  for (const auto& [name, expression] : expressions)
+  {
+    if (expression.size() > LongestExpression)
+    {
+      script.Error = "Derived variable \"" + name + "\": the expression has " +
+        std::to_string(expression.size()) + " characters, more than " +
+        std::to_string(LongestExpression);
+      return script;
+    }
+  }
   const vtkSmartPyObject existing(FromArrayNames(arrays));
   const vtkSmartPyObject derived(existing ? FromExpressions(expressions) : nullptr);
   const vtkSmartPyObject names(derived ? FromStrings(toSave) : nullptr);

@@ -145,4 +145,42 @@ TEST_P(zylRemoteAnalysis, GivesTheNumbersOfABuiltInSession)
   }
 }
 
+TEST_P(zylRemoteAnalysis, SurvivesTheDeathOfTheServer)
+{
+  if (GetParam() != 1 || !zylTestServer::IsAvailable(1))
+  {
+    GTEST_SKIP() << "no server here";
+  }
+  zylTestServer server(1, ZYL_PLUGIN_DIRECTORY);
+  zylCore::GetInstance()->Connect(server.GetUrl().c_str(), 60);
+  ASSERT_NE(zylCore::GetInstance()->GetSession(), nullptr);
+  vtkNew<zylDataSet> data;
+  ASSERT_TRUE(data->LoadFromFile({ File }));
+  vtkNew<zylIntegrateFields> integral;
+  vtkNew<zylFieldHistogram> histogram;
+  vtkNew<zylPointProbe> probe;
+  integral->SetDataSet(data);
+  histogram->SetDataSet(data);
+  histogram->GetProperties()->Set("VariableName", "x");
+  probe->SetDataSet(data);
+  const double point[] = { 0.5, 0.5, 0.5 };
+  probe->GetProperties()->GetProperty("ProbePoints")->SetNumberOfElements(3);
+  probe->GetProperties()->Set("ProbePoints", point, 3);
+  probe->Update();
+  EXPECT_TRUE(probe->GetProbedValues(0).Valid);
+  EXPECT_FALSE(integral->GetIntegratedValues(0).PointValues.empty());
+
+  server.Kill();
+  const auto ask = [&] {
+    EXPECT_TRUE(integral->GetIntegratedValues(1).PointValues.empty());
+    EXPECT_TRUE(histogram->GetBins().empty());
+    probe->GetProperties()->Set("ProbePoints", 0, 0.25);
+    probe->Update();
+    EXPECT_TRUE(probe->GetProbedValues(0).PointValues.empty());
+  };
+  ask();
+  zylCore::GetInstance()->Disconnect();
+  ask();
+}
+
 INSTANTIATE_TEST_SUITE_P(Ranks, zylRemoteAnalysis, testing::Values(1, 2, 3));
