@@ -120,6 +120,11 @@ std::string zylFieldHistogram::FindMistake()
   {
     return "the dataset has no such point variable";
   }
+  if (this->DataSet->IsDerivedPointVariable(variable) &&
+    this->DataSet->GetDerivedPointVariableScript({ variable }).empty())
+  {
+    return "its expression, or another one, is no expression";
+  }
   return std::string();
 }
 
@@ -181,6 +186,12 @@ std::vector<int> zylFieldHistogram::GetBins()
   for (vtkIdType i = 0; counts && i < counts->GetNumberOfTuples(); ++i)
   {
     bins.push_back(static_cast<int>(counts->GetComponent(i, 0)));
+  }
+  if (std::all_of(bins.begin(), bins.end(), [](int count) { return count == 0; }))
+  {
+    // Values beyond the range are counted too, so there are none.
+    vtkWarningMacro(
+      "No point has the variable '" << this->Properties->GetString("VariableName") << "'");
   }
   return bins;
 }

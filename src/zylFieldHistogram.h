@@ -11,7 +11,7 @@
  * Counted are the points of all blocks at the animation time that have the variable, a vector by
  * its first component. The variable may be a derived one. The range is always the one that is set,
  * never that of the data: what lies below it is counted in the first bin, what lies above it in the
- * last.
+ * last (values that are no numbers, or 2^31 bins away, in the first).
  *
  * Settings (GetProperties()):
  *

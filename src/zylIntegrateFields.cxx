@@ -137,6 +137,11 @@ zylIntegrateFields::IntegratedValues_ zylIntegrateFields::GetIntegratedValues(
   {
     zylReadTuple(data->GetPointData(), 0, values.PointValues);
     zylReadTuple(data->GetCellData(), 0, values.CellValues);
+    const std::string missing = zylDescribeMissing(this->DataSet, values.PointValues);
+    if (!missing.empty() && !values.PointValues.empty())
+    {
+      vtkWarningMacro(<< missing);
+    }
   }
   return values;
 }

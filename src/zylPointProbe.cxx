@@ -224,7 +224,8 @@ zylPointProbe::ProbeValue_ zylPointProbe::GetProbedValues(unsigned int index)
     return value;
   }
   this->Execute(); // time or the data may have moved on
-  if (!this->Fetched)
+  const bool fetchNow = !this->Fetched;
+  if (fetchNow)
   {
     this->Fetched = vtkDataSet::SafeDownCast(zylCore::Fetch(this->ScriptFilter, nullptr));
   }
@@ -237,6 +238,12 @@ zylPointProbe::ProbeValue_ zylPointProbe::GetProbedValues(unsigned int index)
   this->Fetched->GetPoint(index, value.Point.data());
   zylReadTuple(this->Fetched->GetPointData(), index, value.PointValues);
   zylReadTuple(this->Fetched->GetCellData(), index, value.CellValues);
+  const std::string missing =
+    fetchNow ? zylDescribeMissing(this->DataSet, value.PointValues) : std::string();
+  if (!missing.empty())
+  {
+    vtkWarningMacro(<< missing);
+  }
   const auto mask = value.PointValues.find(ValidMask);
   if (mask != value.PointValues.end())
   {

@@ -16,8 +16,9 @@
  *
  * Point arrays are interpolated within the cell that holds the point, cell arrays are taken from
  * it; both are point values of the result, derived variables among them. Arrays that some of the
- * blocks lack are left out. Moving the points is cheap: what finds cells is kept as long as the
- * data stay.
+ * blocks lack are left out. Expressions of derived variables are evaluated at the points, on the
+ * values found there: what needs neighbors, such as gradient(), has no meaning in them. Moving the
+ * points is cheap: what finds cells is kept as long as the data stay.
  *
  * Settings (GetProperties()):
  *

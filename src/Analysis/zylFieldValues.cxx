@@ -54,6 +54,22 @@ std::string zylGetDerivedVariablesScript(zylDataSet* dataset)
 }
 
 //--------------------------------------------------------------------------------------------------
+std::string zylDescribeMissing(zylDataSet* dataset, const zylFieldValues& values)
+{
+  std::string missing;
+  for (const std::string& name : dataset->GetDerivedPointVariableNames())
+  {
+    if (values.count(name) == 0)
+    {
+      missing += (missing.empty() ? "'" : ", '") + name + "'";
+    }
+  }
+  return missing.empty() ? missing
+                         : "No values of the derived variables " + missing +
+      ": an expression failed, or needs arrays that some blocks lack";
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylPushScript(const std::string& script, vtkSMSourceProxy* filter)
 {
   if (filter)

@@ -28,6 +28,10 @@ ZYL_PRIVATE void zylReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValue
 /// The script that adds all derived variables of the dataset.
 ZYL_PRIVATE std::string zylGetDerivedVariablesScript(zylDataSet* dataset);
 
+/// What to tell of the derived variables of the dataset that `values`, where they belong, lack:
+/// nobody else says that a script failed on a server. Empty when all are there.
+ZYL_PRIVATE std::string zylDescribeMissing(zylDataSet* dataset, const zylFieldValues& values);
+
 /// Send `script` as "Script" of a "ProgrammableFilter", unless it has that one. Null is fine.
 ZYL_PRIVATE void zylPushScript(const std::string& script, vtkSMSourceProxy* filter);
 

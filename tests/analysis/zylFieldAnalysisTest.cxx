@@ -198,6 +198,43 @@ TEST(zylFieldAnalysis, TakesDerivedVariablesThreeDeep)
   EXPECT_EQ(histogram->GetBins(), Bins({ 54 }));
 }
 
+TEST(zylFieldAnalysis, TellsOfExpressionsThatFail)
+{
+  const struct
+  {
+    const char* Expression;
+    const char* Integral;
+    const char* Histogram;
+  } cases[] = {
+    { "x + nosuch", "No values of the derived variables 'bad'", "No point has the variable 'bad'" },
+    { "x / 0 if 1 / 0 else 1", "'bad': an expression failed", "No point has the variable 'bad'" },
+    { "2 *", "SyntaxError", "No histogram of 'bad': its expression" },
+  };
+  for (const auto& test : cases)
+  {
+    auto data = Load(zylSolids::MakeBoxes(2, 2));
+    data->DefineDerivedPointVariable("bad", test.Expression);
+    vtkNew<zylFieldHistogram> histogram;
+    histogram->SetDataSet(data);
+    SetBins(histogram, "bad", 3, 0.0, 1.0);
+    vtkNew<zylPointProbe> probe;
+    probe->SetDataSet(data);
+    SetPoints(probe, { 0.5, 0.5, 0.5 });
+    zylTestLog log;
+    EXPECT_NEAR(Of(Integrate(data, { 0 }).PointValues, "x"), 2.0, 1e-12); // nothing else is lost
+    EXPECT_NE(log.Dump().find(test.Integral), std::string::npos) << log.Dump();
+    const Bins bins = histogram->GetBins();
+    EXPECT_EQ(std::accumulate(bins.begin(), bins.end(), 0), 0);
+    EXPECT_NE(log.Dump().find(test.Histogram), std::string::npos) << log.Dump();
+    probe->Update();
+    EXPECT_NEAR(Of(probe->GetProbedValues(0).PointValues, "x"), 0.5, 1e-12);
+    probe->GetProbedValues(0);
+    EXPECT_EQ(
+      log.Count(vtkLogger::VERBOSITY_WARNING, "No values of the derived variables 'bad'"), 2)
+      << log.Dump();
+  }
+}
+
 TEST(zylFieldHistogram, CountsThePoints)
 {
   auto data = Load(zylSolids::MakeBoxes(2, 2));
