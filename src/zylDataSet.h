@@ -173,6 +173,11 @@ public:
   /// "inputs" and "output" are inputs_ and output_. A warning tells the spelling when an
   /// expression holds such a name as it is.
   ///
+  /// They are evaluated on what is shown or measured: on the blocks for integrals, histograms and
+  /// the filters of derived surfaces, on a surface for its colors (where gradient() has no
+  /// component normal to it), on the values found at probed points. A block without an array that
+  /// an expression needs is without the variable.
+  ///
   /// Expressions are programs of the host's user: they run as they are, where the data are, and
   /// nothing bounds their time.
 
