@@ -3,6 +3,7 @@
 #include "zylPointProbe.h"
 
 #include "zylDataSet.h"
+#include "zylPipelineFixture.h"
 #include "zylPropertyCollection.h"
 #include "zylSolids.h"
 #include "zylTestData.h"
@@ -376,6 +377,32 @@ TEST(zylPointProbe, SaysWhatIsWrong)
   {
     EXPECT_EQ(probe->GetProbedValues(i).Valid, i == 3);
   }
+}
+
+TEST(zylFieldAnalysis, AsksTheServerForNothingTwice)
+{
+  auto data = Load(zylSolids::MakeBoxes(2, 2));
+  data->DefineDerivedPointVariable("double", "2 * x");
+  vtkNew<zylIntegrateFields> integral;
+  vtkNew<zylFieldHistogram> histogram;
+  vtkNew<zylPointProbe> probe;
+  integral->SetDataSet(data);
+  histogram->SetDataSet(data);
+  probe->SetDataSet(data);
+  SetBins(histogram, "double", 3, 0.0, 4.0);
+  SetPoints(probe, { 0.5, 0.5, 0.5, 1.5, 0.5, 0.5 });
+  const auto ask = [&] {
+    integral->Update();
+    histogram->Update();
+    probe->Update();
+    probe->GetProbedValues(0);
+    probe->GetProbedValues(1);
+  };
+  integral->GetIntegratedValues(0);
+  EXPECT_NE(zylTraffic(ask), "");
+  EXPECT_EQ(zylTraffic(ask), "");
+  SetPoints(probe, { 0.5, 0.5, 0.25 });
+  EXPECT_NE(zylTraffic(ask), "");
 }
 
 TEST(zylFieldAnalysis, FollowsTheTime)
