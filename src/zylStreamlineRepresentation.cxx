@@ -1,12 +1,11 @@
 #include "zylStreamlineRepresentation.h"
 
+#include "Analysis/zylFieldValues.h"
 #include "Derived/zylFlowTracing.h"
 #include "ParaView/zylImplicitFunction.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
-#include "zylArrayInformation.h"
 #include "zylDataSet.h"
-#include "zylMultiBlockTree.h"
 #include "zylPropertyCollection.h"
 #include "zylSurfacePipeline.h"
 #include "zylTimeController.h"
@@ -102,17 +101,7 @@ zylStreamlineRepresentation::~zylStreamlineRepresentation()
 //--------------------------------------------------------------------------------------------------
 zylArrayInformation* zylStreamlineRepresentation::GetThresholdArrayInformation()
 {
-  if (this->DataSet)
-  {
-    for (zylArrayInformation* array : this->DataSet->GetMultiBlockTree()->PointArrays)
-    {
-      if (array->GetName() == this->Properties->GetString("ThresholdArray"))
-      {
-        return array;
-      }
-    }
-  }
-  return nullptr;
+  return zylFindPointArray(this->DataSet, this->Properties->GetString("ThresholdArray"));
 }
 
 //--------------------------------------------------------------------------------------------------

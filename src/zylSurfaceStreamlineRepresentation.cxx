@@ -55,9 +55,7 @@ void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
   this->CreateSeeds();
   this->ReleaseSurface();
   this->Surface = this->MakeFilter("SurfaceGeometryFilter", this->BlockExtractor);
-  this->SurfaceMerger = this->MakeFilter("MergeBlocks", this->Surface);
-  vtkSMPropertyHelper(this->SurfaceMerger, "OutputDataSetType").Set(VTK_POLY_DATA);
-  this->SurfaceMerger->UpdateVTKObjects();
+  this->SurfaceMerger = this->MakeMerger(this->Surface);
   // The faces of cells point out of them: flipped, the normals point into the volume, there to
   // sample. Faces keep their sense, since those of two blocks that touch have opposite ones, and
   // their edges stay closed, with points that move inside from both sides.
