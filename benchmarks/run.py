@@ -171,6 +171,10 @@ class Bench:
 
     # Stages of zylBenchVolume with the baseline's that they are compared with and the target.
     VOLUME = (
+        ("isosurface moved", ["pv Contour"], 0.40),
+        ("plane cut moved", ["pv Slice"], 0.55),
+        ("crinkle cut moved", ["pv Slice, crinkle"], None),
+        ("clip moved", ["pv Clip", "pv ExtractSurface"], 1.0),
         ("integral", ["pv IntegrateVariables"], 1.05),
         ("histogram", ["pv Histogram"], 1.05),
         ("1000 probe points moved", ["pv ResampleWithDataset 1000, points changed"], 0.20),

@@ -2,16 +2,21 @@
 //
 //     zylBenchVolume [N]     N^3 cubes of 5 tetrahedra each, default 74: 2 026 120 cells
 #include "zylBench.h"
+#include "zylClipRepresentation.h"
+#include "zylCutPlaneRepresentation.h"
 #include "zylDataSet.h"
 #include "zylFieldHistogram.h"
 #include "zylIntegrateFields.h"
+#include "zylIsosurfaceRepresentation.h"
 #include "zylPointProbe.h"
 #include "zylPropertyCollection.h"
+#include "zylView.h"
 
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
+#include <string>
 #include <vector>
 
 #include <vtkCellArray.h>
@@ -85,6 +90,80 @@ vtkSmartPointer<vtkUnstructuredGrid> MakeGrid(int n)
 }
 
 //--------------------------------------------------------------------------------------------------
+// A derived surface as a host shows it, colored by a variable. What is measured is Update(); the
+// frame is drawn beside it. `move` changes the surface.
+template <class Representation, class Setup, class Move>
+void Derive(const char* what, zylDataSet* data, zylView* view, Setup setup, Move move)
+{
+  const std::string name = what;
+  auto surface = vtkSmartPointer<Representation>::New();
+  const int all[] = { 0 };
+  surface->GetProperties()->MakeInt("Blocks", all, 1);
+  surface->SetDataSet(data);
+  surface->GetSurfaceProperties()->Set("Visibility", true);
+  surface->GetSurfaceProperties()->Set("ColorMode", 1);
+  surface->GetSurfaceProperties()->Set("ColorVariableName", "s");
+  setup(surface->GetProperties());
+  zylBenchStage((name + ", first").c_str(), [&] { view->AddRepresentation(surface); });
+  view->Render();
+  move(surface->GetProperties());
+  zylBenchStage((name + " moved").c_str(), [&] { surface->Update(); });
+  view->Render();
+  surface->GetSurfaceProperties()->Set("Transparency", 0.5);
+  surface->GetSurfaceProperties()->Set("ColorMapName", "Jet");
+  zylBenchStage((name + ", display setting changed").c_str(), [&] { surface->Update(); });
+  view->Render();
+  constexpr int Times = 100;
+  zylBenchStage((std::to_string(Times) + " x " + name + ", nothing changed").c_str(), [&] {
+    for (int i = 0; i < Times; ++i)
+    {
+      surface->Update();
+    }
+  });
+  view->RemoveRepresentation(surface);
+}
+
+void DeriveSurfaces(zylDataSet* data)
+{
+  zylBenchHost host(400, 300);
+  vtkNew<zylView> view;
+  view->SetSourceFBO(host.GetFramebuffer());
+  view->SetWindowSize(400, 300);
+  view->Update();
+  const auto plane = [](const char* normal) {
+    return [normal](zylPropertyCollection* settings) {
+      const double direction[] = { 1.0, 0.3, 0.2 };
+      settings->Set(normal, direction, 3);
+    };
+  };
+  const auto moved = [](const char* center) {
+    return [center](zylPropertyCollection* settings) { settings->Set(center, 0, 0.013); };
+  };
+  Derive<zylIsosurfaceRepresentation>(
+    "isosurface", data, view,
+    [](zylPropertyCollection* settings) {
+      settings->Set("Variable", "s");
+      settings->Set("Isovalue", 0.3);
+    },
+    [](zylPropertyCollection* settings) { settings->Set("Isovalue", 0.35); });
+  Derive<zylCutPlaneRepresentation>("plane cut", data, view, plane("Normal"), moved("Center"));
+  Derive<zylCutPlaneRepresentation>(
+    "crinkle cut", data, view,
+    [&plane](zylPropertyCollection* settings) {
+      plane("Normal")(settings);
+      settings->Set("CrinkleCut", true);
+    },
+    moved("Center"));
+  Derive<zylClipRepresentation>(
+    "clip", data, view,
+    [&plane](zylPropertyCollection* settings) {
+      plane("PlaneNormal")(settings);
+      settings->Set("ClipMode", 1);
+    },
+    moved("PlaneCenter"));
+}
+
+//--------------------------------------------------------------------------------------------------
 void Integrate(zylDataSet* data)
 {
   vtkNew<zylIntegrateFields> integral;
@@ -155,6 +234,7 @@ int main(int argc, char** argv)
   blocks->SetBlock(0, MakeGrid(n));
   vtkNew<zylDataSet> data;
   zylBenchStage("load", [&] { data->InitializeFromVTKDataSet(blocks); });
+  DeriveSurfaces(data);
   Integrate(data);
   CountInBins(data);
   Probe(data);
