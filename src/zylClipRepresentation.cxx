@@ -2,6 +2,8 @@
 
 #include "Analysis/zylFieldValues.h"
 #include "ParaView/zylImplicitFunction.h"
+#include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
 
@@ -50,17 +52,36 @@ zylClipRepresentation::zylClipRepresentation()
 }
 
 //--------------------------------------------------------------------------------------------------
+zylClipRepresentation::~zylClipRepresentation()
+{
+  this->zylClipRepresentation::FreeResources();
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylClipRepresentation::CreateSurfacePipeline()
 {
-  const auto clip = this->MakeFilter("Clip", this->DataSet->GetOutput());
-  this->SetFirstSurfaceFilter(clip);
-  this->SetLastSurfaceFilter(this->MakeFilter("SurfaceGeometryFilter", clip));
+  vtkSmartPointer<vtkSMSourceProxy> cells;
+  if (zylParaView::HasServerPlugin(this->BlockExtractor->GetSession()))
+  {
+    cells = this->MakeFilter("UniformCells", this->BlockExtractor);
+  }
+  this->Clip = this->MakeFilter("Clip", cells ? cells : this->BlockExtractor);
+  this->SetFirstSurfaceFilter(cells ? cells : this->Clip);
+  this->SetLastSurfaceFilter(this->MakeFilter("SurfaceGeometryFilter", this->Clip));
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylClipRepresentation::FreeResources()
+{
+  this->Superclass::FreeResources();
+  zylUnregister(this->Clip);
+  this->Clip = nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylClipRepresentation::UpdateLocalPipeline()
 {
-  vtkSMSourceProxy* clip = this->FirstSurfaceFilter;
+  vtkSMSourceProxy* clip = this->Clip;
   zylPush(this->Properties, ClipRows, clip);
   const int mode = this->Properties->GetInt("ClipMode");
   const std::string variable = this->Properties->GetString("ScalarVariable");

@@ -33,11 +33,12 @@ public:
   /// null.
   zylArrayInformation* GetScalarInformation();
 
+  void FreeResources() override;
   void UpdateLocalPipeline() override;
 
 protected:
   zylClipRepresentation();
-  ~zylClipRepresentation() override = default;
+  ~zylClipRepresentation() override;
 
   void CreateSurfacePipeline() override;
   void GetVolumeDerivedPointVariables(std::set<std::string>& names) override;
@@ -45,6 +46,8 @@ protected:
 private:
   zylClipRepresentation(const zylClipRepresentation&) = delete;
   void operator=(const zylClipRepresentation&) = delete;
+
+  vtkSmartPointer<vtkSMSourceProxy> Clip;
 };
 
 #endif

@@ -209,6 +209,24 @@ TEST_P(zylAnyCellsTest, CrinkleCutTakesTheCellsThatThePlaneMeets)
   EXPECT_NEAR(SizeOf(surface), SizeOf(geometry->GetOutput()), 1e-9);
 }
 
+TEST_P(zylAnyCellsTest, ClippedVolumeIsClosed)
+{
+  const auto data = Load(zylVolumeData::MakeBlocks(GetParam(), 6));
+  const auto clip = Derive<zylClipRepresentation>(data);
+  const int second[] = { 2 };
+  clip->GetProperties()->MakeInt("Blocks", second, 1);
+  clip->GetProperties()->Set("ClipMode", 1);
+  SetVector(clip, "PlaneCenter", 0.3, 0.0, 0.0);
+  SetVector(clip, "PlaneNormal", 1.0, 0.0, 0.0);
+  EXPECT_NEAR(AreaAfterUpdate(clip), 2.0 * 4.0 + 8.0 * 0.3, 1e-6);
+  // A plane through corners of cells.
+  const int all[] = { 0 };
+  clip->GetProperties()->MakeInt("Blocks", all, 1);
+  SetVector(clip, "PlaneCenter", 0.0, 0.0, 0.0);
+  SetVector(clip, "PlaneNormal", 0.3, 1.0, 0.2);
+  EXPECT_GT(AreaAfterUpdate(clip), 15.0);
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, zylAnyCellsTest, testing::ValuesIn(zylVolumeData::Kinds()),
   [](const auto& info) { return info.param; });
 

@@ -17,6 +17,7 @@ extern void vtkZYLBlockInformation_Init(vtkClientServerInterpreter*);
 extern void vtkZYLContourFilter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLCrinkleCutter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLPlaneCutter_Init(vtkClientServerInterpreter*);
+extern void vtkZYLUniformCells_Init(vtkClientServerInterpreter*);
 extern void vtkZYLVolumeSurfaceReader_Init(vtkClientServerInterpreter*);
 
 namespace {
@@ -61,6 +62,7 @@ extern "C" void ZYLFiltersCS_Initialize(vtkClientServerInterpreter* interpreter)
   vtkZYLContourFilter_Init(interpreter);
   vtkZYLCrinkleCutter_Init(interpreter);
   vtkZYLPlaneCutter_Init(interpreter);
+  vtkZYLUniformCells_Init(interpreter);
 }
 
 //--------------------------------------------------------------------------------------------------
