@@ -1,6 +1,5 @@
 #include "zylCore.h"
 
-#include "ParaView/zylAnimation.h"
 #include "ParaView/zylFileTypes.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPlugin.h"
@@ -419,8 +418,8 @@ vtkSmartPointer<vtkDataObject> zylCore::Fetch(
   {
     return nullptr;
   }
-  const double time = zylGetAnimationTime(zylFindAnimationScene(source->GetSession()), 0.0);
-  zylUpdatePipeline(reduction, time);
+  // At no time in particular: what is fetched is what the source has, at the time it has it.
+  reduction->UpdatePipeline();
   auto move = zylProxyBuilder(manager, "filters", "ClientServerMoveData")
                 .Input(reduction)
                 .Set("OutputDataType", zylParaView::GetOutputDataType(reduction))
@@ -429,7 +428,7 @@ vtkSmartPointer<vtkDataObject> zylCore::Fetch(
   {
     return nullptr;
   }
-  zylUpdatePipeline(move, time);
+  move->UpdatePipeline();
   auto* mover = vtkClientServerMoveData::SafeDownCast(move->GetClientSideObject());
   return mover ? mover->GetOutputDataObject(0) : nullptr;
 }

@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkObjectFactory.h>
@@ -43,6 +44,8 @@ constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::String("LevelMaskArrayName", "level_mask"),
 };
 
+const std::string NothingText = "Nothing can be drawn: ";
+
 constexpr unsigned int NoBlock = 0xFFFFFFFF;
 constexpr vtkTypeUInt32 PureClient = 0x10; // process roles of a session on a server
 
@@ -62,6 +65,13 @@ double Snap(double time, const std::vector<double>& values)
   return nearest;
 }
 
+// When data of this process that the source gives were changed; 0 for other sources.
+vtkMTimeType GetDataTime(vtkSMSourceProxy* source)
+{
+  auto* producer = vtkPVTrivialProducer::SafeDownCast(source->GetClientSideObject());
+  return producer ? producer->GetMTime() : 0;
+}
+
 std::vector<std::string> GetNames(const std::vector<vtkSmartPointer<zylArrayInformation>>& arrays)
 {
   std::vector<std::string> names;
@@ -79,7 +89,7 @@ zylDataSet::zylDataSet()
   : Core(zylCore::GetInstance())
   , Chain(std::make_unique<zylProcessingChain>())
   , Properties(vtkSmartPointer<zylPropertyCollection>::New())
-  , Maps(std::make_unique<zylBlockMaps>())
+  , Blocks(std::make_unique<zylBlocks>())
   , MultiBlockTree(vtkSmartPointer<zylMultiBlockTree>::New())
   , DerivedPointVariables(std::make_unique<zylDerivedVariables>())
 {
@@ -94,7 +104,7 @@ zylDataSet::~zylDataSet()
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "~zylDataSet");
   this->DropChain();
   zylUnregister(this->Proxy);
-  this->Proxy = nullptr;
+  this->SetSource(nullptr);
   zylTimeController::GetInstance()->RemoveObserver(this->TimeObserverTag);
 }
 
@@ -183,32 +193,31 @@ std::string zylDataSet::ReadWith(
 bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture)
 {
   const vtkSmartPointer<vtkSMSourceProxy> previous = this->Proxy;
-  this->Proxy = source;
+  this->SetSource(source);
   this->LastUpdateTime = -1e299;
-  std::string thrown;
+  std::vector<std::string> errors;
   try
   {
     this->Update();
   }
   catch (const std::exception& exception) // thrown by libraries below the toolkit
   {
-    thrown = exception.what();
-    this->NumberOfPoints = 0;
-    this->NumberOfCells = 0;
+    errors.emplace_back(exception.what());
+    *this->Blocks = zylBlocks();
   }
-  this->ReadErrors = capture.GetMessages();
+  errors.insert(errors.begin(), capture.GetMessages().begin(), capture.GetMessages().end());
   const bool lost = !zylIsAlive(source);
-  if (!thrown.empty() || lost)
+  if (lost)
   {
-    this->ReadErrors.push_back(lost ? "the connection to the server is lost" : thrown);
+    errors.emplace_back("the connection to the server is lost");
   }
-  const bool nothing = this->NumberOfPoints == 0 && this->NumberOfCells == 0;
-  if (lost || (!this->ReadErrors.empty() && nothing))
+  this->SetReadErrors(errors);
+  const bool nothing = this->Blocks->NumberOfPoints == 0 && this->Blocks->NumberOfCells == 0;
+  if (lost || (!errors.empty() && nothing && source != previous))
   {
     // Nothing came: what was there before is shown again.
-    const std::vector<std::string> errors = this->ReadErrors;
     zylUnregister(source);
-    this->Proxy = previous;
+    this->SetSource(previous);
     this->LastUpdateTime = -1e299;
     if (previous)
     {
@@ -232,8 +241,8 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture)
 void zylDataSet::DropChain()
 {
   this->Chain->Clear();
-  this->MultiBlockTree = vtkSmartPointer<zylMultiBlockTree>::New();
-  *this->Maps = zylBlockMaps();
+  *this->Blocks = zylFillBlockTree(this->MultiBlockTree, {});
+  this->NothingToDraw.clear();
   this->LastPropertiesHash = 0;
   this->LastUpdateTime = -1e299;
 }
@@ -259,7 +268,7 @@ bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double tim
     return false;
   }
   vtkSmartPointer<vtkSMSourceProxy> source = this->Proxy;
-  if (!zylIsAlive(source))
+  if (!zylIsAlive(source) && data)
   {
     source =
       zylProxyBuilder(this->Core->GetSessionProxyManager(), "sources", "PVTrivialProducer").Make();
@@ -294,50 +303,104 @@ void zylDataSet::Update()
   }
   zylTimeController* controller = zylTimeController::GetInstance();
   const std::vector<double> steps = controller->GetTimestepValues();
-  const double time = Snap(controller->GetActiveTime(), steps);
+  const double active = controller->GetActiveTime();
+  const double time = Snap(active, steps);
+  const bool between = time != active && zylProcessingChain::HasTimeSteps(this->Proxy);
   const vtkTypeUInt64 hash = this->Properties->GetHashValue();
-  const vtkMTimeType sourceTime = this->Proxy->GetMTime();
-  if (hash == this->LastPropertiesHash && time == this->LastUpdateTime &&
-    sourceTime == this->LastSourceTime)
+  const bool changed = hash != this->LastPropertiesHash || time != this->LastUpdateTime ||
+    this->SourceChanged || GetDataTime(this->Proxy) != this->LastDataTime;
+  if (!changed && between == this->BetweenSteps)
   {
     return; // nothing to ask or tell the server
   }
   zylErrorCapture errors;
   zylParaView::AdaptThreads(nullptr); // nothing is known of the data that the source brings
   const double frozen = Snap(this->Properties->GetDouble("FrozenTime"), steps);
-  if (this->Chain->Connect(this->Proxy, this->Properties, time, frozen))
+  if (this->Chain->Connect(this->Proxy, this->Properties, { time, active, frozen }))
   {
-    vtkSMSourceProxy* output = this->Chain->GetOutput();
-    output->UpdatePipeline(time);
-    zylParaView::AdaptThreads(output);
-    this->RebuildTree();
+    this->Chain->Execute();
+    zylParaView::AdaptThreads(this->GetOutput());
+    if (changed)
+    {
+      this->RebuildTree();
+    }
     this->LastPropertiesHash = hash;
     this->LastUpdateTime = time;
-    this->LastSourceTime = this->Proxy->GetMTime();
+    this->BetweenSteps = between;
+    this->LastDataTime = GetDataTime(this->Proxy);
+    this->SourceChanged = false;
   }
   else
   {
     vtkErrorMacro("A stage of the processing chain could not be created");
   }
   controller->UpdateTimeInformation();
-  this->ReadErrors = errors.GetMessages();
+  this->CheckDrawable(errors.GetMessages());
+  this->SetReadErrors(errors.GetMessages());
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDataSet::CheckDrawable(const std::vector<std::string>& errors)
+{
+  std::string reason;
+  if (errors.empty()) // which say more
+  {
+    reason = zylWhyNothingToDraw(this->Chain->GetSourceBlocks());
+    reason = reason.empty() ? this->Chain->GetProblem() : reason;
+  }
+  if (reason != this->NothingToDraw && !reason.empty())
+  {
+    vtkWarningMacro(<< NothingText << reason);
+  }
+  this->NothingToDraw = reason;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDataSet::SetSource(vtkSMSourceProxy* source)
+{
+  if (source == this->Proxy)
+  {
+    return;
+  }
+  if (this->Proxy)
+  {
+    this->Proxy->RemoveObserver(this->SourceObserverTag);
+  }
+  this->Proxy = source;
+  if (source)
+  {
+    // Pushed properties, commands and reloads all raise it.
+    this->SourceObserverTag =
+      source->AddObserver(vtkCommand::ModifiedEvent, this, &zylDataSet::SourceCallback);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDataSet::SourceCallback(vtkObject*, unsigned long, void*)
+{
+  this->SourceChanged = true;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDataSet::SetReadErrors(const std::vector<std::string>& errors)
+{
+  this->ReadErrors = errors;
+  if (!this->NothingToDraw.empty())
+  {
+    this->ReadErrors.push_back(NothingText + this->NothingToDraw);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylDataSet::RebuildTree()
 {
-  const auto nodes = zylParaView::GetBlocks(this->GetOutput());
+  auto nodes = zylParaView::GetBlocks(this->GetOutput());
   if (!zylIsAlive(this->GetOutput()))
   {
     return; // no answer: what is known stays
   }
-  const vtkZYLBlockInformation::Node all =
-    nodes.empty() ? vtkZYLBlockInformation::Node() : nodes.front();
-  zylBuildBlockTree(this->MultiBlockTree, nodes);
-  *this->Maps = zylMapBlocks(this->MultiBlockTree);
-  this->NumberOfPoints = all.NumberOfPoints;
-  this->NumberOfCells = all.NumberOfCells;
-  std::copy(all.Bounds, all.Bounds + 6, this->Bounds);
+  zylTakeKinds(nodes, this->Chain->GetSourceBlocks(), this->Chain->GetLevelsAdded());
+  *this->Blocks = zylFillBlockTree(this->MultiBlockTree, nodes);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -378,20 +441,20 @@ zylMultiBlockTree* zylDataSet::GetMultiBlockTree()
 bool zylDataSet::GetBounds(double bounds[6])
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "GetBounds()");
-  std::copy(this->Bounds, this->Bounds + 6, bounds);
+  std::copy(this->Blocks->Bounds, this->Blocks->Bounds + 6, bounds);
   return bounds[1] - bounds[0] >= 0.0;
 }
 
 //--------------------------------------------------------------------------------------------------
 vtkIdType zylDataSet::GetNumberOfPoints()
 {
-  return this->NumberOfPoints;
+  return this->Blocks->NumberOfPoints;
 }
 
 //--------------------------------------------------------------------------------------------------
 vtkIdType zylDataSet::GetNumberOfCells()
 {
-  return this->NumberOfCells;
+  return this->Blocks->NumberOfCells;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -441,19 +504,19 @@ std::string zylDataSet::GetDataGroupingString()
 //--------------------------------------------------------------------------------------------------
 const std::map<std::string, unsigned int>& zylDataSet::GetBlockMap() const
 {
-  return this->Maps->ByName;
+  return this->Blocks->ByName;
 }
 
 //--------------------------------------------------------------------------------------------------
 const std::map<std::string, std::vector<unsigned int>>& zylDataSet::GetBlockNameToIDsMap() const
 {
-  return this->Maps->LeavesByName;
+  return this->Blocks->LeavesByName;
 }
 
 //--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetNumberOfBlocks()
 {
-  return static_cast<unsigned int>(this->Maps->ByName.size());
+  return static_cast<unsigned int>(this->Blocks->ByName.size());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -465,8 +528,8 @@ std::vector<unsigned int> zylDataSet::GetBlockIDs()
 //--------------------------------------------------------------------------------------------------
 zylMultiBlockTree* zylDataSet::FindBlock(unsigned int block)
 {
-  const auto found = this->Maps->ByIndex.find(block);
-  return found == this->Maps->ByIndex.end() ? nullptr : found->second;
+  const auto found = this->Blocks->ByIndex.find(block);
+  return found == this->Blocks->ByIndex.end() ? nullptr : found->second;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -592,13 +655,19 @@ zylArrayInformation* zylDataSet::GetCellArrayInformation(
 //--------------------------------------------------------------------------------------------------
 int zylDataSet::GetCellType(unsigned int block)
 {
-  return zylGetCellType(this->Proxy, block);
+  std::vector<unsigned int> indices = { block };
+  zylMultiBlockTree* node = this->FindBlock(block);
+  for (unsigned int i = 0; node && node->IsLeaf() && i < node->GetNumberOfChildren(); ++i)
+  {
+    indices.push_back(node->GetChild(i)->GetBlockIndex());
+  }
+  return zylGetCellType(this->Chain->GetBlockSource(), indices);
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<int> zylDataSet::GetCellTypes()
 {
-  return zylGetCellTypes(this->Proxy);
+  return zylGetCellTypes(this->Chain->GetBlockSource());
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -51,7 +51,7 @@ class zylErrorCapture;
 class zylMultiBlockTree;
 class zylProcessingChain;
 class zylPropertyCollection;
-struct zylBlockMaps;
+struct zylBlocks;
 
 class ZYL_EXPORT zylDataSet : public vtkObject
 {
@@ -80,10 +80,13 @@ public:
   ///@}
 
   /// Connect the chain as the settings say, execute it at the current time and rebuild the block
-  /// tree if the settings, the time or the data changed.
+  /// tree if the settings, the time or the data changed: a property of the source's proxy was
+  /// pushed, its files were reloaded, or data of this process were marked as modified. Otherwise
+  /// nothing is asked or told of a server.
   void Update();
 
-  /// What readers and filters complained about in the last load or update; empty if nothing. Errors
+  /// What readers and filters complained about in the last load or update, or why nothing of the
+  /// data can be drawn (a table without coordinates, no points, ...); empty if all is well. Errors
   /// of a server are printed by the server.
   const std::vector<std::string>& GetReadErrors() const { return this->ReadErrors; }
 
@@ -216,11 +219,15 @@ private:
   using ArrayList = std::vector<vtkSmartPointer<zylArrayInformation>>;
 
   void UpdateCallback(vtkObject*, unsigned long, void*);
+  void SourceCallback(vtkObject*, unsigned long, void*);
+  void SetSource(vtkSMSourceProxy* source);
   /// Load with one reader. Empty, or why it failed; then everything is as before.
   std::string ReadWith(
     const std::vector<std::string>& fileNames, const std::string& group, const std::string& name);
   bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture);
   void DropChain();
+  void CheckDrawable(const std::vector<std::string>& errors);
+  void SetReadErrors(const std::vector<std::string>& errors);
   void RebuildTree();
   zylMultiBlockTree* FindBlock(unsigned int block);
   const ArrayList& GetArrays(ArrayList zylMultiBlockTree::*list, unsigned int block);
@@ -231,15 +238,16 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> Proxy;
   std::unique_ptr<zylProcessingChain> Chain; // never null
   vtkSmartPointer<zylPropertyCollection> Properties;
-  std::unique_ptr<zylBlockMaps> Maps; // never null; of the tree
+  std::unique_ptr<zylBlocks> Blocks; // never null; what the tree holds
   vtkSmartPointer<zylMultiBlockTree> MultiBlockTree;
   vtkTypeUInt64 LastPropertiesHash = 0;
   double LastUpdateTime = -1e299;
-  vtkMTimeType LastSourceTime = 0;
+  vtkMTimeType LastDataTime = 0;
+  bool BetweenSteps = false;
+  bool SourceChanged = false;
+  unsigned long SourceObserverTag = 0;
   unsigned long TimeObserverTag = 0;
-  vtkIdType NumberOfPoints = 0;
-  vtkIdType NumberOfCells = 0;
-  double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
+  std::string NothingToDraw; // why
   std::vector<std::string> ReadErrors;
   std::unique_ptr<zylDerivedVariables> DerivedPointVariables;
 };

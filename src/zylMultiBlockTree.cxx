@@ -55,6 +55,23 @@ zylMultiBlockTree* Find(zylMultiBlockTree* node, const Match& match)
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
+zylMultiBlockTree::~zylMultiBlockTree()
+{
+  this->ReleaseChildren();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiBlockTree::ReleaseChildren()
+{
+  // A child that somebody keeps must not point to a parent that is gone.
+  for (const auto& child : this->Children)
+  {
+    child->Parent = child->Parent == this ? nullptr : child->Parent;
+  }
+  this->Children.clear();
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylMultiBlockTree::AddChild(zylMultiBlockTree* child)
 {
   if (child)
@@ -67,7 +84,7 @@ void zylMultiBlockTree::AddChild(zylMultiBlockTree* child)
 //--------------------------------------------------------------------------------------------------
 void zylMultiBlockTree::ClearChildren()
 {
-  this->Children.clear();
+  this->ReleaseChildren();
   this->Modified();
 }
 

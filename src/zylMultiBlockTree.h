@@ -45,6 +45,20 @@ public:
   ///@}
 
   ///@{
+  /// What the source holds here, in words: "unstructured grid", "table", "multi block data set",
+  /// ...; empty for a null block. Kinds without geometry, such as a table without coordinates, have
+  /// neither points nor cells in the dataset's output.
+  void SetKind(const std::string& kind) { this->Kind = kind; }
+  std::string GetKind() const { return this->Kind; }
+  ///@}
+
+  ///@{
+  /// Rows of a table, 0 for all else. Its columns are the RowArrays below.
+  void SetNumberOfRows(vtkIdType rows) { this->NumberOfRows = rows; }
+  vtkIdType GetNumberOfRows() const { return this->NumberOfRows; }
+  ///@}
+
+  ///@{
   /// The parent (borrowed), null for the root. AddChild() does not set it.
   void SetParent(zylMultiBlockTree* parent) { this->Parent = parent; }
   zylMultiBlockTree* GetParent() const { return this->Parent; }
@@ -78,21 +92,25 @@ public:
   /// Descriptions of the block's arrays, in the server's order.
   std::vector<vtkSmartPointer<zylArrayInformation>> PointArrays;
   std::vector<vtkSmartPointer<zylArrayInformation>> CellArrays;
+  std::vector<vtkSmartPointer<zylArrayInformation>> RowArrays; ///< of a table, in its own order
   ///@}
 
 protected:
   zylMultiBlockTree() = default;
-  ~zylMultiBlockTree() override = default;
+  ~zylMultiBlockTree() override;
 
 private:
   zylMultiBlockTree(const zylMultiBlockTree&) = delete;
   void operator=(const zylMultiBlockTree&) = delete;
 
+  void ReleaseChildren();
   void CollectBlockIDs(std::vector<unsigned int>& ids) const;
 
   unsigned int BlockIndex = 0xFFFFFFFF;
   bool IsPiece = false;
   std::string BlockName;
+  std::string Kind;
+  vtkIdType NumberOfRows = 0;
   zylMultiBlockTree* Parent = nullptr;
   std::vector<vtkSmartPointer<zylMultiBlockTree>> Children;
 };

@@ -1,9 +1,16 @@
 #include "Data/zylBlockTree.h"
 
+#include "ParaView/zylParaViewCompat.h"
+#include "Plugins/VTKExtensions/Core/zylCoordinateColumns.h"
 #include "zylArrayInformation.h"
 #include "zylMultiBlockTree.h"
 
+#include <algorithm>
+#include <cctype>
 #include <deque>
+
+#include <vtkDataObjectTypes.h>
+#include <vtkType.h>
 
 namespace {
 using Node = vtkZYLBlockInformation::Node;
@@ -27,6 +34,16 @@ std::vector<vtkSmartPointer<zylArrayInformation>> MakeArrays(
   return result;
 }
 
+void Fill(zylMultiBlockTree* node, const Node& info)
+{
+  node->SetIsPiece(info.IsPiece);
+  node->SetKind(zylGetKind(info));
+  node->SetNumberOfRows(info.NumberOfRows);
+  node->PointArrays = MakeArrays(info.PointArrays);
+  node->CellArrays = MakeArrays(info.CellArrays);
+  node->RowArrays = MakeArrays(info.RowArrays);
+}
+
 void Build(zylMultiBlockTree* node, const std::vector<Node>& nodes, unsigned int& counter)
 {
   const Node& info = nodes[counter];
@@ -34,9 +51,7 @@ void Build(zylMultiBlockTree* node, const std::vector<Node>& nodes, unsigned int
   node->SetBlockName(counter == 0 ? "root"
       : info.Name.empty()         ? "Block" + std::to_string(counter)
                                   : info.Name);
-  node->SetIsPiece(info.IsPiece);
-  node->PointArrays = MakeArrays(info.PointArrays);
-  node->CellArrays = MakeArrays(info.CellArrays);
+  Fill(node, info);
   ++counter;
   for (int i = 0; i < info.NumberOfChildren && counter < nodes.size(); ++i)
   {
@@ -46,38 +61,22 @@ void Build(zylMultiBlockTree* node, const std::vector<Node>& nodes, unsigned int
     Build(child, nodes, counter);
   }
 }
-} // namespace
 
-//--------------------------------------------------------------------------------------------------
-void zylBuildBlockTree(zylMultiBlockTree* root, const std::vector<Node>& nodes)
+void Index(zylMultiBlockTree* root, zylBlocks& blocks)
 {
-  root->ClearChildren();
-  root->SetParent(nullptr);
-  if (!nodes.empty())
-  {
-    unsigned int counter = 0;
-    Build(root, nodes, counter);
-  }
-  root->Modified();
-}
-
-//--------------------------------------------------------------------------------------------------
-zylBlockMaps zylMapBlocks(zylMultiBlockTree* root)
-{
-  zylBlockMaps maps;
   std::deque<zylMultiBlockTree*> queue = { root };
   while (!queue.empty())
   {
     zylMultiBlockTree* node = queue.front();
     queue.pop_front();
-    maps.ByIndex[node->GetBlockIndex()] = node;
+    blocks.ByIndex[node->GetBlockIndex()] = node;
     if (!node->GetIsPiece())
     {
       const std::string name = node->GetBlockName();
-      maps.ByName[name] = node->GetBlockIndex();
+      blocks.ByName[name] = node->GetBlockIndex();
       if (node->IsLeaf())
       {
-        maps.LeavesByName[name].push_back(node->GetBlockIndex());
+        blocks.LeavesByName[name].push_back(node->GetBlockIndex());
       }
     }
     for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
@@ -85,5 +84,124 @@ zylBlockMaps zylMapBlocks(zylMultiBlockTree* root)
       queue.push_back(node->GetChild(i));
     }
   }
-  return maps;
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+bool zylSuitsFilters(const Node& node)
+{
+  return node.DataType < 0 || node.DataType == VTK_MULTIBLOCK_DATA_SET ||
+    node.DataType == VTK_MULTIPIECE_DATA_SET || zylParaView::IsDataSetType(node.DataType);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylTakeKinds(
+  std::vector<Node>& nodes, const std::vector<Node>& source, unsigned int levelsAdded)
+{
+  if (nodes.size() != source.size() + levelsAdded)
+  {
+    return;
+  }
+  for (std::size_t i = 0; i < source.size(); ++i)
+  {
+    Node& node = nodes[i + levelsAdded];
+    node.DataType = source[i].DataType;
+    node.NumberOfRows = source[i].NumberOfRows;
+    node.RowArrays = source[i].RowArrays;
+    if (levelsAdded > 0)
+    {
+      node.Name = source[i].Name;
+    }
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylFindCoordinates(const Node& node, std::string names[3])
+{
+  std::vector<std::string> candidates;
+  for (const auto& column : node.RowArrays)
+  {
+    const bool numbers = column.NumberOfComponents == 1 && column.Ranges[0] <= column.Ranges[1];
+    candidates.push_back(numbers ? column.Name : "");
+  }
+  int columns[3];
+  if (node.DataType != VTK_TABLE || !zylFindCoordinateColumns(candidates, columns))
+  {
+    return false;
+  }
+  for (int axis = 0; axis < 3; ++axis)
+  {
+    names[axis] = candidates[columns[axis]];
+  }
+  return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylWhyNothingToDraw(const std::vector<Node>& source)
+{
+  std::string reason;
+  for (const Node& node : source)
+  {
+    std::string ignored[3];
+    if (node.NumberOfPoints > 0 || zylFindCoordinates(node, ignored))
+    {
+      return "";
+    }
+    if (reason.empty() && node.DataType == VTK_TABLE)
+    {
+      reason = "a table without coordinate columns (x, y, z) is no geometry";
+    }
+    else if (reason.empty() && node.NumberOfChildren == 0 && node.DataType != VTK_DATA_OBJECT &&
+      !zylSuitsFilters(node))
+    {
+      reason = "there is no geometry in a " + zylGetKind(node);
+    }
+  }
+  return reason.empty() ? "there are no points" : reason;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylGetKind(const Node& node)
+{
+  const char* name =
+    node.DataType < 0 ? nullptr : vtkDataObjectTypes::GetClassNameFromTypeId(node.DataType);
+  if (!name || std::string(name).compare(0, 3, "vtk") != 0)
+  {
+    return "";
+  }
+  const auto upper = [](char c) { return std::isupper(static_cast<unsigned char>(c)) != 0; };
+  std::string kind;
+  for (const char* c = name + 3; *c; ++c)
+  {
+    const bool starts = upper(c[0]) && (!upper(c[-1]) || (c[1] && !upper(c[1])));
+    kind += starts && !kind.empty() ? " " : "";
+    // Abbreviations keep their capitals.
+    kind += starts && !upper(c[1]) ? static_cast<char>(std::tolower(*c)) : *c;
+  }
+  return kind;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylBlocks zylFillBlockTree(zylMultiBlockTree* root, const std::vector<Node>& nodes)
+{
+  zylBlocks blocks;
+  root->ClearChildren();
+  root->SetParent(nullptr);
+  if (nodes.empty())
+  {
+    Fill(root, Node());
+    root->SetBlockIndex(0xFFFFFFFF);
+    root->SetBlockName("");
+  }
+  else
+  {
+    unsigned int counter = 0;
+    Build(root, nodes, counter);
+    Index(root, blocks);
+    blocks.NumberOfPoints = nodes[0].NumberOfPoints;
+    blocks.NumberOfCells = nodes[0].NumberOfCells;
+    std::copy(nodes[0].Bounds, nodes[0].Bounds + 6, blocks.Bounds);
+  }
+  root->Modified();
+  return blocks;
 }

@@ -1,6 +1,6 @@
 /// @file zylBlockTree.h
-/// The tree of blocks and its look-up tables, from the plain nodes that the server sends. Private
-/// to the library.
+/// What is known of blocks from the plain nodes that the server sends, and the tree made of them.
+/// Private to the library.
 #ifndef zylBlockTree_h
 #define zylBlockTree_h
 
@@ -14,18 +14,40 @@
 
 class zylMultiBlockTree;
 
-/// Fill `root` with `nodes`, which stand in pre-order; what hung below it before goes. Without
-/// nodes the root stays as it is, without children.
-ZYL_PRIVATE void zylBuildBlockTree(
-  zylMultiBlockTree* root, const std::vector<vtkZYLBlockInformation::Node>& nodes);
+/// Whether filters can take the node: null, a multiblock dataset, a block of pieces or a dataset.
+ZYL_PRIVATE bool zylSuitsFilters(const vtkZYLBlockInformation::Node& node);
 
-/// The nodes of a tree by name and by flat index.
-struct zylBlockMaps
+/// Give the nodes of a chain's output what the source's nodes say about their kind (type, rows and
+/// columns). `levelsAdded` levels were put on top of the source's; the names made up for them go.
+/// Without effect where the two do not have the same blocks.
+ZYL_PRIVATE void zylTakeKinds(std::vector<vtkZYLBlockInformation::Node>& nodes,
+  const std::vector<vtkZYLBlockInformation::Node>& source, unsigned int levelsAdded);
+
+/// Whether `node` is a table whose rows are points in space; then the names of the columns with
+/// their x, y and z.
+ZYL_PRIVATE bool zylFindCoordinates(const vtkZYLBlockInformation::Node& node, std::string names[3]);
+
+/// Why nothing of the source's nodes can be drawn; empty when something can.
+ZYL_PRIVATE std::string zylWhyNothingToDraw(
+  const std::vector<vtkZYLBlockInformation::Node>& source);
+
+/// The kind of data of a node in words: "unstructured grid", "table", ...; empty for null.
+ZYL_PRIVATE std::string zylGetKind(const vtkZYLBlockInformation::Node& node);
+
+/// What a tree holds, by name and by flat index, and in all.
+struct zylBlocks
 {
   std::map<std::string, unsigned int> ByName; ///< of equal names the last in breadth-first order
   std::map<std::string, std::vector<unsigned int>> LeavesByName; ///< all, in breadth-first order
   std::unordered_map<unsigned int, zylMultiBlockTree*> ByIndex;  ///< pieces included; borrowed
+  vtkTypeInt64 NumberOfPoints = 0;
+  vtkTypeInt64 NumberOfCells = 0;
+  double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
 };
-ZYL_PRIVATE zylBlockMaps zylMapBlocks(zylMultiBlockTree* root);
+
+/// Fill `root` with `nodes`, which stand in pre-order; what hung below it before goes. Without
+/// nodes it becomes what a new node is.
+ZYL_PRIVATE zylBlocks zylFillBlockTree(
+  zylMultiBlockTree* root, const std::vector<vtkZYLBlockInformation::Node>& nodes);
 
 #endif

@@ -10,6 +10,7 @@
 #include <vtkCompositeDataSet.h>
 #include <vtkDataSet.h>
 #include <vtkMultiBlockDataSet.h>
+#include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
 
@@ -18,6 +19,12 @@ int FirstCellType(vtkDataObject* object)
 {
   auto* data = vtkDataSet::SafeDownCast(object);
   return data && data->GetNumberOfCells() > 0 ? data->GetCellType(0) : -1;
+}
+
+int NumberOfProcesses(vtkSMSourceProxy* source)
+{
+  return zylIsAlive(source) ? source->GetSession()->GetNumberOfProcesses(vtkPVSession::DATA_SERVER)
+                            : 0;
 }
 
 vtkSmartPointer<vtkDataObject> FetchCells(
@@ -45,10 +52,17 @@ vtkSmartPointer<vtkDataObject> FetchCells(
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-int zylGetCellType(vtkSMSourceProxy* source, unsigned int block)
+int zylGetCellType(vtkSMSourceProxy* source, const std::vector<unsigned int>& blocks)
 {
-  const auto cells =
-    FetchCells(source, "CompositeDataIDSelectionSource", { static_cast<int>(block), 0, 0 });
+  std::vector<int> firstCells; // flat index, process, cell
+  for (const unsigned int block : blocks)
+  {
+    for (int process = 0; process < NumberOfProcesses(source); ++process)
+    {
+      firstCells.insert(firstCells.end(), { static_cast<int>(block), process, 0 });
+    }
+  }
+  const auto cells = FetchCells(source, "CompositeDataIDSelectionSource", firstCells);
   auto* composite = vtkCompositeDataSet::SafeDownCast(cells);
   if (!composite)
   {
@@ -70,7 +84,12 @@ int zylGetCellType(vtkSMSourceProxy* source, unsigned int block)
 std::vector<int> zylGetCellTypes(vtkSMSourceProxy* source)
 {
   std::vector<int> types;
-  const auto cells = FetchCells(source, "IDSelectionSource", { 0, 0 });
+  std::vector<int> firstCells; // process, cell
+  for (int process = 0; process < NumberOfProcesses(source); ++process)
+  {
+    firstCells.insert(firstCells.end(), { process, 0 });
+  }
+  const auto cells = FetchCells(source, "IDSelectionSource", firstCells);
   auto* blocks = vtkMultiBlockDataSet::SafeDownCast(cells);
   if (!blocks)
   {

@@ -10,8 +10,9 @@
 
 class vtkSMSourceProxy;
 
-/// VTK cell type of the first cell of the block with this flat index; -1 if there is none.
-ZYL_PRIVATE int zylGetCellType(vtkSMSourceProxy* source, unsigned int block);
+/// VTK cell type of the first cell found in the blocks and pieces with these flat indices; -1 if
+/// there is none, and for null.
+ZYL_PRIVATE int zylGetCellType(vtkSMSourceProxy* source, const std::vector<unsigned int>& blocks);
 
 /// The same for all blocks in one request, by flat index of the fetched data.
 ZYL_PRIVATE std::vector<int> zylGetCellTypes(vtkSMSourceProxy* source);

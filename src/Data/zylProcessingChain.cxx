@@ -1,32 +1,44 @@
 #include "Data/zylProcessingChain.h"
 
+#include "Data/zylBlockTree.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "ParaView/zylSession.h"
 #include "zylPropertyCollection.h"
 
-#include <vtkCompositeDataSet.h>
-#include <vtkDataObjectTypes.h>
-#include <vtkSMOutputPort.h>
+#include <algorithm>
+#include <cmath>
+#include <string>
+
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
 
 namespace {
-bool IsComposite(vtkSMSourceProxy* source)
+using Nodes = std::vector<vtkZYLBlockInformation::Node>;
+
+// The flat indices of all leaves that are datasets.
+std::vector<int> DataSetLeaves(const Nodes& nodes)
 {
-  const char* name = source->GetOutputPort(0u)->GetDataClassName();
-  const auto object =
-    vtkSmartPointer<vtkDataObject>::Take(name ? vtkDataObjectTypes::NewDataObject(name) : nullptr);
-  return vtkCompositeDataSet::SafeDownCast(object) != nullptr;
+  std::vector<int> leaves;
+  for (std::size_t i = 0; i < nodes.size(); ++i)
+  {
+    if (nodes[i].NumberOfChildren == 0 && zylParaView::IsDataSetType(nodes[i].DataType))
+    {
+      leaves.push_back(static_cast<int>(i));
+    }
+  }
+  return leaves;
 }
+
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
 vtkSMSourceProxy* zylProcessingChain::Stage(
   vtkSmartPointer<vtkSMSourceProxy>& stage, const char* name, vtkSMSourceProxy* input)
 {
-  if (!zylIsAlive(stage)) // none yet, or of a session that has ended
+  // None yet, or of a session that has ended, or of another kind.
+  if (!zylIsAlive(stage) || std::string(name) != stage->GetXMLName())
   {
     stage = zylProxyBuilder(input->GetSessionProxyManager(), "filters", name)
               .Input(input)
@@ -37,23 +49,44 @@ vtkSMSourceProxy* zylProcessingChain::Stage(
 }
 
 //--------------------------------------------------------------------------------------------------
+bool zylProcessingChain::HasTimeSteps(vtkSMSourceProxy* source)
+{
+  vtkSMProperty* steps = source->GetProperty("TimestepValues");
+  return steps && vtkSMPropertyHelper(steps).GetNumberOfElements() > 0;
+}
+
+//--------------------------------------------------------------------------------------------------
 bool zylProcessingChain::Connect(
-  vtkSMSourceProxy* source, zylPropertyCollection* settings, double time, double frozenTime)
+  vtkSMSourceProxy* source, zylPropertyCollection* settings, const Times& times)
 {
   vtkSMSourceProxy* current = this->Stage(this->ForceTimeProxy, "ForceTime", source);
   if (!current)
   {
     return false;
   }
-  vtkSMPropertyHelper(current, "IgnorePipelineTime").Set(settings->GetBool("FreezeTime") ? 1 : 0);
-  vtkSMPropertyHelper(current, "ForcedTime").Set(frozenTime);
+  const bool frozen = settings->GetBool("FreezeTime");
+  vtkSMPropertyHelper(current, "IgnorePipelineTime").Set(frozen ? 1 : 0);
+  vtkSMPropertyHelper(current, "ForcedTime").Set(times.Frozen);
   current->UpdateVTKObjects();
-
-  current->UpdatePipeline(time); // the type of its output is known only then
-  if (!IsComposite(current))
+  this->RequestTime = times.Shown;
+  if (!frozen && times.Active != times.Shown && HasTimeSteps(source))
   {
-    current = this->Stage(this->GroupDataSetsProxy, "GroupDataSets", current);
+    // Asked at the time at which consumers will ask, nothing executes again for them.
+    this->RequestTime = times.Active;
+    current = this->HoldStep(current, source, times.Shown);
+    if (!current)
+    {
+      return false;
+    }
   }
+  current->UpdatePipeline(this->RequestTime); // the type of its output is known only then
+  this->SourceBlocks = zylParaView::GetBlockTypes(current);
+  if (!zylIsAlive(current))
+  {
+    return false;
+  }
+  current = this->MakeMultiBlock(current);
+  this->BlockSource = current;
   if (current && settings->GetBool("ThresholdDataSet"))
   {
     current = this->Stage(this->ThresholdProxy, "Threshold", current);
@@ -83,6 +116,104 @@ bool zylProcessingChain::Connect(
 }
 
 //--------------------------------------------------------------------------------------------------
+void zylProcessingChain::Execute()
+{
+  this->PassThroughProxy->UpdatePipeline(this->RequestTime);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMSourceProxy* zylProcessingChain::HoldStep(
+  vtkSMSourceProxy* data, vtkSMSourceProxy* source, double step)
+{
+  vtkSMSourceProxy* hold = this->Stage(this->HoldProxy, "ExtractTimeSteps", data);
+  if (hold)
+  {
+    source->UpdatePropertyInformation();
+    const auto steps = vtkSMPropertyHelper(source, "TimestepValues").GetDoubleArray();
+    const auto nearest = std::min_element(steps.begin(), steps.end(),
+      [step](double a, double b) { return std::abs(a - step) < std::abs(b - step); });
+    const int index = static_cast<int>(nearest - steps.begin());
+    vtkSMPropertyHelper(hold, "TimeStepIndices").Set(&index, 1);
+    hold->UpdateVTKObjects();
+  }
+  return hold;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMSourceProxy* zylProcessingChain::MakeMultiBlock(vtkSMSourceProxy* data)
+{
+  const Nodes& blocks = this->SourceBlocks;
+  const int type = blocks.empty() ? -1 : blocks.front().DataType;
+  const bool tree = type == VTK_MULTIBLOCK_DATA_SET || type == VTK_PARTITIONED_DATA_SET_COLLECTION;
+  const bool amr = type == VTK_OVERLAPPING_AMR || type == VTK_NON_OVERLAPPING_AMR;
+  this->LevelsAdded = tree || amr ? 0 : 1;
+  this->Problem.clear();
+  if (zylParaView::IsDataSetType(type))
+  {
+    return this->Stage(this->GroupDataSetsProxy, "GroupDataSets", data);
+  }
+  if (type == VTK_MULTIBLOCK_DATA_SET && std::all_of(blocks.begin(), blocks.end(), zylSuitsFilters))
+  {
+    return data;
+  }
+  return zylParaView::HasServerPlugin(data->GetSession())
+    ? this->Stage(this->ConversionProxy, "ZYLConvertToMultiBlock", data)
+    : this->ConvertWithoutPlugin(data, type);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMSourceProxy* zylProcessingChain::ConvertWithoutPlugin(vtkSMSourceProxy* data, int type)
+{
+  if (type == VTK_OVERLAPPING_AMR)
+  {
+    return this->Stage(this->ConversionProxy, "AMRToMultiBlock", data);
+  }
+  if (type == VTK_TABLE)
+  {
+    std::string coordinates[3];
+    if (zylFindCoordinates(this->SourceBlocks.front(), coordinates))
+    {
+      vtkSMSourceProxy* points = this->Stage(this->ConversionProxy, "TableToPolyData", data);
+      const char* const names[] = { "XColumn", "YColumn", "ZColumn" };
+      for (int axis = 0; points && axis < 3; ++axis)
+      {
+        vtkSMPropertyHelper(points, names[axis]).Set(coordinates[axis].c_str());
+        points->UpdateVTKObjects();
+      }
+      return points ? this->Stage(this->GroupDataSetsProxy, "GroupDataSets", points) : nullptr;
+    }
+  }
+  else if (type == VTK_MULTIBLOCK_DATA_SET)
+  {
+    return this->Extract(data, DataSetLeaves(this->SourceBlocks));
+  }
+  else if (vtkSMSourceProxy* converted =
+             this->Stage(this->ConversionProxy, "ConvertToMultiBlock", data))
+  {
+    return converted;
+  }
+  this->Problem = "the server lacks the plugin VTKExtensions";
+  data = this->Stage(this->GroupDataSetsProxy, "GroupDataSets", data);
+  return data ? this->Extract(data, {}) : nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMSourceProxy* zylProcessingChain::Extract(
+  vtkSMSourceProxy* data, const std::vector<int>& blocks)
+{
+  vtkSMSourceProxy* extract = this->Stage(this->ExtractProxy, "ExtractBlock", data);
+  if (extract)
+  {
+    vtkSMPropertyHelper indices(extract, "BlockIndices");
+    indices.SetNumberOfElements(static_cast<unsigned int>(blocks.size()));
+    indices.Set(blocks.data(), static_cast<unsigned int>(blocks.size()));
+    vtkSMPropertyHelper(extract, "PruneOutput").Set(0);
+    extract->UpdateVTKObjects();
+  }
+  return extract;
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylProcessingChain::Clear()
 {
   this->PassThroughProxy = nullptr;
@@ -90,5 +221,10 @@ void zylProcessingChain::Clear()
   this->RedistributeProxy = nullptr;
   this->ThresholdProxy = nullptr;
   this->GroupDataSetsProxy = nullptr;
+  this->ConversionProxy = nullptr;
+  this->ExtractProxy = nullptr;
+  this->HoldProxy = nullptr;
   this->ForceTimeProxy = nullptr;
+  this->BlockSource = nullptr;
+  this->SourceBlocks.clear();
 }

@@ -13,6 +13,8 @@
 #include <vtkAlgorithm.h>
 #include <vtkCompositeDataIterator.h>
 #include <vtkCompositeDataSet.h>
+#include <vtkDataObjectTypes.h>
+#include <vtkDataSet.h>
 #include <vtkInitializationHelper.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
@@ -78,9 +80,18 @@ std::vector<vtkZYLBlockInformation::Array> DescribeArrays(vtkPVDataSetAttributes
   return arrays;
 }
 
+int TypeOf(vtkPVDataInformation* info)
+{
+  return info->GetCompositeDataSetType() > 0 ? info->GetCompositeDataSetType()
+                                             : info->GetDataSetType();
+}
+
 void Describe(vtkPVDataInformation* info, BlockNode& node)
 {
   node.HasData = true;
+  node.DataType = TypeOf(info);
+  node.NumberOfRows = info->GetNumberOfRows();
+  node.RowArrays = DescribeArrays(info->GetRowDataInformation());
   node.NumberOfPoints = info->GetNumberOfPoints();
   node.NumberOfCells = info->GetNumberOfCells();
   info->GetBounds(node.Bounds);
@@ -119,6 +130,11 @@ std::vector<BlockNode> AskParaView(vtkSMSourceProxy* source)
   std::vector<BlockNode> nodes;
   Walk(source->GetDataInformation(0), -1, false, nodes);
   return nodes;
+}
+
+std::vector<BlockNode> AskParaViewForTypes(vtkSMSourceProxy* source)
+{
+  return AskParaView(source);
 }
 
 #else
@@ -166,6 +182,20 @@ std::vector<BlockNode> AskParaView(vtkSMSourceProxy* source)
     nodes.emplace_back();
   }
   Describe(info, nodes[0]); // the root carries what all blocks have together
+  return nodes;
+}
+
+std::vector<BlockNode> AskParaViewForTypes(vtkSMSourceProxy* source)
+{
+  vtkPVDataInformation* info = source->GetDataInformation(0);
+  const std::vector<int>& types = info->GetUniqueBlockTypes();
+  if (TypeOf(info) == VTK_MULTIBLOCK_DATA_SET &&
+    !std::all_of(types.begin(), types.end(), zylParaView::IsDataSetType))
+  {
+    return AskParaView(source); // block by block
+  }
+  std::vector<BlockNode> nodes(1);
+  Describe(info, nodes[0]);
   return nodes;
 }
 
@@ -382,12 +412,21 @@ void AdaptThreads(vtkSMSourceProxy* source)
 int GetOutputDataType(vtkSMSourceProxy* source)
 {
   vtkPVDataInformation* data = zylIsAlive(source) ? source->GetDataInformation(0) : nullptr;
-  if (!data)
+  return data ? TypeOf(data) : -1;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool IsDataSetType(int type)
+{
+  static std::unordered_map<int, bool> known;
+  const auto found = known.emplace(type, false);
+  if (found.second)
   {
-    return -1;
+    const auto object =
+      vtkSmartPointer<vtkDataObject>::Take(vtkDataObjectTypes::NewDataObject(type));
+    found.first->second = vtkDataSet::SafeDownCast(object) != nullptr;
   }
-  return data->GetCompositeDataSetType() > 0 ? data->GetCompositeDataSetType()
-                                             : data->GetDataSetType();
+  return found.first->second;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -404,6 +443,23 @@ std::vector<vtkZYLBlockInformation::Node> GetBlocks(vtkSMSourceProxy* source)
     return info->GetNodes();
   }
   return AskParaView(source);
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<vtkZYLBlockInformation::Node> GetBlockTypes(vtkSMSourceProxy* source)
+{
+  if (!zylIsAlive(source))
+  {
+    return {};
+  }
+  if (HasServerPlugin(source->GetSession()))
+  {
+    vtkNew<vtkZYLBlockInformation> info;
+    info->SetDescribeArrays(false);
+    source->GatherInformation(info);
+    return info->GetNodes();
+  }
+  return AskParaViewForTypes(source);
 }
 
 //--------------------------------------------------------------------------------------------------

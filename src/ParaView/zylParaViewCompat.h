@@ -36,11 +36,19 @@ ZYL_PRIVATE void AdaptThreads(vtkSMSourceProxy* source);
 /// nothing is known.
 ZYL_PRIVATE int GetOutputDataType(vtkSMSourceProxy* source);
 
+/// Whether a data object of this type (VTK_TABLE, ...) is a dataset: points and cells.
+ZYL_PRIVATE bool IsDataSetType(int type);
+
 /// All blocks of the output of `source`, in flat order, with names, arrays, ranges, bounds and
 /// sizes: one round trip. On a server without the library's plugin ParaView's own information is
 /// used, which 5.11 has to ask for block by block. Empty when the source has no output or cannot be
 /// used any more.
 ZYL_PRIVATE std::vector<vtkZYLBlockInformation::Node> GetBlocks(vtkSMSourceProxy* source);
+
+/// What kind of data the output of `source` is, in one round trip that looks at no values: the
+/// nodes in flat order with type and sizes, without point and cell arrays. On a server without the
+/// library's plugin the root stands alone when all leaves are datasets, and for AMR data.
+ZYL_PRIVATE std::vector<vtkZYLBlockInformation::Node> GetBlockTypes(vtkSMSourceProxy* source);
 
 /// Whether the server of the session (this process in a built-in one) has the library's plugin.
 ZYL_PRIVATE bool HasServerPlugin(vtkSMSession* session);

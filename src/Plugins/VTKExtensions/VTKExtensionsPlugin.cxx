@@ -15,6 +15,7 @@
 extern void vtkAMRExtractLabeledBlocks_Init(vtkClientServerInterpreter*);
 extern void vtkZYLBlockInformation_Init(vtkClientServerInterpreter*);
 extern void vtkZYLContourFilter_Init(vtkClientServerInterpreter*);
+extern void vtkZYLConvertToMultiBlock_Init(vtkClientServerInterpreter*);
 extern void vtkZYLCrinkleCutter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLPlaneCutter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLUniformCells_Init(vtkClientServerInterpreter*);
@@ -60,6 +61,7 @@ extern "C" void ZYLFiltersCS_Initialize(vtkClientServerInterpreter* interpreter)
   vtkAMRExtractLabeledBlocks_Init(interpreter);
   vtkZYLBlockInformation_Init(interpreter);
   vtkZYLContourFilter_Init(interpreter);
+  vtkZYLConvertToMultiBlock_Init(interpreter);
   vtkZYLCrinkleCutter_Init(interpreter);
   vtkZYLPlaneCutter_Init(interpreter);
   vtkZYLUniformCells_Init(interpreter);

@@ -23,6 +23,7 @@
 #include <vtkObjectFactory.h>
 #include <vtkPartitionedDataSet.h>
 #include <vtkSmartPointer.h>
+#include <vtkTable.h>
 #include <vtkUniformGrid.h>
 #include <vtkUniformGridAMR.h>
 
@@ -77,7 +78,7 @@ std::vector<double> EmptyRanges(int components)
 Array Describe(vtkAbstractArray* source)
 {
   Array array;
-  array.Name = source->GetName();
+  array.Name = source->GetName() ? source->GetName() : "";
   array.NumberOfComponents = source->GetNumberOfComponents();
   array.Ranges = EmptyRanges(array.NumberOfComponents);
   auto* numbers = vtkDataArray::SafeDownCast(source);
@@ -121,12 +122,31 @@ std::vector<Array> DescribeAttributes(vtkDataObject* data, int association)
   return arrays;
 }
 
-void DescribeLeaf(vtkDataObject* data, Node& node)
+std::vector<Array> DescribeColumns(vtkTable* table)
+{
+  std::vector<Array> columns;
+  for (vtkIdType i = 0; i < table->GetNumberOfColumns(); ++i)
+  {
+    vtkAbstractArray* column = table->GetColumn(i);
+    columns.push_back(Describe(column));
+  }
+  return columns;
+}
+
+void DescribeLeaf(vtkDataObject* data, bool arrays, Node& node)
 {
   node.NumberOfPoints = data->GetNumberOfElements(vtkDataObject::POINT);
   node.NumberOfCells = data->GetNumberOfElements(vtkDataObject::CELL);
-  node.PointArrays = DescribeAttributes(data, vtkDataObject::POINT);
-  node.CellArrays = DescribeAttributes(data, vtkDataObject::CELL);
+  if (arrays)
+  {
+    node.PointArrays = DescribeAttributes(data, vtkDataObject::POINT);
+    node.CellArrays = DescribeAttributes(data, vtkDataObject::CELL);
+  }
+  if (auto* table = vtkTable::SafeDownCast(data))
+  {
+    node.NumberOfRows = table->GetNumberOfRows();
+    node.RowArrays = DescribeColumns(table);
+  }
   double bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
   if (auto* dataSet = vtkDataSet::SafeDownCast(data))
   {
@@ -192,6 +212,8 @@ void UniteArrays(std::vector<Array>& arrays, const std::vector<Array>& others)
 void UniteContent(Node& node, const Node& other)
 {
   node.HasData = node.HasData || other.HasData;
+  node.DataType = node.DataType < 0 ? other.DataType : node.DataType;
+  node.NumberOfRows += other.NumberOfRows;
   node.NumberOfPoints += other.NumberOfPoints;
   node.NumberOfCells += other.NumberOfCells;
   for (int i = 0; i < 6; i += 2)
@@ -200,11 +222,22 @@ void UniteContent(Node& node, const Node& other)
   }
   UniteArrays(node.PointArrays, other.PointArrays);
   UniteArrays(node.CellArrays, other.CellArrays);
+  if (node.RowArrays.empty())
+  {
+    node.RowArrays = other.RowArrays;
+  }
 }
 
-int AddNode(NodeList& nodes, int parent, vtkDataObject* data, const char* name, bool isPiece);
+// What is collected, and whether with the arrays.
+struct Collected
+{
+  NodeList& Nodes;
+  bool Arrays;
+};
 
-void AddTreeChildren(NodeList& nodes, int index, vtkDataObjectTree* tree)
+int AddNode(const Collected& all, int parent, vtkDataObject* data, const char* name, bool isPiece);
+
+void AddTreeChildren(const Collected& all, int index, vtkDataObjectTree* tree)
 {
   const bool pieces = vtkPartitionedDataSet::SafeDownCast(tree) != nullptr;
   auto iterator = vtkSmartPointer<vtkDataObjectTreeIterator>::Take(tree->NewTreeIterator());
@@ -218,48 +251,51 @@ void AddTreeChildren(NodeList& nodes, int index, vtkDataObjectTree* tree)
     const char* name = meta && meta->Has(vtkCompositeDataSet::NAME())
       ? meta->Get(vtkCompositeDataSet::NAME())
       : nullptr;
-    AddNode(nodes, index, iterator->GetCurrentDataObject(), name, pieces);
+    AddNode(all, index, iterator->GetCurrentDataObject(), name, pieces);
   }
 }
 
-void AddLevels(NodeList& nodes, int index, vtkUniformGridAMR* amr)
+void AddLevels(const Collected& all, int index, vtkUniformGridAMR* amr)
 {
   for (unsigned int level = 0; level < amr->GetNumberOfLevels(); ++level)
   {
     const std::string name = "Level " + std::to_string(level);
-    const int at = AddNode(nodes, index, nullptr, name.c_str(), false);
-    nodes[at].HasData = true;
+    const int at = AddNode(all, index, nullptr, name.c_str(), false);
+    all.Nodes[at].HasData = true;
+    all.Nodes[at].DataType = VTK_MULTIPIECE_DATA_SET;
     for (unsigned int i = 0; i < amr->GetNumberOfDataSets(level); ++i)
     {
-      AddNode(nodes, at, amr->GetDataSet(level, i), nullptr, true);
+      AddNode(all, at, amr->GetDataSet(level, i), nullptr, true);
     }
   }
 }
 
 // Appends the node and all below it; the returned flat index is that of the node.
-int AddNode(NodeList& nodes, int parent, vtkDataObject* data, const char* name, bool isPiece)
+int AddNode(const Collected& all, int parent, vtkDataObject* data, const char* name, bool isPiece)
 {
+  NodeList& nodes = all.Nodes;
   const int index = static_cast<int>(nodes.size());
   nodes.emplace_back();
   nodes[index].Name = name ? name : "";
   nodes[index].Parent = parent;
   nodes[index].IsPiece = isPiece;
   nodes[index].HasData = data != nullptr;
+  nodes[index].DataType = data ? data->GetDataObjectType() : -1;
   if (parent >= 0)
   {
     ++nodes[parent].NumberOfChildren;
   }
   if (auto* tree = vtkDataObjectTree::SafeDownCast(data))
   {
-    AddTreeChildren(nodes, index, tree);
+    AddTreeChildren(all, index, tree);
   }
   else if (auto* amr = vtkUniformGridAMR::SafeDownCast(data))
   {
-    AddLevels(nodes, index, amr);
+    AddLevels(all, index, amr);
   }
   else if (data)
   {
-    DescribeLeaf(data, nodes[index]);
+    DescribeLeaf(data, all.Arrays, nodes[index]);
   }
   return index;
 }
@@ -272,8 +308,12 @@ void UniteUpwards(NodeList& nodes)
     const Node& node = nodes[i];
     Node& parent = nodes[node.Parent];
     const bool hadData = parent.HasData;
+    const int type = parent.DataType;
     UniteContent(parent, node);
     parent.HasData = hadData;
+    parent.DataType = type;
+    parent.NumberOfRows = 0;
+    parent.RowArrays.clear();
   }
 }
 
@@ -332,9 +372,9 @@ public:
   {
     this->Out.Ints.insert(this->Out.Ints.end(),
       { this->Text(node.Name), node.Parent, node.NumberOfChildren, node.IsPiece, node.HasData,
-        node.NumberOfPoints, node.NumberOfCells });
+        node.NumberOfPoints, node.NumberOfCells, node.DataType, node.NumberOfRows });
     this->Out.Doubles.insert(this->Out.Doubles.end(), node.Bounds, node.Bounds + 6);
-    for (const auto* arrays : { &node.PointArrays, &node.CellArrays })
+    for (const auto* arrays : { &node.PointArrays, &node.CellArrays, &node.RowArrays })
     {
       this->Out.Ints.push_back(static_cast<vtkTypeInt64>(arrays->size()));
       for (const Array& array : *arrays)
@@ -382,8 +422,10 @@ public:
     node.HasData = this->Int(0, 1) != 0;
     node.NumberOfPoints = this->Int(0, std::numeric_limits<vtkTypeInt64>::max());
     node.NumberOfCells = this->Int(0, std::numeric_limits<vtkTypeInt64>::max());
+    node.DataType = static_cast<int>(this->Int(-1, std::numeric_limits<int>::max()));
+    node.NumberOfRows = this->Int(0, std::numeric_limits<vtkTypeInt64>::max());
     this->Reals(node.Bounds, 6);
-    for (auto* arrays : { &node.PointArrays, &node.CellArrays })
+    for (auto* arrays : { &node.PointArrays, &node.CellArrays, &node.RowArrays })
     {
       vtkTypeInt64 count = this->Int(0, std::numeric_limits<int>::max());
       for (; count > 0 && this->Fine; --count)
@@ -489,6 +531,7 @@ void vtkZYLBlockInformation::PrintSelf(ostream& os, vtkIndent indent)
 {
   this->Superclass::PrintSelf(os, indent);
   os << indent << "PortNumber: " << this->PortNumber << "\n";
+  os << indent << "DescribeArrays: " << this->DescribeArrays << "\n";
   os << indent << "IsComposite: " << this->IsComposite << "\n";
   os << indent << "Nodes: " << this->Nodes.size() << "\n";
 }
@@ -520,7 +563,7 @@ void vtkZYLBlockInformation::CopyFromObject(vtkObject* object)
 void vtkZYLBlockInformation::CopyFromDataObject(vtkDataObject* data)
 {
   this->IsComposite = vtkCompositeDataSet::SafeDownCast(data) != nullptr;
-  AddNode(this->Nodes, -1, data, nullptr, false);
+  AddNode({ this->Nodes, this->DescribeArrays }, -1, data, nullptr, false);
   UniteUpwards(this->Nodes);
 }
 
@@ -604,14 +647,16 @@ void vtkZYLBlockInformation::CopyFromStream(const vtkClientServerStream* stream)
 //--------------------------------------------------------------------------------------------------
 void vtkZYLBlockInformation::CopyParametersToStream(vtkMultiProcessStream& stream)
 {
-  stream << Magic << this->PortNumber;
+  stream << Magic << this->PortNumber << static_cast<int>(this->DescribeArrays);
 }
 
 //--------------------------------------------------------------------------------------------------
 void vtkZYLBlockInformation::CopyParametersFromStream(vtkMultiProcessStream& stream)
 {
   int magic = 0;
-  stream >> magic >> this->PortNumber;
+  int arrays = 1;
+  stream >> magic >> this->PortNumber >> arrays;
+  this->DescribeArrays = arrays != 0;
   if (magic != Magic)
   {
     vtkErrorMacro("Magic number mismatch.");

@@ -17,7 +17,8 @@
  * What is listed follows ParaView's data information: arrays sorted by name without regard to case,
  * unnamed arrays and "vtkOriginalCellIds"/"vtkOriginalPointIds" left out, no arrays where there are
  * no points (cells); component ranges as the arrays report them (ghost and blanked elements
- * included). An inner node carries the union of what its children have.
+ * included). An inner node carries the union of what its children have; the columns of tables stay
+ * with their block.
  *
  * Gather it from the source proxy, not from its output port.
  */
@@ -58,11 +59,14 @@ public:
     int NumberOfChildren = 0; ///< direct children, pieces included
     bool IsPiece = false;     ///< a piece of a multi-piece dataset, or a box of an AMR level
     bool HasData = false;     ///< false for a null block
+    int DataType = -1;        ///< the toolkit's number of its class (VTK_TABLE, ...); -1 for null
     vtkTypeInt64 NumberOfPoints = 0;
     vtkTypeInt64 NumberOfCells = 0;
     double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< inverted when there is nothing
     std::vector<Array> PointArrays;
     std::vector<Array> CellArrays;
+    vtkTypeInt64 NumberOfRows = 0; ///< of a table, and its columns:
+    std::vector<Array> RowArrays;
   };
 
   /// All nodes; the index is the flat index. Empty when the source has no output (not updated).
@@ -81,6 +85,13 @@ public:
   /// Output port to look at, 0 by default. Set it before gathering.
   vtkSetMacro(PortNumber, int);
   vtkGetMacro(PortNumber, int);
+
+  ///@{
+  /// Whether point and cell arrays are described (default). Looking through the values of all
+  /// arrays for their ranges is what takes time. Set it before gathering.
+  vtkSetMacro(DescribeArrays, bool);
+  vtkGetMacro(DescribeArrays, bool);
+  ///@}
 
   ///@{
   /// Called while gathering.
@@ -107,6 +118,7 @@ private:
 #endif
   bool IsComposite = false;
   int PortNumber = 0;
+  bool DescribeArrays = true;
 };
 
 #endif
