@@ -17,4 +17,7 @@ void zylFuzzParts(const std::uint8_t* data, std::size_t size);
 /// is given to the toolkit's reader.
 void zylFuzzPlotfile(const std::uint8_t* data, std::size_t size);
 
+/// Saved settings: any text, read into a collection that has some.
+void zylFuzzSettings(const std::uint8_t* data, std::size_t size);
+
 #endif

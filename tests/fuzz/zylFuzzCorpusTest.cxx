@@ -45,3 +45,8 @@ TEST(FuzzCorpus, Plotfile)
 {
   EXPECT_GT(Feed("plotfile", &zylFuzzPlotfile), 5);
 }
+
+TEST(FuzzCorpus, Settings)
+{
+  EXPECT_GT(Feed("settings", &zylFuzzSettings), 10);
+}
