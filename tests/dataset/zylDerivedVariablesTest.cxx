@@ -154,7 +154,8 @@ TEST(zylDerivedVariables, FollowNewDataAndSessionsOfPython)
 
 TEST(zylDerivedVariables, AreComputedThreeDeep)
 {
-  auto data = MakeData({ "Wall Distance", "p/rho", "a'b\"c\\d", "inputs", "lambda", "Öl" }, 3);
+  auto data =
+    MakeData({ "Wall Distance", "p/rho", "a'b\"c\\d", "inputs", "lambda", "Öl", "\xff\xfe" }, 3);
   data->DefineDerivedPointVariable("one", "2 * pressure");
   data->DefineDerivedPointVariable("two", "one + mag(velocity)");
   data->DefineDerivedPointVariable("three", "two * one");
