@@ -6,6 +6,7 @@
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
+#include "zylTimeController.h"
 
 #include <algorithm>
 #include <cmath>
@@ -180,6 +181,8 @@ std::vector<int> zylFieldHistogram::GetBins()
   {
     return bins;
   }
+  zylUpdatePipeline(
+    this->Histogram, zylTimeController::GetInstance()->GetActiveTime(), this->ExecutedTime);
   const auto fetched = zylCore::Fetch(this->Histogram, "");
   auto* table = vtkTable::SafeDownCast(fetched);
   vtkDataArray* counts = table ? table->GetRowData()->GetArray("bin_values") : nullptr;

@@ -76,6 +76,7 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> ScriptFilter; // of a derived variable, once there was one
   vtkSmartPointer<vtkSMSourceProxy> Histogram;
   vtkSmartPointer<zylPropertyCollection> Properties;
+  double ExecutedTime = 0.0;
 };
 
 #endif
