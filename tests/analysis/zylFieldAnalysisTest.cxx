@@ -23,6 +23,7 @@
 #include <vtkNew.h>
 #include <vtkPointData.h>
 #include <vtkPolyData.h>
+#include <vtkTable.h>
 #include <vtkUnstructuredGrid.h>
 
 namespace {
@@ -471,6 +472,11 @@ TEST(zylFieldAnalysis, FollowsTheDataset)
 
 TEST(zylFieldAnalysis, CopesWithOddBlocks)
 {
+  vtkNew<vtkTable> table; // of no coordinates
+  vtkNew<vtkDoubleArray> column;
+  column->SetName("residual");
+  column->InsertNextValue(1.0);
+  table->AddColumn(column);
   vtkNew<vtkPolyData> nothing;
   vtkNew<vtkPolyData> points; // without cells
   points->ShallowCopy(zylSolids::MakeRectangle());
@@ -478,7 +484,8 @@ TEST(zylFieldAnalysis, CopesWithOddBlocks)
   auto partial = zylSolids::MakeBox(2, 1.0);
   partial->GetPointData()->RemoveArray("xx");
   for (const auto& blocks : { Blocks({ zylSolids::MakeBox(2), nullptr, nothing, partial }),
-         Blocks({ zylSolids::MakeBox(2), points, partial }), Blocks({ points }) })
+         Blocks({ zylSolids::MakeBox(2), points, partial }), Blocks({ points }),
+         Blocks({ zylSolids::MakeBox(2), table, partial }), Blocks({ table }) })
   {
     const bool solid = blocks->GetNumberOfBlocks() > 1;
     auto data = Load(blocks);
