@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <regex>
+#include <vector>
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -15,7 +16,9 @@
 #include <vtkAbstractArray.h>
 #include <vtkClientSocket.h>
 #include <vtkLogger.h>
+#include <vtkMultiProcessStream.h>
 #include <vtkObjectFactory.h>
+#include <vtkPVSessionServer.h>
 #include <vtkSocketController.h>
 
 vtkStandardNewMacro(zylServerConnection);
@@ -43,6 +46,30 @@ void ProbeTheMachine(int descriptor)
   set(IPPROTO_TCP, TCP_KEEPINTVL, 5);
   set(IPPROTO_TCP, TCP_KEEPCNT, 4);
   set(IPPROTO_TCP, TCP_USER_TIMEOUT, 30000);
+}
+
+// The state of an object, which ParaView reads whether it has come or not: an empty one, in two
+// messages, length and content. Zero for anything else.
+int AnswerPull(void* data, vtkIdType length, int type, int tag)
+{
+  if (tag != vtkPVSessionServer::REPLY_PULL)
+  {
+    return 0;
+  }
+  vtkMultiProcessStream answer;
+  answer << std::string();
+  std::vector<unsigned char> raw;
+  answer.GetRawData(raw);
+  if (length == 1 && vtkAbstractArray::GetDataTypeSize(type) == sizeof(unsigned int))
+  {
+    const auto size = static_cast<unsigned int>(raw.size());
+    std::memcpy(data, &size, sizeof(size));
+  }
+  else
+  {
+    std::memcpy(data, raw.data(), std::min(raw.size(), static_cast<std::size_t>(length)));
+  }
+  return 1;
 }
 
 tcp_info Look(int descriptor)
@@ -210,6 +237,7 @@ int zylServerConnection::ReceiveVoidArray(
     this->Count = 0;
     const int size = vtkAbstractArray::GetDataTypeSize(type);
     std::memset(data, 0, static_cast<std::size_t>(length) * static_cast<std::size_t>(size));
+    received = AnswerPull(data, length, type, tag);
   }
   return received;
 }

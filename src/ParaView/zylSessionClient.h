@@ -28,11 +28,6 @@ public:
   /// Whether the server is there. The first time that it is not an error is logged.
   bool IsConnected();
 
-  void PushState(vtkSMMessage* message) override;
-  void PullState(vtkSMMessage* message) override;
-  void ExecuteStream(vtkTypeUInt32 location, const vtkClientServerStream& stream,
-    bool ignoreErrors = false) override;
-  const vtkClientServerStream& GetLastResult(vtkTypeUInt32 location) override;
   bool GatherInformation(
     vtkTypeUInt32 location, vtkPVInformation* information, vtkTypeUInt32 globalId) override;
 
@@ -41,8 +36,6 @@ protected:
   ~zylSessionClient() override;
 
   void Initialize() override;
-  void UnRegisterSIObject(vtkSMMessage* message) override;
-  void RegisterSIObject(vtkSMMessage* message) override;
   bool OnWrongTagEvent(vtkObject* caller, unsigned long event, void* data) override;
 
 private:
