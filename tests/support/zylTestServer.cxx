@@ -84,7 +84,7 @@ zylTestServer::~zylTestServer()
 {
   for (int i = 0; i < 100; ++i)
   {
-    if (waitpid(this->Process, nullptr, WNOHANG) != 0)
+    if (this->Process <= 0 || waitpid(this->Process, nullptr, WNOHANG) != 0)
     {
       return;
     }
@@ -100,8 +100,21 @@ std::string zylTestServer::GetUrl() const
 }
 
 //--------------------------------------------------------------------------------------------------
+void zylTestServer::Stop()
+{
+  if (this->Process > 0)
+  {
+    kill(-this->Process, SIGSTOP);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylTestServer::Kill()
 {
-  kill(-this->Process, SIGKILL);
-  waitpid(this->Process, nullptr, 0);
+  const pid_t process = this->Process.exchange(-1);
+  if (process > 0)
+  {
+    kill(-process, SIGKILL);
+    waitpid(process, nullptr, 0);
+  }
 }

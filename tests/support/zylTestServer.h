@@ -7,6 +7,7 @@
 #ifndef zylTestServer_h
 #define zylTestServer_h
 
+#include <atomic>
 #include <string>
 
 #include <sys/types.h>
@@ -26,12 +27,18 @@ public:
   /// For zylCore::Connect().
   std::string GetUrl() const;
 
-  /// End all its processes at once, as if the machine had gone.
+  int GetPort() const { return this->Port; }
+
+  /// End all its processes at once, as if the machine had gone. From any thread, any number of
+  /// times.
   void Kill();
+
+  /// Let all its processes stand still: it hangs. Kill() ends them all the same.
+  void Stop();
 
 private:
   int Port;
-  pid_t Process;
+  std::atomic<pid_t> Process; // -1 when it was killed
 };
 
 #endif

@@ -1,0 +1,192 @@
+// A server that dies or hangs, and a network that goes, at any moment of a host's work: the host
+// goes on.
+#include "zylBoundaryRepresentation.h"
+#include "zylCore.h"
+#include "zylDataSet.h"
+#include "zylHostTest.h"
+#include "zylPropertyCollection.h"
+#include "zylTestData.h"
+#include "zylTestLog.h"
+#include "zylTestRelay.h"
+#include "zylTestServer.h"
+#include "zylTimeController.h"
+#include "zylView.h"
+
+#include <fstream>
+
+#include <malloc.h>
+#include <unistd.h>
+
+#include <vtkImageData.h>
+#include <vtkLogger.h>
+#include <vtkMultiBlockDataSet.h>
+#include <vtkNew.h>
+#include <vtkSMSession.h>
+#include <vtkSMSourceProxy.h>
+
+namespace {
+const double Steps[] = { 1.0, 3.0 };
+constexpr char BuiltIn[] = "builtin:";
+// What forty sessions that ended badly may leave behind.
+constexpr long GrowthKilobytes = 16384;
+
+zylCore* Core()
+{
+  return zylCore::GetInstance();
+}
+
+const std::string& File()
+{
+  static const std::string file = zylTestData::WriteSeries(zylTestData::MakeFolder(), Steps, 2);
+  return file;
+}
+
+// A host's working day, cut short by whatever happens to the server.
+void Work()
+{
+  vtkNew<zylDataSet> data;
+  data->LoadFromFile({ File() });
+  vtkNew<zylView> view;
+  view->SetSourceFBO(0);
+  view->SetWindowSize(32, 32);
+  vtkNew<zylBoundaryRepresentation> boundary;
+  boundary->SetDataSet(data);
+  const int block = static_cast<int>(data->GetBlockIDs().back());
+  const auto set = [&boundary, block](const char* name, auto value) {
+    if (zylPropertyCollection* settings = boundary->GetSurfaceProperties(block))
+    {
+      settings->Set(name, value);
+    }
+  };
+  set("Visibility", true);
+  set("ColorMode", 1);
+  set("ColorVariableName", "pressure");
+  view->AddRepresentation(boundary);
+  view->ResetCamera();
+  view->Render();
+  zylTimeController::GetInstance()->GoToNextTimeStep();
+  view->Render();
+  set("Transparency", 0.5);
+  boundary->SetNumberOfClips(1);
+  boundary->GetClipProperties(0)->Set("ClipMode", 2);
+  boundary->Update();
+  view->Render();
+  data->GetCellTypes();
+  boundary->GetBlockSurfaces({ block });
+  zylCore::Fetch(data->GetOutput(), nullptr);
+  double bounds[6];
+  boundary->GetBounds(bounds);
+  view->CaptureImage();
+  data->LoadFromFile({ File() });
+}
+
+long ResidentKilobytes()
+{
+  malloc_trim(0);
+  long pages = 0;
+  long resident = 0;
+  std::ifstream("/proc/self/statm") >> pages >> resident;
+  return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+class zylServerFailure : public zylHostTest
+{
+protected:
+  void TearDown() override
+  {
+    Core()->Connect(BuiltIn, 0);
+    zylHostTest::TearDown();
+  }
+
+  static bool IsConnected()
+  {
+    return Core()->GetSession() && Core()->GetSession()->GetProcessRoles() == 0x10u;
+  }
+};
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+// The server is killed, or the network goes, after the first, second ... fiftieth part of all that
+// a host says to it, in the middle of whatever that is.
+TEST_F(zylServerFailure, OutlivesTheServerAtAnyMoment)
+{
+  if (!this->Host || !zylTestServer::IsAvailable(1))
+  {
+    GTEST_SKIP() << "no server here";
+  }
+  constexpr int Moments = 50;
+  // A server and a half ahead of us, so that nobody waits for its start.
+  const auto start = [] { return std::make_unique<zylTestServer>(1, ZYL_PLUGIN_DIRECTORY); };
+  auto next = start();
+  long connecting = 0;
+  long all = 0;
+  long early = 0;
+  for (int i = -1; i < Moments; ++i)
+  {
+    const auto server = std::move(next);
+    next = i + 1 < Moments ? start() : nullptr;
+    zylTestRelay relay(server->GetPort());
+    if (i >= 0)
+    {
+      // One moment in ten while connecting, where there is much to read and little to say.
+      const long bytes = i % 10 == 0 ? connecting * (i + 5) / Moments
+                                     : connecting + (all - connecting) * i / Moments;
+      i % 2 == 0 ? relay.FailAfter(bytes, [&server] { server->Kill(); }) : relay.FailAfter(bytes);
+    }
+    Core()->Connect(relay.GetUrl().c_str(), 60);
+    if (i < 0)
+    {
+      ASSERT_NE(Core()->GetSession(), nullptr);
+      connecting = relay.GetBytes();
+    }
+    if (IsConnected())
+    {
+      Work();
+    }
+    all = i < 0 ? relay.GetBytes() : all;
+    server->Kill();
+    if (i % 5 == 0)
+    {
+      Core()->Connect(BuiltIn, 0);
+      vtkNew<zylDataSet> data;
+      ASSERT_TRUE(data->LoadFromFile({ File() })) << "after moment " << i;
+    }
+    Core()->Disconnect();
+    early = i == Moments / 5 ? ResidentKilobytes() : early;
+  }
+  EXPECT_LT(ResidentKilobytes() - early, GrowthKilobytes);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylServerFailure, GivesUpAServerThatHangs)
+{
+  if (!this->Host || !zylTestServer::IsAvailable(1))
+  {
+    GTEST_SKIP() << "no server here";
+  }
+  zylTestServer server(1, "");
+  Core()->Connect(server.GetUrl().c_str(), 60);
+  ASSERT_TRUE(IsConnected());
+  const int before = zylCore::GetServerTimeLimit();
+  zylCore::SetServerTimeLimit(1);
+  {
+    vtkNew<zylDataSet> data;
+    ASSERT_TRUE(data->LoadFromFile({ File() }));
+    zylTestLog log;
+    server.Stop();
+    EXPECT_EQ(zylCore::Fetch(data->GetOutput(), nullptr), nullptr);
+    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "The server has not answered for 1 seconds"));
+    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "The connection to the server is lost"));
+  }
+  server.Kill();
+
+  // One that accepts and says nothing.
+  zylTestServer hanging(1, "");
+  zylTestRelay relay(hanging.GetPort());
+  relay.FailAfter(0, [&hanging] { hanging.Stop(); });
+  zylTestLog log;
+  Core()->Connect(relay.GetUrl().c_str(), 1);
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "Could not connect to '")) << log.Dump();
+  hanging.Kill();
+  zylCore::SetServerTimeLimit(before);
+}
