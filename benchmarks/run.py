@@ -176,6 +176,7 @@ class Bench:
         ("crinkle cut moved", ["pv Slice, crinkle"], None),
         ("clip moved", ["pv Clip", "pv ExtractSurface"], 1.0),
         ("integral", ["pv IntegrateVariables"], 1.05),
+        ("100 streamlines changed", ["pv StreamTracer 100 seeds, changed"], 1.05),
         ("histogram", ["pv Histogram"], 1.05),
         ("1000 probe points moved", ["pv ResampleWithDataset 1000, points changed"], 0.20),
     )

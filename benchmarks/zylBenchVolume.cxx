@@ -10,6 +10,7 @@
 #include "zylIsosurfaceRepresentation.h"
 #include "zylPointProbe.h"
 #include "zylPropertyCollection.h"
+#include "zylStreamlineRepresentation.h"
 #include "zylView.h"
 
 #include <cmath>
@@ -164,6 +165,31 @@ void DeriveSurfaces(zylDataSet* data)
 }
 
 //--------------------------------------------------------------------------------------------------
+// Both ways from a row of 100 seeds, which is the baseline's.
+void TraceLines(zylDataSet* data)
+{
+  vtkNew<zylStreamlineRepresentation> lines;
+  const int all[] = { 0 };
+  zylPropertyCollection* settings = lines->GetProperties();
+  settings->MakeInt("Blocks", all, 1);
+  settings->Set("VectorVariable", "v");
+  settings->Set("MaximumStreamlineLength", 10.0);
+  std::vector<double> seeds;
+  for (int i = 0; i < 100; ++i)
+  {
+    seeds.insert(seeds.end(), { 0.02 + 0.43 * i / 99.0, 0.0, -0.45 });
+  }
+  settings->MakeDouble("SeedPoints", seeds.data(), static_cast<unsigned int>(seeds.size()));
+  lines->SetDataSet(data);
+  zylBenchStage("100 streamlines, first", [&] { lines->Update(); });
+  settings->Set("MaximumStreamlineLength", 9.9);
+  zylBenchStage("100 streamlines changed", [&] { lines->Update(); });
+  settings->Set("Ribbon", true);
+  settings->Set("RibbonWidth", 0.01);
+  zylBenchStage("100 streamlines, as ribbons", [&] { lines->Update(); });
+}
+
+//--------------------------------------------------------------------------------------------------
 void Integrate(zylDataSet* data)
 {
   vtkNew<zylIntegrateFields> integral;
@@ -235,6 +261,7 @@ int main(int argc, char** argv)
   vtkNew<zylDataSet> data;
   zylBenchStage("load", [&] { data->InitializeFromVTKDataSet(blocks); });
   DeriveSurfaces(data);
+  TraceLines(data);
   Integrate(data);
   CountInBins(data);
   Probe(data);
