@@ -1,5 +1,6 @@
 #include "zylCore.h"
 
+#include "ParaView/zylAnimation.h"
 #include "ParaView/zylFileTypes.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPlugin.h"
@@ -418,8 +419,20 @@ vtkSmartPointer<vtkDataObject> zylCore::Fetch(
   {
     return nullptr;
   }
-  // At no time in particular: what is fetched is what the source has, at the time it has it.
-  reduction->UpdatePipeline();
+  // A source without input, such as the reader of a dataset, is fetched as it stands: asked at a
+  // time between two of its steps it would choose one for itself. All else is brought to the
+  // animation's time.
+  const bool stands = source->GetProperty("Input") == nullptr;
+  const auto execute = [stands, source](vtkSMSourceProxy* proxy) {
+    if (stands)
+    {
+      proxy->UpdatePipeline();
+      return;
+    }
+    const double time = zylGetAnimationTime(zylFindAnimationScene(source->GetSession()), 0.0);
+    zylUpdatePipeline(proxy, time);
+  };
+  execute(reduction);
   auto move = zylProxyBuilder(manager, "filters", "ClientServerMoveData")
                 .Input(reduction)
                 .Set("OutputDataType", zylParaView::GetOutputDataType(reduction))
@@ -428,7 +441,7 @@ vtkSmartPointer<vtkDataObject> zylCore::Fetch(
   {
     return nullptr;
   }
-  move->UpdatePipeline();
+  execute(move);
   auto* mover = vtkClientServerMoveData::SafeDownCast(move->GetClientSideObject());
   return mover ? mover->GetOutputDataObject(0) : nullptr;
 }

@@ -116,7 +116,8 @@ public:
 
   /// The data of output port 0 of `source`, brought to this process. `postGatherHelperName` names
   /// the algorithm that combines the parts of a parallel server (null: the first process's part).
-  /// Null without source or session.
+  /// Filters are brought to the animation's time first; a source without input, such as a reader,
+  /// is fetched at the time at which it was executed last. Null without source or session.
   static vtkSmartPointer<vtkDataObject> Fetch(
     vtkSMSourceProxy* source, const char* postGatherHelperName);
 

@@ -185,6 +185,7 @@ TEST_F(zylDataSetChanges, OneTimeStepIsShown)
       EXPECT_EQ(LowestPressure(this->Data), step) << time;
       EXPECT_EQ(fetch(this->Data->GetOutput()), step) << time;
       EXPECT_EQ(fetch(this->Data->GetProxy()), step) << time;
+      EXPECT_EQ(fetch(consumer), step) << time; // whatever time it was executed at before
       zylUpdatePipeline(consumer, controller->GetActiveTime());
       EXPECT_EQ(fetch(consumer), step) << time;
       this->Data->GetCellType(1);
