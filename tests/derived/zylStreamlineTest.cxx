@@ -484,7 +484,23 @@ TEST_F(zylStreamline, FollowDataAndTimeAndCanBeFreed)
     ASSERT_TRUE(other->InitializeFromVTKDataSet(zylFlowData::Make(zylFlowData::Uniform)));
     EXPECT_NEAR(zylFlowData::GetLength(Trace(lines, other, seed)), first, 1e-12);
   }
-  {
-    vtkNew<zylDataSet> empty; // with what this test's own dataset has registered
-  }
+}
+
+//--------------------------------------------------------------------------------------------------
+// "pressure" is x plus the time.
+TEST_F(zylStreamline, FollowTheTime)
+{
+  const double steps[] = { 0.0, 0.5 };
+  ASSERT_TRUE(
+    this->Data->LoadFromFile({ zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 2) }));
+  this->Set("Threshold", true);
+  this->Set("ThresholdArray", "pressure");
+  this->Set("ThresholdValue", 0.7);
+  const auto end = [this](double time) {
+    zylTimeController::GetInstance()->GoToTime(time);
+    return Trace(this->Lines, this->Data, { 0.2, 0.4, 0.01 })->GetBounds()[1];
+  };
+  EXPECT_NEAR(end(0.0), 0.7, 1e-5);
+  EXPECT_NEAR(end(0.5), 0.2, 1e-5);
+  EXPECT_NEAR(end(0.0), 0.7, 1e-5);
 }
