@@ -1,5 +1,6 @@
 #include "zylCore.h"
 
+#include "Host/zylHostRenderWindow.h"
 #include "ParaView/zylAnimation.h"
 #include "ParaView/zylFileTypes.h"
 #include "ParaView/zylParaViewCompat.h"
@@ -255,6 +256,8 @@ void zylCore::Disconnect()
 {
   if (this->Session)
   {
+    // The windows go with the session.
+    zylHostRenderWindow::ReleaseAll();
     zylSetCurrentSession(nullptr);
     vtkSMSession::Disconnect(this->Session);
     this->Session = nullptr;

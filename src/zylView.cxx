@@ -78,21 +78,19 @@ zylView::~zylView()
     const vtkSmartPointer<zylRepresentation> rep = *this->Representations.begin();
     this->RemoveRepresentation(rep);
   }
-  // Mappers that are destroyed with OpenGL objects delete them in whatever context is current.
-  zylHostContextKeeper context;
+  if (!this->Proxy)
+  {
+    return;
+  }
+  // The window goes here: what is left of OpenGL objects must not be looked for elsewhere.
+  const zylHostContextKeeper context;
+  const zylHostResourceScope resources(this->RenderWindow);
   if (zylHostRenderWindow* window = this->Frame->GetWindow())
   {
     window->ReleaseGraphicsResources(window);
-    if (window->IsElsewhere())
-    {
-      zylHostContext::Current().Release();
-    }
   }
-  if (this->Proxy)
-  {
-    zylHostViewProxy::Release(this->Proxy, this->StartRenderCommand);
-    this->Proxy = nullptr;
-  }
+  zylHostViewProxy::Release(this->Proxy, this->StartRenderCommand);
+  this->Proxy = nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -129,6 +127,7 @@ void zylView::UpdateProxy()
 {
   if (zylIsAlive(this->Proxy))
   {
+    const zylHostResourceScope resources(this->RenderWindow);
     this->Proxy->UpdateVTKObjects();
   }
 }
@@ -156,7 +155,6 @@ void zylView::AddRepresentation(zylRepresentation* rep)
 {
   if (rep && this->Representations.count(rep) == 0)
   {
-    zylHostResourceScope resources(this->RenderWindow);
     rep->SetView(this);
     this->Representations.insert(rep);
     rep->Update();
@@ -168,7 +166,6 @@ void zylView::RemoveRepresentation(zylRepresentation* rep)
 {
   if (rep && this->Representations.count(rep) > 0)
   {
-    zylHostResourceScope resources(this->RenderWindow);
     rep->SetView(nullptr);
     this->Representations.erase(rep);
   }
@@ -345,6 +342,7 @@ void zylView::Update()
 {
   if (this->HasSession("Update()"))
   {
+    const zylHostResourceScope resources(this->RenderWindow);
     zylViewSettings::Push(this->Properties, this->LightKitProperties, this->Proxy);
   }
 }
@@ -385,10 +383,10 @@ void zylView::ResetCameraInBounds(const double* bounds)
   }
   const int lock = vtkSMPropertyHelper(this->Proxy, "LockBounds").GetAsInt();
   vtkSMPropertyHelper(this->Proxy, "LockBounds").Set(0);
-  this->Proxy->UpdateVTKObjects();
+  this->UpdateProxy();
   zylParaView::ResetCamera(this->Proxy, bounds);
   vtkSMPropertyHelper(this->Proxy, "LockBounds").Set(lock);
-  this->Proxy->UpdateVTKObjects();
+  this->UpdateProxy();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -522,7 +520,7 @@ void zylView::SetWindowSize(int w, int h)
   }
   const int size[2] = { w, h };
   vtkSMPropertyHelper(this->Proxy, "ViewSize").Set(size, 2);
-  this->Proxy->UpdateVTKObjects();
+  this->UpdateProxy();
 }
 
 //--------------------------------------------------------------------------------------------------

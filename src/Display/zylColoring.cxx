@@ -221,7 +221,7 @@ void zylColoring::HideLegend()
   {
     vtkSMPropertyHelper(this->ScalarBar, "Visibility").Set(0);
     vtkSMPropertyHelper(this->ScalarBar, "Enabled").Set(0);
-    this->ScalarBar->UpdateVTKObjects();
+    zylPushShown(this->ScalarBar);
   }
 }
 

@@ -69,7 +69,6 @@ zylHostFrame::Adoption zylHostFrame::Adopt()
 void zylHostFrame::Begin()
 {
   this->Window->BeginFrame();
-  this->Window->GetState()->Reset();
 }
 
 //--------------------------------------------------------------------------------------------------

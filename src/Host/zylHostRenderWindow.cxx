@@ -2,8 +2,9 @@
 
 #include "Host/zylHostFramebuffer.h"
 
-#include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <set>
 #include <sstream>
 
@@ -89,7 +90,10 @@ zylHostRenderWindow::zylHostRenderWindow()
 zylHostRenderWindow::~zylHostRenderWindow()
 {
   LiveWindows.erase(this);
-  this->Frames.clear();
+  while (this->InFrame())
+  {
+    this->EndFrame();
+  }
   this->Finalize(); // here, while PushContext() is still this class's
 }
 
@@ -130,6 +134,7 @@ void zylHostRenderWindow::FinishAdoption()
   units->Window = this;
   units->Initialize();
   this->GetState()->SetTextureUnitManager(units);
+  this->MakeMark();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -146,9 +151,8 @@ bool zylHostRenderWindow::IsAdopted()
   {
     return false;
   }
-  // A new context may have the address of a deleted one, but not its framebuffers.
-  const unsigned int name = this->RenderFramebuffer->GetFBOIndex();
-  return name == 0 || glIsFramebuffer(name) == GL_TRUE;
+  // A new context may have the address of a deleted one, but not what was made in that.
+  return this->HasMark();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -169,6 +173,11 @@ void zylHostRenderWindow::BeginFrame()
     {
       this->Frames.back()->SaveTextureUnit(i);
     }
+  }
+  this->GetState()->Reset();
+  if (this->Initialized)
+  {
+    this->RunPending();
   }
 }
 
@@ -338,10 +347,9 @@ void zylHostRenderWindow::PushContext()
   {
     return;
   }
-  if (this->Initialized && this->IsCurrent())
+  if (this->IsAdopted())
   {
     this->BeginFrame();
-    this->GetState()->Reset();
     this->PushedFrame = true;
     return;
   }
@@ -365,6 +373,92 @@ void zylHostRenderWindow::PopContext()
   }
   this->Suspended.MakeCurrent();
   this->Suspended = zylHostContext();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::WhenCurrent(std::function<void()> work)
+{
+  if (this->Adopted && !this->InFrame() && !this->IsAdopted())
+  {
+    this->Pending.push_back(std::move(work));
+    return;
+  }
+  this->PushContext();
+  work();
+  this->PopContext();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::RunPending()
+{
+  const std::vector<std::function<void()>> pending = std::move(this->Pending);
+  this->Pending.clear();
+  for (const std::function<void()>& work : pending)
+  {
+    work();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::ReleaseAll()
+{
+  const std::set<const zylHostRenderWindow*> windows = LiveWindows;
+  for (const zylHostRenderWindow* one : windows)
+  {
+    auto* window = const_cast<zylHostRenderWindow*>(one);
+    window->ReleaseGraphicsResources(window);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::ReleaseGraphicsResources(vtkWindow* window)
+{
+  this->PushContext();
+  this->RunPending();
+  this->Superclass::ReleaseGraphicsResources(window);
+  if (this->Mark && this->PushedFrame)
+  {
+    glDeleteBuffers(1, &this->Mark);
+  }
+  this->Mark = 0;
+  this->PopContext();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::MakeMark()
+{
+  static unsigned long long count = 0;
+  const std::array<unsigned long long, 2> content = { ++count,
+    static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count()) };
+  std::memcpy(this->MarkContent.data(), content.data(), this->MarkContent.size());
+  GLint bound = 0;
+  glGetIntegerv(GL_COPY_WRITE_BUFFER, &bound);
+  glGenBuffers(1, &this->Mark);
+  glBindBuffer(GL_COPY_WRITE_BUFFER, this->Mark);
+  glBufferData(
+    GL_COPY_WRITE_BUFFER, this->MarkContent.size(), this->MarkContent.data(), GL_STATIC_READ);
+  glBindBuffer(GL_COPY_WRITE_BUFFER, bound);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::HasMark() const
+{
+  if (!this->Mark || !glIsBuffer(this->Mark))
+  {
+    return false;
+  }
+  std::array<unsigned char, 16> content{};
+  GLint bound = 0;
+  GLint size = 0;
+  glGetIntegerv(GL_COPY_READ_BUFFER, &bound);
+  glBindBuffer(GL_COPY_READ_BUFFER, this->Mark);
+  glGetBufferParameteriv(GL_COPY_READ_BUFFER, GL_BUFFER_SIZE, &size);
+  if (size == static_cast<GLint>(content.size()))
+  {
+    glGetBufferSubData(GL_COPY_READ_BUFFER, 0, content.size(), content.data());
+  }
+  glBindBuffer(GL_COPY_READ_BUFFER, bound);
+  return content == this->MarkContent;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -5,8 +5,8 @@
  * Layer: view, below zylView. It adopts the context that is current, GLX or EGL, without owning or
  * swapping it; keeps the host's OpenGL state apart from the renderer's; gives its framebuffers the
  * host's depth format, so that colors and depths can be copied both ways; and never touches another
- * context than the one it adopted: resources released while that one is not current are forgotten,
- * and go with it.
+ * context than the one it adopted: what is to be released while that one is not current waits for
+ * the next frame in WhenCurrent(), or is forgotten and goes with the context.
  *
  * Private to the library. zylHostWindowFactory has it made by the view proxy.
  */
@@ -17,6 +17,8 @@
 #include "Host/zylHostGLState.h"
 #include "zylExport.h"
 
+#include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -79,6 +81,16 @@ public:
   int SupportsOpenGL() override { return 1; }
   const char* ReportCapabilities() override;
 
+  /// Run `work`, which makes or drops what this window draws, with the adopted context current:
+  /// now, or at the beginning of the next frame. It runs at the latest when the window gives up its
+  /// resources. Before anything was adopted there is nothing to wait for.
+  void WhenCurrent(std::function<void()> work);
+
+  /// Have all windows give up their resources, each in its context or not at all.
+  static void ReleaseAll();
+
+  void ReleaseGraphicsResources(vtkWindow* window) override;
+
   ///@{
   /// Frame the release of graphics resources outside a frame.
   void PushContext() override;
@@ -101,11 +113,17 @@ private:
 
   void MatchFramebuffers(unsigned int depthFormat);
   void Populate(vtkOpenGLFramebufferObject* framebuffer, int colors);
+  void RunPending();
+  bool HasMark() const;
+  void MakeMark();
   void Report(std::string& last, const std::string& problem);
 
   zylHostContext Adopted;
   bool Lost = false; // the adopted context is gone although its handle may look alive
   std::vector<std::unique_ptr<zylHostGLState>> Frames;
+  std::vector<std::function<void()>> Pending;
+  unsigned int Mark = 0; // a buffer object, and what it holds
+  std::array<unsigned char, 16> MarkContent{};
   zylHostContext Suspended; // current before PushContext() of a release elsewhere
   int PushDepth = 0;
   bool PushedFrame = false;

@@ -1,19 +1,23 @@
 #include "ParaView/zylProxyBuilder.h"
 
+#include "Host/zylHostRenderWindow.h"
 #include "ParaView/zylSession.h"
 
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
+#include <vtkPVView.h>
 #include <vtkSMInputProperty.h>
 #include <vtkSMParaViewPipelineController.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMPropertyIterator.h>
 #include <vtkSMProxy.h>
 #include <vtkSMProxyListDomain.h>
+#include <vtkSMRepresentationProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
+#include <vtkSMViewProxy.h>
 
 namespace {
 // The parts of a compound proxy can be asked for by position from within proxy classes only, and so
@@ -59,6 +63,22 @@ void MuteDomains(vtkSMProxy* proxy)
   {
     MuteDomains(Internals::Get(proxy, i));
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+// The window of the view that shows the proxy; null when none does.
+zylHostRenderWindow* WindowOf(vtkSMProxy* proxy)
+{
+  for (unsigned int i = 0; proxy && i < proxy->GetNumberOfConsumers(); ++i)
+  {
+    auto* view = vtkSMViewProxy::SafeDownCast(proxy->GetConsumerProxy(i));
+    auto* client = view ? vtkPVView::SafeDownCast(view->GetClientSideObject()) : nullptr;
+    if (client)
+    {
+      return zylHostRenderWindow::SafeDownCast(client->GetRenderWindow());
+    }
+  }
+  return nullptr;
 }
 } // namespace
 
@@ -284,9 +304,49 @@ bool zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed)
 //--------------------------------------------------------------------------------------------------
 void zylUnregister(vtkSMProxy* proxy)
 {
-  if (proxy && proxy->GetSession())
+  if (!proxy || !proxy->GetSession())
   {
-    vtkNew<vtkSMParaViewPipelineController> controller;
-    controller->UnRegisterProxy(proxy);
+    return;
+  }
+  const vtkSmartPointer<vtkSMProxy> kept = proxy;
+  const auto unregister = [kept] {
+    if (kept->GetSession())
+    {
+      vtkNew<vtkSMParaViewPipelineController> controller;
+      controller->UnRegisterProxy(kept);
+    }
+  };
+  zylHostRenderWindow* window = WindowOf(proxy);
+  if (!window)
+  {
+    unregister();
+    return;
+  }
+  // It may have to wait; meanwhile it counts for nothing, and what it shows may go.
+  if (window->IsElsewhere() && vtkSMRepresentationProxy::SafeDownCast(proxy))
+  {
+    vtkSMPropertyHelper(proxy, "Visibility").Set(0);
+    vtkSMPropertyHelper(proxy, "Input").RemoveAllValues();
+    proxy->UpdateVTKObjects();
+  }
+  window->WhenCurrent(unregister);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPushShown(vtkSMProxy* proxy)
+{
+  if (zylHostRenderWindow* window = WindowOf(proxy))
+  {
+    const vtkSmartPointer<vtkSMProxy> kept = proxy;
+    window->WhenCurrent([kept] {
+      if (kept->GetSession())
+      {
+        kept->UpdateVTKObjects();
+      }
+    });
+  }
+  else if (proxy && proxy->GetSession())
+  {
+    proxy->UpdateVTKObjects();
   }
 }

@@ -94,7 +94,13 @@ ZYL_PRIVATE void zylUpdatePipeline(vtkSMSourceProxy* source, double time);
 ZYL_PRIVATE bool zylUpdatePipeline(vtkSMSourceProxy* source, double time, double& executed);
 
 /// Counterpart of Make(): unregister a pipeline proxy. Null, or a proxy whose session has ended, is
-/// fine. The caller drops its own reference.
+/// fine. The caller drops its own reference. What a view shows has OpenGL objects in the host's
+/// context: unless that one is current, it is hidden now and unregistered before the view's next
+/// frame.
 ZYL_PRIVATE void zylUnregister(vtkSMProxy* proxy);
+
+/// Push the values of a proxy that a view shows where that may drop OpenGL objects (a color legend
+/// that hides): now if the view's context is current, or before its next frame.
+ZYL_PRIVATE void zylPushShown(vtkSMProxy* proxy);
 
 #endif
