@@ -13,9 +13,16 @@
  *     // each frame, with the context current and the framebuffer bound:
  *     view->Render();
  *
- * Everything that touches OpenGL (New, Render, screenshots, the setup pairs, Delete, and updates of
- * representations that were drawn before) is called with the context current; it leaves context and
- * OpenGL state as they were. What is released without it is forgotten and goes with the context.
+ * Render(), screenshots and the setup pairs draw in the context that is current. All other calls, of
+ * this and the other classes, may come with this context current, another one, or none, and touch
+ * no other than the view's: OpenGL objects that they drop while it is not current are deleted at the
+ * view's next frame. What a view still has when it is deleted elsewhere goes with its context.
+ *
+ * Every call leaves the OpenGL state, the pending error and the host's objects as they were.
+ * Transform feedback is paused meanwhile (from OpenGL 4.0 on); queries that are running count what
+ * the view draws. What cannot be put aside - a display list being compiled, conditional rendering,
+ * a current program that is deleted already - is reported once, and nothing is drawn until it is
+ * over.
  *
  * Settings are changed in GetProperties() and GetLightKitProperties() and take effect at Update().
  * One thread; nothing is locked. Without a session the view does nothing and GetProxy() is null.
@@ -102,7 +109,7 @@ public:
   ///@}
 
   /// Look at `c` against the direction of `n`, starting at c + n; fits the camera and renders. A
-  /// zero `n` is an error.
+  /// zero `n` is an error. Where the view-up direction lies along `n`, an axis takes its place.
   void ResetCameraToNormal(double cx, double cy, double cz, double nx, double ny, double nz);
 
   /// Look along an axis: 1 is +z, 2 -z, 3 -y, 4 +y, 5 +x, any other -x (where the camera is, seen

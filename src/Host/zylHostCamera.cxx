@@ -1,5 +1,6 @@
 #include "Host/zylHostCamera.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <vtkCamera.h>
@@ -171,6 +172,16 @@ bool zylHostCamera::LookAgainstNormal(
   }
   camera->SetPosition(center[0] + normal[0], center[1] + normal[1], center[2] + normal[2]);
   camera->SetFocalPoint(center[0], center[1], center[2]);
+  // Up along the line of sight is no direction in the picture: take the axis that is farthest from
+  // that line.
+  double across[3];
+  vtkMath::Cross(camera->GetViewUp(), normal, across);
+  if (vtkMath::Norm(across) <= 1e-6 * length * vtkMath::Norm(camera->GetViewUp()))
+  {
+    const double size[3] = { std::abs(normal[0]), std::abs(normal[1]), std::abs(normal[2]) };
+    const int axis = static_cast<int>(std::min_element(size, size + 3) - size);
+    camera->SetViewUp(axis == 0, axis == 1, axis == 2);
+  }
   camera->OrthogonalizeViewUp();
   return true;
 }

@@ -34,7 +34,7 @@ zylHostFrame::Adoption zylHostFrame::Adopt()
   }
   if (this->ContextInitialized && window->IsAdopted())
   {
-    return Adopted;
+    return this->IsObstructed() ? Obstructed : Adopted;
   }
   this->ContextInitialized = false;
   if (!window->BeginAdoption())
@@ -43,6 +43,10 @@ zylHostFrame::Adoption zylHostFrame::Adopt()
   }
   if (window->SupportsFrames())
   {
+    if (this->IsObstructed())
+    {
+      return Obstructed;
+    }
     window->BeginFrame();
   }
   window->GetState()->Reset();
@@ -63,6 +67,22 @@ zylHostFrame::Adoption zylHostFrame::Adopt()
   window->EndFrame();
   this->ContextInitialized = true;
   return Adopted;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostFrame::IsObstructed()
+{
+  // What stands in the way stands there before a frame, or not at all.
+  const std::string obstacle = this->IsOpen() ? "" : this->Window->FindObstacle();
+  if (obstacle != this->Obstacle)
+  {
+    this->Obstacle = obstacle;
+    if (!obstacle.empty())
+    {
+      vtkLogF(ERROR, "The view is not drawn: %s", obstacle.c_str());
+    }
+  }
+  return !obstacle.empty();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -22,6 +22,8 @@
 
 #include "zylExport.h"
 
+#include <string>
+
 #include <vtkWeakPointer.h>
 
 class vtkRenderWindow;
@@ -35,7 +37,8 @@ public:
     Adopted,
     NoWindow,
     NoContext,
-    TooOld // OpenGL below 3.2
+    TooOld,    // OpenGL below 3.2
+    Obstructed // by the host's state; reported, once until it works again
   };
 
   zylHostFrame();
@@ -77,10 +80,13 @@ public:
   void End();
 
 private:
+  bool IsObstructed();
+
   vtkWeakPointer<zylHostRenderWindow> Window;
   bool ContextInitialized = false;
   bool StatePushed = false;
   int BadSource = -1; // reported already
+  std::string Obstacle;
 };
 
 #endif

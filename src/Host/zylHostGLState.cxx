@@ -44,31 +44,6 @@ constexpr Capability CapabilityTable[] = {
 };
 constexpr std::size_t CapabilityCount = sizeof(CapabilityTable) / sizeof(CapabilityTable[0]);
 
-struct PixelStoreValue
-{
-  GLenum Name;
-  int Neutral;
-};
-
-constexpr PixelStoreValue PixelStoreTable[] = {
-  { GL_PACK_SWAP_BYTES, 0 },
-  { GL_PACK_LSB_FIRST, 0 },
-  { GL_PACK_ROW_LENGTH, 0 },
-  { GL_PACK_IMAGE_HEIGHT, 0 },
-  { GL_PACK_SKIP_ROWS, 0 },
-  { GL_PACK_SKIP_PIXELS, 0 },
-  { GL_PACK_SKIP_IMAGES, 0 },
-  { GL_PACK_ALIGNMENT, 4 },
-  { GL_UNPACK_SWAP_BYTES, 0 },
-  { GL_UNPACK_LSB_FIRST, 0 },
-  { GL_UNPACK_ROW_LENGTH, 0 },
-  { GL_UNPACK_IMAGE_HEIGHT, 0 },
-  { GL_UNPACK_SKIP_ROWS, 0 },
-  { GL_UNPACK_SKIP_PIXELS, 0 },
-  { GL_UNPACK_SKIP_IMAGES, 0 },
-  { GL_UNPACK_ALIGNMENT, 4 },
-};
-
 struct BufferTarget
 {
   GLenum Target;
@@ -109,6 +84,18 @@ int GetInt(GLenum name)
   return value;
 }
 
+// All 32 bits, which the query for signed integers would clamp.
+unsigned int GetUnsigned(GLenum name)
+{
+  if (!glGetInteger64v)
+  {
+    return static_cast<unsigned int>(GetInt(name));
+  }
+  GLint64 value = 0;
+  glGetInteger64v(name, &value);
+  return static_cast<unsigned int>(value);
+}
+
 float GetFloat(GLenum name)
 {
   GLfloat value = 0.0f;
@@ -130,11 +117,17 @@ void Enable(GLenum name, unsigned int index, bool on)
 //--------------------------------------------------------------------------------------------------
 void zylHostGLState::Save()
 {
-  static_assert(CapabilityCount <= MaxCapabilities && BufferCount <= 7 &&
-      TextureTargetCount <= MaxTargets &&
-      sizeof(PixelStoreTable) / sizeof(PixelStoreTable[0]) == MaxPixelStores,
+  static_assert(
+    CapabilityCount <= MaxCapabilities && BufferCount <= 7 && TextureTargetCount <= MaxTargets,
     "the stores hold one entry per table row");
+  this->Errors = std::make_unique<zylHostErrors>();
   this->ReadContext();
+  if (this->AtLeast(40) && GetInt(GL_TRANSFORM_FEEDBACK_ACTIVE) &&
+    !GetInt(GL_TRANSFORM_FEEDBACK_PAUSED))
+  {
+    glPauseTransformFeedback();
+    this->FeedbackPaused = true;
+  }
   this->SaveBindings();
   this->SaveCapabilities();
   this->SaveDrawBuffers();
@@ -182,14 +175,19 @@ void zylHostGLState::Restore()
   this->RestoreCapabilities();
   this->RestoreTextureUnits();
   this->RestoreBindings();
+  if (this->FeedbackPaused)
+  {
+    glResumeTransformFeedback();
+    this->FeedbackPaused = false;
+  }
+  this->Errors = nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylHostGLState::ReadContext()
 {
   this->Version = 10 * GetInt(GL_MAJOR_VERSION) + GetInt(GL_MINOR_VERSION);
-  this->Compatibility = !this->AtLeast(32) ||
-    (GetInt(GL_CONTEXT_PROFILE_MASK) & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT) != 0;
+  this->Compatibility = zylHostPixelState::IsCompatible();
   this->DrawBufferCount =
     std::min(static_cast<std::size_t>(GetInt(GL_MAX_DRAW_BUFFERS)), MaxDrawBuffers);
   this->ViewportCount = this->AtLeast(41)
@@ -293,10 +291,10 @@ void zylHostGLState::SaveViewports()
 void zylHostGLState::SaveFragmentTests()
 {
   this->Stencil[0] = { GetInt(GL_STENCIL_FUNC), GetInt(GL_STENCIL_REF),
-    GetInt(GL_STENCIL_VALUE_MASK), GetInt(GL_STENCIL_WRITEMASK), GetInt(GL_STENCIL_FAIL),
+    GetUnsigned(GL_STENCIL_VALUE_MASK), GetUnsigned(GL_STENCIL_WRITEMASK), GetInt(GL_STENCIL_FAIL),
     GetInt(GL_STENCIL_PASS_DEPTH_FAIL), GetInt(GL_STENCIL_PASS_DEPTH_PASS) };
   this->Stencil[1] = { GetInt(GL_STENCIL_BACK_FUNC), GetInt(GL_STENCIL_BACK_REF),
-    GetInt(GL_STENCIL_BACK_VALUE_MASK), GetInt(GL_STENCIL_BACK_WRITEMASK),
+    GetUnsigned(GL_STENCIL_BACK_VALUE_MASK), GetUnsigned(GL_STENCIL_BACK_WRITEMASK),
     GetInt(GL_STENCIL_BACK_FAIL), GetInt(GL_STENCIL_BACK_PASS_DEPTH_FAIL),
     GetInt(GL_STENCIL_BACK_PASS_DEPTH_PASS) };
   glGetFloatv(GL_COLOR_CLEAR_VALUE, this->ClearColor.data());
@@ -309,7 +307,9 @@ void zylHostGLState::SaveFragmentTests()
   glGetBooleanv(GL_SAMPLE_COVERAGE_INVERT, &this->SampleCoverageInvert);
   if (this->AtLeast(32))
   {
-    glGetIntegeri_v(GL_SAMPLE_MASK_VALUE, 0, &this->SampleMask);
+    GLint64 mask = 0;
+    glGetInteger64i_v(GL_SAMPLE_MASK_VALUE, 0, &mask);
+    this->SampleMask = static_cast<unsigned int>(mask);
   }
   if (this->AtLeast(40))
   {
@@ -331,11 +331,8 @@ void zylHostGLState::SaveRaster()
   this->PointFade = GetFloat(GL_POINT_FADE_THRESHOLD_SIZE);
   this->PointSpriteOrigin = GetInt(GL_POINT_SPRITE_COORD_ORIGIN);
   this->ProvokingVertex = this->AtLeast(32) ? GetInt(GL_PROVOKING_VERTEX) : 0;
-  this->RestartIndex = this->AtLeast(31) ? GetInt(GL_PRIMITIVE_RESTART_INDEX) : 0;
-  for (std::size_t i = 0; i < MaxPixelStores; ++i)
-  {
-    this->PixelStore[i] = GetInt(PixelStoreTable[i].Name);
-  }
+  this->RestartIndex = this->AtLeast(31) ? GetUnsigned(GL_PRIMITIVE_RESTART_INDEX) : 0;
+  this->Pixels.Save(this->Compatibility);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -392,10 +389,7 @@ void zylHostGLState::Neutralize()
   {
     glProvokingVertex(GL_LAST_VERTEX_CONVENTION);
   }
-  for (std::size_t i = 0; i < MaxPixelStores; ++i)
-  {
-    glPixelStorei(PixelStoreTable[i].Name, PixelStoreTable[i].Neutral);
-  }
+  this->Pixels.Neutralize();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -548,10 +542,7 @@ void zylHostGLState::RestoreRaster()
   {
     glPrimitiveRestartIndex(this->RestartIndex);
   }
-  for (std::size_t i = 0; i < MaxPixelStores; ++i)
-  {
-    glPixelStorei(PixelStoreTable[i].Name, this->PixelStore[i]);
-  }
+  this->Pixels.Restore();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -12,10 +12,13 @@
 #ifndef zylHostGLState_h
 #define zylHostGLState_h
 
+#include "Host/zylHostErrors.h"
+#include "Host/zylHostPixelState.h"
 #include "zylExport.h"
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 class ZYL_PRIVATE zylHostGLState
@@ -36,7 +39,6 @@ private:
   static constexpr std::size_t MaxDrawBuffers = 8;
   static constexpr std::size_t MaxViewports = 16;
   static constexpr std::size_t MaxCapabilities = 40;
-  static constexpr std::size_t MaxPixelStores = 16;
 
   struct TextureUnit
   {
@@ -60,7 +62,9 @@ private:
   };
   struct StencilFace
   {
-    int Function, Reference, ValueMask, WriteMask, Fail, DepthFail, DepthPass;
+    int Function, Reference;
+    unsigned int ValueMask, WriteMask;
+    int Fail, DepthFail, DepthPass;
   };
 
   void ReadContext();
@@ -103,12 +107,15 @@ private:
   int ClearStencil, DepthFunction, LogicOperation;
   unsigned char DepthMask, SampleCoverageInvert;
   float SampleCoverage;
-  int SampleMask;
+  unsigned int SampleMask;
 
-  int CullFace, FrontFace, ProvokingVertex, RestartIndex, PointSpriteOrigin;
+  unsigned int RestartIndex;
+  int CullFace, FrontFace, ProvokingVertex, PointSpriteOrigin;
   std::array<int, 2> PolygonMode;
   float OffsetFactor, OffsetUnits, OffsetClamp, LineWidth, PointSize, PointFade, MinSampleShading;
-  std::array<int, MaxPixelStores> PixelStore;
+  zylHostPixelState Pixels;
+  bool FeedbackPaused = false;
+  std::unique_ptr<zylHostErrors> Errors;
 };
 
 #endif

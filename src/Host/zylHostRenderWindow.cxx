@@ -1,6 +1,8 @@
 #include "Host/zylHostRenderWindow.h"
 
+#include "Host/zylHostErrors.h"
 #include "Host/zylHostFramebuffer.h"
+#include "Host/zylHostObstacle.h"
 
 #include <chrono>
 #include <cstdio>
@@ -19,7 +21,7 @@
 #include <vtk_glew.h>
 
 namespace {
-std::set<const zylHostRenderWindow*> LiveWindows;
+std::set<zylHostRenderWindow*> LiveWindows;
 
 // Tells the window which texture units the renderer uses, before it does.
 class TextureUnits : public vtkTextureUnitManager
@@ -56,14 +58,6 @@ int ContextVersion()
     std::sscanf(text, "%d.%d", &major, &minor);
   }
   return 10 * major + minor;
-}
-
-void ClearErrors()
-{
-  // A lost context repeats its error for ever.
-  for (int i = 0; i < 16 && glGetError() != GL_NO_ERROR; ++i)
-  {
-  }
 }
 
 std::string Hexadecimal(unsigned int value)
@@ -118,12 +112,16 @@ bool zylHostRenderWindow::BeginAdoption()
   this->PictureSize[0] = this->PictureSize[1] = 0;
   // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is
   // no GLX display.
+  zylHostErrors errors;
   const GLboolean experimental = glewExperimental;
   glewExperimental = GL_TRUE;
   const GLenum result = glewInit();
   glewExperimental = experimental;
   this->GlewInitValid = result == GLEW_OK || result == GLEW_ERROR_NO_GLX_DISPLAY;
-  ClearErrors();
+  if (!this->SupportsFrames())
+  {
+    errors.Forget();
+  }
   return true;
 }
 
@@ -159,6 +157,25 @@ bool zylHostRenderWindow::IsAdopted()
 bool zylHostRenderWindow::IsElsewhere()
 {
   return this->Adopted && !this->IsCurrent();
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::IsReady()
+{
+  return this->IsAdopted() && zylFindHostObstacle().empty();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylHostRenderWindow::FindObstacle() const
+{
+  GLint largest = 0;
+  glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+  if (this->Size[0] > largest || this->Size[1] > largest)
+  {
+    return "a view of " + std::to_string(this->Size[0]) + " x " + std::to_string(this->Size[1]) +
+      " pixels is larger than this OpenGL can hold (" + std::to_string(largest) + ")";
+  }
+  return zylFindHostObstacle();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -225,7 +242,7 @@ void zylHostRenderWindow::CopyFromHost()
   }
   if (status == GL_FRAMEBUFFER_COMPLETE)
   {
-    ClearErrors();
+    zylHostErrors::Clear();
     this->BlitToRenderFramebuffer(true);
     const GLenum error = glGetError();
     if (error != GL_NO_ERROR)
@@ -263,7 +280,7 @@ void zylHostRenderWindow::CopyToHost()
               "different depth formats (" +
       Hexadecimal(this->DepthFormat) + ", " + Hexadecimal(depthFormat) + ")";
   }
-  ClearErrors();
+  zylHostErrors::Clear();
   zylHostFramebuffer::SingleDrawBuffer single;
   const int* size = this->Size;
   this->BlitDisplayFramebuffer(0, 0, 0, size[0], size[1], 0, 0, size[0], size[1], mask, GL_NEAREST);
@@ -347,7 +364,7 @@ void zylHostRenderWindow::PushContext()
   {
     return;
   }
-  if (this->IsAdopted())
+  if (this->IsReady())
   {
     this->BeginFrame();
     this->PushedFrame = true;
@@ -378,7 +395,7 @@ void zylHostRenderWindow::PopContext()
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::WhenCurrent(std::function<void()> work)
 {
-  if (this->Adopted && !this->InFrame() && !this->IsAdopted())
+  if (this->Adopted && !this->InFrame() && !this->IsReady())
   {
     this->Pending.push_back(std::move(work));
     return;
@@ -391,8 +408,8 @@ void zylHostRenderWindow::WhenCurrent(std::function<void()> work)
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::RunPending()
 {
-  const std::vector<std::function<void()>> pending = std::move(this->Pending);
-  this->Pending.clear();
+  std::vector<std::function<void()>> pending;
+  pending.swap(this->Pending);
   for (const std::function<void()>& work : pending)
   {
     work();
@@ -402,10 +419,9 @@ void zylHostRenderWindow::RunPending()
 //--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::ReleaseAll()
 {
-  const std::set<const zylHostRenderWindow*> windows = LiveWindows;
-  for (const zylHostRenderWindow* one : windows)
+  const std::set<zylHostRenderWindow*> windows = LiveWindows;
+  for (zylHostRenderWindow* window : windows)
   {
-    auto* window = const_cast<zylHostRenderWindow*>(one);
     window->ReleaseGraphicsResources(window);
   }
 }
@@ -524,6 +540,14 @@ void zylHostRenderWindow::Populate(vtkOpenGLFramebufferObject* framebuffer, int 
   framebuffer->PopulateFramebuffer(
     this->Size[0], this->Size[1], true, colors, VTK_UNSIGNED_CHAR, false, 0, 0);
   vtkNew<vtkTextureObject> depth;
+  this->AllocateDepth(depth, this->Size[0], this->Size[1]);
+  framebuffer->AddDepthAttachment(depth);
+  state->PopFramebufferBindings();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::AllocateDepth(vtkTextureObject* depth, int width, int height)
+{
   depth->SetContext(this);
   depth->SetWrapS(vtkTextureObject::ClampToEdge);
   depth->SetWrapT(vtkTextureObject::ClampToEdge);
@@ -531,7 +555,7 @@ void zylHostRenderWindow::Populate(vtkOpenGLFramebufferObject* framebuffer, int 
   depth->SetMagnificationFilter(vtkTextureObject::Nearest);
   if (this->DepthFormat == GL_DEPTH24_STENCIL8)
   {
-    depth->AllocateDepthStencil(this->Size[0], this->Size[1]);
+    depth->AllocateDepthStencil(width, height);
   }
   else
   {
@@ -539,10 +563,8 @@ void zylHostRenderWindow::Populate(vtkOpenGLFramebufferObject* framebuffer, int 
       this->DepthFormat == GL_DEPTH_COMPONENT32F || this->DepthFormat == GL_DEPTH32F_STENCIL8;
     depth->SetInternalFormat(this->DepthFormat);
     depth->SetDataType(real ? GL_FLOAT : GL_UNSIGNED_INT);
-    depth->AllocateDepth(this->Size[0], this->Size[1], vtkTextureObject::Native);
+    depth->AllocateDepth(width, height, vtkTextureObject::Native);
   }
-  framebuffer->AddDepthAttachment(depth);
-  state->PopFramebufferBindings();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -28,6 +28,7 @@
 #include <vtkWeakPointer.h>
 
 class vtkOpenGLFramebufferObject;
+class vtkTextureObject;
 class vtkTextureUnitManager;
 
 class ZYL_PRIVATE zylHostRenderWindow : public vtkGenericOpenGLRenderWindow
@@ -52,6 +53,16 @@ public:
 
   /// Whether there is an adopted context and it is not current.
   bool IsElsewhere();
+
+  /// What stands in the way of a frame in the current context, which is new enough for one: a state
+  /// of the host that cannot be put aside, or a size that OpenGL does not know. Empty when nothing.
+  std::string FindObstacle() const;
+
+  ///@{
+  /// The internal format of the depth buffers that are rendered to; 0 when the toolkit has chosen.
+  unsigned int GetDepthFormat() const { return this->MultiSamples > 1 ? 0 : this->DepthFormat; }
+  void AllocateDepth(vtkTextureObject* depth, int width, int height);
+  ///@}
 
   ///@{
   /// Between these two the host's state is put aside and the OpenGL state is neutral. They nest.
@@ -113,6 +124,7 @@ private:
 
   void MatchFramebuffers(unsigned int depthFormat);
   void Populate(vtkOpenGLFramebufferObject* framebuffer, int colors);
+  bool IsReady();
   void RunPending();
   bool HasMark() const;
   void MakeMark();

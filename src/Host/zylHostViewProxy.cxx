@@ -2,16 +2,22 @@
 
 #include "Host/zylHostContext.h"
 #include "Host/zylHostWindowFactory.h"
+#include "Host/zylTranslucentPass.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylSession.h"
 
 #include <vtkCommand.h>
 #include <vtkNew.h>
+#include <vtkPVRenderView.h>
 #include <vtkPVRenderViewSettings.h>
 #include <vtkSMParaViewPipelineControllerWithRendering.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSessionProxyManager.h>
+
+namespace {
+constexpr const char* Unwanted[] = { "DepthPeeling", "UseFXAA" };
+}
 
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
@@ -19,7 +25,7 @@ vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
 {
   // The window comes with the proxy. ParaView looks at the display before the first one.
   zylHostContextKeeper context;
-  zylHostRenderWindowScope window;
+  zylHostRenderWindowScope windows;
   vtkSmartPointer<vtkSMProxy> proxy;
   if (manager && zylIsAlive(manager->GetSession()))
   {
@@ -30,10 +36,23 @@ vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
   {
     return nullptr;
   }
+  // ParaView links these to the session's settings: with each new view all views get the settings'.
+  if (vtkSMProxy* shared = manager->GetProxy("settings", "RenderViewSettings"))
+  {
+    for (const char* name : Unwanted)
+    {
+      vtkSMPropertyHelper(shared, name, /*quiet*/ true).Set(0);
+    }
+    shared->UpdateVTKObjects();
+  }
   view->AddObserver(vtkCommand::StartEvent, startRender);
   vtkNew<vtkSMParaViewPipelineControllerWithRendering> controller;
   controller->InitializeProxy(view);
   controller->RegisterViewProxy(view);
+  if (auto* client = vtkPVRenderView::SafeDownCast(view->GetClientSideObject()))
+  {
+    zylUseTranslucentPass(client->GetRenderWindow());
+  }
 
   vtkSMPropertyHelper(view, "LockBounds").Set(1);
   vtkSMPropertyHelper(view, "SuppressRendering").Set(1);
@@ -45,8 +64,10 @@ vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
   settings->SetLineOffsetParameters(0, -4);
   settings->SetPointOffsetParameter(-8);
 
-  vtkSMPropertyHelper(view, "DepthPeeling").Set(0);
-  vtkSMPropertyHelper(view, "UseFXAA").Set(0);
+  for (const char* name : Unwanted)
+  {
+    vtkSMPropertyHelper(view, name).Set(0);
+  }
   vtkSMPropertyHelper(view, "OrientationAxesVisibility").Set(0);
   zylParaView::UseOwnBackground(view);
   view->UpdateVTKObjects();

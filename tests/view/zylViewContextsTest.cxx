@@ -1,235 +1,15 @@
 // Two windows, and no public call touches a context that is not its view's: whichever is current,
 // state and objects of the host stay, and both windows draw afterwards.
-#include "zylBoundaryRepresentation.h"
 #include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylGLObjects.h"
 #include "zylHostTest.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
-#include "zylTimeController.h"
-#include "zylView.h"
+#include "zylViewScene.h"
 
-#include <functional>
 #include <string>
-#include <vector>
 
-#include <vtkMultiBlockDataSet.h>
-#include <vtkSmartPointer.h>
 #include <vtk_glew.h>
 
 namespace {
-// A view with a row of blocks that shows something of every kind.
-struct Scene
-{
-  Scene() { this->Make(); }
-
-  void Make()
-  {
-    this->View = vtkSmartPointer<zylView>::New();
-    this->View->SetSourceFBO(0);
-    this->View->SetWindowSize(300, 300);
-    this->Data = vtkSmartPointer<zylDataSet>::New();
-    this->Data->InitializeFromVTKDataSet(zylTestData::MakeRow(3));
-    this->Boundary = vtkSmartPointer<zylBoundaryRepresentation>::New();
-    this->Boundary->SetDataSet(this->Data);
-    this->ShowBlocks();
-    this->View->AddRepresentation(this->Boundary);
-    this->View->ResetCamera(0.0, 3.0, 0.0, 1.0, 0.0, 1.0);
-  }
-  void ShowBlocks()
-  {
-    for (int id = 1; id <= 3; ++id)
-    {
-      this->Boundary->GetSurfaceProperties(id)->Set("Visibility", true);
-      this->Boundary->GetMeshLineProperties(id)->Set("Visibility", true);
-    }
-  }
-  void Color(bool on, bool legend)
-  {
-    zylPropertyCollection* surface = this->Boundary->GetSurfaceProperties(1);
-    surface->Set("ColorMode", on ? 1 : 0);
-    surface->Set("ColorVariableName", "pressure");
-    surface->Set("ColorLegendVisibility", legend);
-    this->Boundary->Update();
-  }
-
-  void Style(int style, double transparency)
-  {
-    zylPropertyCollection* surface = this->Boundary->GetSurfaceProperties(3);
-    surface->Set("DisplayStyle", style);
-    surface->Set("Transparency", transparency);
-    this->Boundary->Update();
-  }
-
-  vtkSmartPointer<zylDataSet> Data;
-  vtkSmartPointer<zylBoundaryRepresentation> Boundary;
-  vtkSmartPointer<zylView> View;
-};
-
-struct Call
-{
-  const char* Name;
-  std::function<void(Scene&)> Run;
-};
-
-// Every public call that may drop or make OpenGL objects, in an order in which each has some.
-std::vector<Call> Calls()
-{
-  return {
-    { "Update of nothing", [](Scene& s) { s.Boundary->Update(); } },
-    { "one block recolored",
-      [](Scene& s) {
-        s.Boundary->GetSurfaceProperties(2)->Set("Diffuse", 0.5);
-        s.Boundary->Update();
-      } },
-    { "and back",
-      [](Scene& s) {
-        s.Boundary->GetSurfaceProperties(2)->Set("Diffuse", 1.0);
-        s.Boundary->Update();
-      } },
-    { "color by variable with legend", [](Scene& s) { s.Color(true, true); } },
-    { "legend hidden", [](Scene& s) { s.Color(true, false); } },
-    { "legend shown again", [](Scene& s) { s.Color(true, true); } },
-    { "solid color", [](Scene& s) { s.Color(false, false); } },
-    { "mesh lines hidden",
-      [](Scene& s) {
-        s.Boundary->GetMeshLineProperties(1)->Set("Visibility", false);
-        s.Boundary->Update();
-      } },
-    { "contour",
-      [](Scene& s) {
-        zylPropertyCollection* contour = s.Boundary->GetContourProperties(1);
-        contour->Set("Visibility", true);
-        contour->Set("ContourVariableName", "pressure");
-        s.Boundary->Update();
-      } },
-    { "arrows",
-      [](Scene& s) {
-        zylPropertyCollection* glyphs = s.Boundary->GetVectorGlyphProperties(1);
-        glyphs->Set("Visibility", true);
-        glyphs->Set("VectorVariable", "velocity");
-        glyphs->Set("ColorMode", 1);
-        glyphs->Set("ColorVariableName", "pressure");
-        glyphs->Set("ColorLegendVisibility", true);
-        s.Boundary->Update();
-      } },
-    { "no arrows",
-      [](Scene& s) {
-        s.Boundary->GetVectorGlyphProperties(1)->Set("Visibility", false);
-        s.Boundary->Update();
-      } },
-    { "point Gaussians", [](Scene& s) { s.Style(2, 0.0); } },
-    { "points", [](Scene& s) { s.Style(1, 0.0); } },
-    { "a transparent surface", [](Scene& s) { s.Style(0, 0.5); } },
-    { "an opaque one", [](Scene& s) { s.Style(0, 0.0); } },
-    { "feature lines",
-      [](Scene& s) {
-        s.Boundary->GetFeatureLineProperties(1)->Set("Visibility", true);
-        s.Boundary->Update();
-      } },
-    { "highlight",
-      [](Scene& s) {
-        s.Boundary->Highlight({ 1, 2 }, 0);
-        s.Boundary->Update();
-      } },
-    { "highlight cleared",
-      [](Scene& s) {
-        s.Boundary->ClearHighlights();
-        s.Boundary->Update();
-      } },
-    { "Hide",
-      [](Scene& s) {
-        s.Boundary->Hide();
-        s.Boundary->Update();
-      } },
-    { "Show",
-      [](Scene& s) {
-        s.Boundary->Show();
-        s.Boundary->Update();
-      } },
-    { "a clip",
-      [](Scene& s) {
-        s.Boundary->SetNumberOfClips(1);
-        s.Boundary->Update();
-      } },
-    { "no clip",
-      [](Scene& s) {
-        s.Boundary->SetNumberOfClips(0);
-        s.Boundary->Update();
-      } },
-    { "FreeResources", [](Scene& s) { s.Boundary->FreeResources(); } },
-    { "Update after it", [](Scene& s) { s.Boundary->Update(); } },
-    { "SetView(nullptr)", [](Scene& s) { s.Boundary->SetView(nullptr); } },
-    { "SetView",
-      [](Scene& s) {
-        s.Boundary->SetView(s.View);
-        s.Boundary->Update();
-      } },
-    { "SetDataSet(nullptr)", [](Scene& s) { s.Boundary->SetDataSet(nullptr); } },
-    { "Update without a dataset", [](Scene& s) { s.Boundary->Update(); } },
-    { "SetDataSet",
-      [](Scene& s) {
-        s.Boundary->SetDataSet(s.Data);
-        s.ShowBlocks();
-        s.Boundary->Update();
-      } },
-    { "other data",
-      [](Scene& s) {
-        s.Data->InitializeFromVTKDataSet(zylTestData::MakeRow(3, 4));
-        s.Boundary->SetDataSet(s.Data);
-        s.ShowBlocks();
-        s.Boundary->Update();
-      } },
-    { "RemoveRepresentation", [](Scene& s) { s.View->RemoveRepresentation(s.Boundary); } },
-    { "AddRepresentation", [](Scene& s) { s.View->AddRepresentation(s.Boundary); } },
-    { "axes on",
-      [](Scene& s) {
-        s.View->SetOrientationAxis(true);
-        s.View->Update();
-      } },
-    { "axes off",
-      [](Scene& s) {
-        s.View->SetOrientationAxis(false);
-        s.View->Update();
-      } },
-    { "SetWindowSize",
-      [](Scene& s) {
-        s.View->SetWindowSize(200, 200);
-        s.View->SetWindowSize(300, 300);
-      } },
-    { "camera",
-      [](Scene& s) {
-        s.View->ResetCamera();
-        s.View->SetViewDir(1, false);
-        s.View->SetParallelProjection(true);
-        s.View->ResetCamera(0.0, 3.0, 0.0, 1.0, 0.0, 1.0);
-      } },
-    { "lights",
-      [](Scene& s) {
-        s.View->GetLightKitProperties()->Set("UseLight", false);
-        s.View->Update();
-      } },
-    { "dataset updated", [](Scene& s) { s.Data->Update(); } },
-    { "time", [](Scene&) { zylTimeController::GetInstance()->Update(); } },
-    { "representation deleted",
-      [](Scene& s) {
-        s.View->RemoveRepresentation(s.Boundary);
-        s.Boundary = nullptr;
-      } },
-    { "and made", [](Scene& s) { s.Make(); } },
-    { "view deleted", [](Scene& s) { s.View = nullptr; } },
-    { "view made", [](Scene& s) { s.Make(); } },
-    { "all deleted",
-      [](Scene& s) {
-        s.View = nullptr;
-        s.Boundary = nullptr;
-        s.Data = nullptr;
-      } },
-    { "all made", [](Scene& s) { s.Make(); } },
-  };
-}
-
 // Binds what deleting and making objects may unbind.
 void BindObjects(const zylGLObjects& objects)
 {
@@ -275,19 +55,19 @@ TEST_P(zylViewContexts, AreLeftAlone)
   const Situation situation = this->GetParam();
   auto other = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
   ASSERT_NE(other, nullptr);
-  Scene otherScene;
+  zylViewScene otherScene;
   this->ExpectDrawn(*other, otherScene.View, "first");
   // The other host makes its objects first, and many: nearly every name of ours is one of theirs.
   const zylGLObjects otherObjects(600);
   this->Host->MakeCurrent();
-  Scene scene;
+  zylViewScene scene;
   this->ExpectDrawn(*this->Host, scene.View, "first");
   const zylGLObjects objects(30);
   BindObjects(objects);
   other->MakeCurrent();
   BindObjects(otherObjects);
 
-  for (const Call& call : Calls())
+  for (const zylViewCall& call : zylViewCalls())
   {
     this->Host->MakeCurrent();
     const zylGLState before = zylGLState::Read();
@@ -327,7 +107,7 @@ TEST_P(zylViewContexts, HoldNothingThatWasDropped)
   auto other = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
   ASSERT_NE(other, nullptr);
   this->Host->MakeCurrent();
-  Scene scene;
+  zylViewScene scene;
   const auto round = [&] {
     for (int i = 0; i < 6; ++i)
     {
@@ -367,11 +147,11 @@ TEST_P(zylViewContextsEnd, LeaveTheContextsAlone)
 {
   auto other = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
   ASSERT_NE(other, nullptr);
-  Scene otherScene;
+  zylViewScene otherScene;
   otherScene.View->Render();
   const zylGLObjects otherObjects(30);
   this->Host->MakeCurrent();
-  Scene scene;
+  zylViewScene scene;
   scene.View->Render();
   const zylGLObjects objects(600);
   BindObjects(objects);

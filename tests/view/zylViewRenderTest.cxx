@@ -181,11 +181,22 @@ TEST_P(zylViewFormats, Merge)
       std::printf("%d samples: not supported by this driver\n", samples);
       continue;
     }
-    ShowSphere(this->View);
+    auto sphere = ShowSphere(this->View);
     zylTestLog log(vtkLogger::VERBOSITY_WARNING);
     this->RenderScene();
     EXPECT_EQ(log.Count(Error, ""), 0) << log.Dump();
     this->ExpectScene(std::to_string(samples) + " samples");
+    // What is in front hides a translucent surface too, and what is behind it shows through.
+    vtkSMPropertyHelper(sphere, "Opacity").Set(0.5);
+    sphere->UpdateVTKObjects();
+    this->RenderScene();
+    EXPECT_EQ(log.Count(Error, ""), 0) << log.Dump();
+    EXPECT_TRUE(this->Host->PixelIs(120, 150, 255, 0, 0)) << samples << " samples";
+    const std::array<int, 3> pixel = this->Host->Pixel(180, 150);
+    EXPECT_TRUE(pixel[1] > pixel[0] + 40 && pixel[0] > 40)
+      << samples << " samples: " << pixel[0] << ' ' << pixel[1] << ' ' << pixel[2];
+    vtkSMPropertyHelper(sphere, "Visibility").Set(0);
+    sphere->UpdateVTKObjects();
   }
 }
 
