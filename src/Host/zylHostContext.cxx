@@ -59,6 +59,28 @@ PlatformFunction<void* (*)(int)> EglSurface("eglGetCurrentSurface", EglLibrary);
 PlatformFunction<unsigned int (*)(void*, void*, void*, void*)> EglMakeCurrent(
   "eglMakeCurrent", EglLibrary);
 
+// Of Xlib: a context that is gone is an error there, which ends the process unless it is caught.
+using ErrorHandler = int (*)(void*, void*);
+PlatformFunction<ErrorHandler (*)(ErrorHandler)> SetErrorHandler("XSetErrorHandler", "libX11.so.6");
+PlatformFunction<int (*)(void*, int)> Synchronize("XSync", "libX11.so.6");
+
+int IgnoreError(void*, void*)
+{
+  return 0;
+}
+
+// The vendor-neutral library knows which contexts exist; others look into the memory of one that is
+// gone.
+bool KnowsContexts()
+{
+  void* library = dlopen(GlxLibrary, RTLD_LAZY | RTLD_NOLOAD);
+  if (library)
+  {
+    dlclose(library);
+  }
+  return library != nullptr;
+}
+
 constexpr int EglDraw = 0x3059;
 constexpr int EglRead = 0x305A;
 
@@ -114,6 +136,37 @@ void zylHostContext::MakeCurrent() const
   {
     EglMakeCurrent.Get()(this->Display, this->Draw, this->Read, this->Context);
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostContext::TryMakeCurrent(const zylHostContext& now) const
+{
+  if (this->Api != now.Api || this->Display != now.Display)
+  {
+    return false;
+  }
+  if (this->Api == EGL)
+  {
+    EglMakeCurrent.Get()(this->Display, now.Draw, now.Read, this->Context);
+  }
+  else if (this->Api == GLX && KnowsContexts() && SetErrorHandler.Get() && Synchronize.Get())
+  {
+    Synchronize.Get()(this->Display, 0);
+    const ErrorHandler handler = SetErrorHandler.Get()(IgnoreError);
+    GlxMakeCurrent.Get()(this->Display, AsId(now.Draw), AsId(now.Read), this->Context);
+    Synchronize.Get()(this->Display, 0);
+    SetErrorHandler.Get()(handler);
+  }
+  const zylHostContext current = zylHostContext::Current();
+  if (this->SameContext(current))
+  {
+    return true;
+  }
+  if (!now.SameContext(current))
+  {
+    now.MakeCurrent();
+  }
+  return false;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -30,6 +30,10 @@ struct ZYL_PRIVATE zylHostContext
   /// for None.
   void MakeCurrent() const;
 
+  /// The same for one that may be gone, with the drawables of `now`, which is current. False, and
+  /// `now` stays current, where it is gone or that cannot be found out safely.
+  bool TryMakeCurrent(const zylHostContext& now) const;
+
   /// Leave no context current. OpenGL calls are then without effect until MakeCurrent().
   void Release() const;
 

@@ -4,9 +4,7 @@
 #include "Host/zylHostFramebuffer.h"
 #include "Host/zylHostObstacle.h"
 
-#include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <set>
 #include <sstream>
 
@@ -101,7 +99,9 @@ bool zylHostRenderWindow::BeginAdoption()
   }
   if (this->Adopted && !this->IsAdopted())
   {
-    this->Lost = true;
+    const zylHostContextKeeper keeper;
+    this->Lost = current.SameContext(this->Adopted) || !this->Adopted.TryMakeCurrent(current) ||
+      !this->IsAdopted();
     this->ReleaseGraphicsResources(this);
     this->Lost = false;
   }
@@ -132,7 +132,7 @@ void zylHostRenderWindow::FinishAdoption()
   units->Window = this;
   units->Initialize();
   this->GetState()->SetTextureUnitManager(units);
-  this->MakeMark();
+  this->Mark.Make();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -150,7 +150,7 @@ bool zylHostRenderWindow::IsAdopted()
     return false;
   }
   // A new context may have the address of a deleted one, but not what was made in that.
-  return this->HasMark();
+  return this->Mark.IsThere();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -432,49 +432,8 @@ void zylHostRenderWindow::ReleaseGraphicsResources(vtkWindow* window)
   this->PushContext();
   this->RunPending();
   this->Superclass::ReleaseGraphicsResources(window);
-  if (this->Mark && this->PushedFrame)
-  {
-    glDeleteBuffers(1, &this->Mark);
-  }
-  this->Mark = 0;
+  this->PushedFrame || this->InFrame() ? this->Mark.Delete() : this->Mark.Forget();
   this->PopContext();
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylHostRenderWindow::MakeMark()
-{
-  static unsigned long long count = 0;
-  const std::array<unsigned long long, 2> content = { ++count,
-    static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count()) };
-  std::memcpy(this->MarkContent.data(), content.data(), this->MarkContent.size());
-  GLint bound = 0;
-  glGetIntegerv(GL_COPY_WRITE_BUFFER, &bound);
-  glGenBuffers(1, &this->Mark);
-  glBindBuffer(GL_COPY_WRITE_BUFFER, this->Mark);
-  glBufferData(
-    GL_COPY_WRITE_BUFFER, this->MarkContent.size(), this->MarkContent.data(), GL_STATIC_READ);
-  glBindBuffer(GL_COPY_WRITE_BUFFER, bound);
-}
-
-//--------------------------------------------------------------------------------------------------
-bool zylHostRenderWindow::HasMark() const
-{
-  if (!this->Mark || !glIsBuffer(this->Mark))
-  {
-    return false;
-  }
-  std::array<unsigned char, 16> content{};
-  GLint bound = 0;
-  GLint size = 0;
-  glGetIntegerv(GL_COPY_READ_BUFFER, &bound);
-  glBindBuffer(GL_COPY_READ_BUFFER, this->Mark);
-  glGetBufferParameteriv(GL_COPY_READ_BUFFER, GL_BUFFER_SIZE, &size);
-  if (size == static_cast<GLint>(content.size()))
-  {
-    glGetBufferSubData(GL_COPY_READ_BUFFER, 0, content.size(), content.data());
-  }
-  glBindBuffer(GL_COPY_READ_BUFFER, bound);
-  return content == this->MarkContent;
 }
 
 //--------------------------------------------------------------------------------------------------

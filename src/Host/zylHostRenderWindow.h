@@ -15,9 +15,9 @@
 
 #include "Host/zylHostContext.h"
 #include "Host/zylHostGLState.h"
+#include "Host/zylHostMark.h"
 #include "zylExport.h"
 
-#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -126,16 +126,13 @@ private:
   void Populate(vtkOpenGLFramebufferObject* framebuffer, int colors);
   bool IsReady();
   void RunPending();
-  bool HasMark() const;
-  void MakeMark();
   void Report(std::string& last, const std::string& problem);
 
   zylHostContext Adopted;
   bool Lost = false; // the adopted context is gone although its handle may look alive
   std::vector<std::unique_ptr<zylHostGLState>> Frames;
   std::vector<std::function<void()>> Pending;
-  unsigned int Mark = 0; // a buffer object, and what it holds
-  std::array<unsigned char, 16> MarkContent{};
+  zylHostMark Mark;         // in the adopted context
   zylHostContext Suspended; // current before PushContext() of a release elsewhere
   int PushDepth = 0;
   bool PushedFrame = false;

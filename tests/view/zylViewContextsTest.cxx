@@ -138,6 +138,35 @@ INSTANTIATE_TEST_SUITE_P(
     return std::string(info.param == Own ? "Own" : info.param == Other ? "Other" : "None");
   });
 
+// A view that moves between two contexts leaves nothing behind in either.
+TEST_F(zylHostTest, ViewsMayMoveToAndFro)
+{
+  auto other = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
+  ASSERT_NE(other, nullptr);
+  zylTestHost* const hosts[2] = { this->Host.get(), other.get() };
+  zylViewScene scene;
+  int counts[2][6];
+  for (int i = 0; i < 12; ++i)
+  {
+    zylTestHost* host = hosts[i % 2];
+    host->MakeCurrent();
+    host->Clear(0.0f, 0.0f, 1.0f);
+    scene.View->Render();
+    EXPECT_TRUE(host->IsCurrent());
+    EXPECT_FALSE(host->PixelIs(150, 150, 0, 0, 255)) << "move " << i;
+    counts[i % 2][i / 2] = zylGLObjects::Count();
+  }
+  for (const auto& count : counts)
+  {
+    EXPECT_EQ(count[5], count[1]);
+  }
+  // One of them may be gone.
+  other = nullptr;
+  this->Host->MakeCurrent();
+  scene.View->Render();
+  EXPECT_FALSE(this->Host->PixelIs(150, 150, 0, 0, 255));
+}
+
 // Last: the session of this process ends here, with both windows.
 class zylViewContextsEnd : public zylViewContexts
 {

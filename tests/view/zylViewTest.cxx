@@ -417,6 +417,15 @@ TEST_F(zylViewCamera, LooksAgainstANormal)
   this->View->ResetCameraToNormal(1, 2, 3, 0, -4, 0);
   const double* look = camera->GetDirectionOfProjection();
   ExpectPoint(look, 0, 1, 0);
+  // Along the view-up direction, either way: the picture gets another one.
+  for (const double z : { 5.0, -5.0 })
+  {
+    camera->SetViewUp(0, 0, 1);
+    this->View->ResetCameraToNormal(1, 2, 3, 0, 0, z);
+    ExpectPoint(camera->GetDirectionOfProjection(), 0, 0, z > 0 ? -1 : 1);
+    EXPECT_NEAR(camera->GetViewUp()[2], 0.0, 1e-9);
+    EXPECT_NEAR(vtkMath::Norm(camera->GetViewUp()), 1.0, 1e-9);
+  }
   this->View->ResetCameraToNormal(0, 0, 0, 0, 0, 0);
   EXPECT_TRUE(log.Has(Error, "is not a direction"));
 }
