@@ -5,12 +5,17 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 
 #include <zylArrayInformation.h>
 #include <zylDataSet.h>
 #include <zylMultiBlockTree.h>
 #include <zylPipeline.h>
 #include <zylTimeController.h>
+
+#include <vtkCellType.h>
+#include <vtkGenericCell.h>
+#include <vtkNew.h>
 
 namespace {
 // Append `node` and what is below it; returns the leaf blocks in it.
@@ -123,6 +128,47 @@ std::vector<unsigned int> zylViewBlocks::Find(const std::string& idOrName) const
 }
 
 //--------------------------------------------------------------------------------------------------
+std::vector<int> zylViewBlocks::FindIndices(const std::string& list) const
+{
+  std::vector<int> indices;
+  std::istringstream names(list);
+  for (std::string name; std::getline(names, name, ',');)
+  {
+    this->Find(name); // throws when there is none
+    for (const zylViewBlock& block : this->Blocks)
+    {
+      if (block.Name == name || std::to_string(block.Id) == name)
+      {
+        indices.push_back(static_cast<int>(block.Id));
+      }
+    }
+  }
+  return indices;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<int> zylViewBlocks::GetBlocksOfDimension(int dimension) const
+{
+  const std::vector<int> types = this->DataSet->GetCellTypes(); // by flat index
+  const auto leaves = this->GetLeaves();
+  std::vector<int> blocks;
+  vtkNew<vtkGenericCell> cell;
+  for (const unsigned int leaf : leaves)
+  {
+    const int type = leaf < types.size() ? types[leaf] : -1;
+    if (type > VTK_EMPTY_CELL)
+    {
+      cell->SetCellType(type);
+      if (cell->GetCellDimension() == dimension)
+      {
+        blocks.push_back(static_cast<int>(leaf));
+      }
+    }
+  }
+  return blocks;
+}
+
+//--------------------------------------------------------------------------------------------------
 zylViewArray zylViewBlocks::GetArray(const std::string& fullName, unsigned int block) const
 {
   std::string name;
@@ -173,6 +219,12 @@ zylViewArray zylViewBlocks::NeedArray(const std::string& fullName,
   const std::vector<unsigned int>& blocks, bool pointData, int components) const
 {
   const zylViewArray array = this->GetArray(fullName, blocks);
+  if (!array.Found && this->IsDerived(fullName))
+  {
+    zylViewArray derived = array;
+    derived.Found = derived.PointData = true;
+    return derived;
+  }
   const bool suits = array.Found && (array.PointData || !pointData) &&
     (components == 0 || array.Components == components);
   if (suits)
@@ -180,18 +232,28 @@ zylViewArray zylViewBlocks::NeedArray(const std::string& fullName,
     return array;
   }
   std::vector<std::string> names;
-  for (const std::string& name : this->GetArrayNames())
+  for (const std::string& known : this->GetArrayNames())
   {
-    const zylViewArray other = this->GetArray(name, this->GetLeaves());
+    const zylViewArray other = this->GetArray(known, this->GetLeaves());
     if ((other.PointData || !pointData) && (components == 0 || other.Components == components))
     {
-      names.push_back(name);
+      names.push_back(known);
     }
   }
   const std::string kind = components == 3 ? "point vector array"
     : pointData                            ? "point array"
                                            : "array";
   throw zylUnknownName(kind, fullName, names);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylViewBlocks::IsDerived(const std::string& fullName) const
+{
+  std::string name;
+  int component = -1;
+  zylPipeline::SplitVariableName(fullName, name, component);
+  return this->DataSet->IsDerivedPointVariable(fullName) ||
+    this->DataSet->IsDerivedPointVariable(name);
 }
 
 //--------------------------------------------------------------------------------------------------

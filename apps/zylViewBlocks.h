@@ -40,14 +40,24 @@ public:
   /// Leaf blocks that "7" or "Inlet" stands for; throws zylViewError with the nearest names.
   std::vector<unsigned int> Find(const std::string& idOrName) const;
 
+  /// Flat indices of the blocks and groups that "3,Inlet" names; throws as Find().
+  std::vector<int> FindIndices(const std::string& list) const;
+
+  /// Flat indices of the leaf blocks whose cells have this dimension, as far as that is known.
+  std::vector<int> GetBlocksOfDimension(int dimension) const;
+
   /// The array of one block; a component suffix chooses the range. Found is false when absent.
   zylViewArray GetArray(const std::string& fullName, unsigned int block) const;
   /// The array over several blocks, with the union of its ranges.
   zylViewArray GetArray(const std::string& fullName, const std::vector<unsigned int>& blocks) const;
   /// As above; throws zylViewError with the nearest names when no block has it. `pointData`: cell
-  /// arrays do not count. `components` other than 0: arrays of other sizes do not count.
+  /// arrays do not count. `components` other than 0: arrays of other sizes do not count. A derived
+  /// variable is a point array whose size and range nobody knows before it is computed.
   zylViewArray NeedArray(const std::string& fullName, const std::vector<unsigned int>& blocks,
     bool pointData = false, int components = 0) const;
+
+  /// Whether that is a variable that --define made, or a component of one.
+  bool IsDerived(const std::string& fullName) const;
 
   /// All array names, point arrays first.
   std::vector<std::string> GetArrayNames() const;

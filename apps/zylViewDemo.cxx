@@ -112,46 +112,110 @@ std::string ChooseVector(const zylViewBlocks& blocks)
 }
 
 //--------------------------------------------------------------------------------------------------
-void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOptions& options)
+// What is drawn on top of surfaces, as settings without the "block:" or "kind." before them.
+std::vector<std::string> ChooseOverlays(
+  const zylViewBlocks& blocks, const zylViewOptions& options, double size, bool few)
+{
+  std::vector<std::string> overlays;
+  const std::string vector = ChooseVector(blocks);
+  if (options.GlyphArray.empty() && !vector.empty() && few)
+  {
+    overlays.push_back("VectorGlyph.Visibility=true");
+    overlays.push_back("VectorGlyph.VectorVariable=" + vector);
+    overlays.push_back("VectorGlyph.ScaleFactor=" + std::to_string(size / 40.0));
+    overlays.emplace_back("VectorGlyph.Color=0.1,0.1,0.1");
+  }
+  if (few)
+  {
+    overlays.emplace_back("MeshLine.Visibility=true");
+  }
+  return overlays;
+}
+
+// The plane through the middle, away with the half that faces the eye.
+zylViewClip Opening(const double* b)
+{
+  zylViewClip clip;
+  clip.Values = { (b[0] + b[1]) / 2, (b[2] + b[3]) / 2, (b[4] + b[5]) / 2, 0.0, -1.0, 0.0 };
+  return clip;
+}
+
+//--------------------------------------------------------------------------------------------------
+// Volumes are bodies, closed where they are opened; surfaces beside them are clipped.
+void FillForVolumes(const zylViewBlocks& blocks, const std::vector<int>& volumes,
+  const double* bounds, const std::vector<std::string>& overlays, zylViewOptions& options)
+{
+  zylViewDerived body;
+  body.Kind = zylViewDerived::Shape::ClipVolume;
+  body.Clip = Opening(bounds);
+  options.Derived.push_back(body);
+  std::vector<zylViewSetting> own;
+  for (const std::string& overlay : overlays)
+  {
+    own.push_back(zylParseKindSetting("ClipVolume." + overlay));
+  }
+  options.KindSettings.insert(options.KindSettings.begin(), own.begin(), own.end());
+  std::vector<std::string> settings;
+  for (const unsigned int leaf : blocks.GetLeaves())
+  {
+    const bool volume = std::find(volumes.begin(), volumes.end(), leaf) != volumes.end();
+    settings.push_back(std::to_string(leaf) + ":Visibility=" + (volume ? "false" : "true"));
+  }
+  SetBlocks(options, settings);
+  if (volumes.size() < blocks.GetLeaves().size())
+  {
+    options.Clips.push_back(body.Clip);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void FillForSurfaces(const zylViewBlocks& blocks, const double* bounds, bool flat,
+  const std::vector<std::string>& overlays, zylViewOptions& options)
 {
   const auto leaves = blocks.GetLeaves();
-  double b[6];
-  const bool bounded = dataset->GetBounds(b);
-  const double size = bounded ? std::hypot(b[1] - b[0], b[3] - b[2], b[5] - b[4]) : 1.0;
-  SetUnlessChosen(options.Array, ChooseArray(blocks));
   const zylViewArray color = blocks.GetArray(options.Array, leaves);
   if (color.PointData && color.Components == 1)
   {
     SetUnlessChosen(options.ContourArray, options.Array);
   }
-  const std::string vector = ChooseVector(blocks);
-  const bool few = dataset->GetNumberOfPoints() < ManyPoints * static_cast<int>(leaves.size());
   std::vector<std::string> settings;
-  if (options.GlyphArray.empty() && !vector.empty() && few)
+  for (const std::string& overlay : overlays)
   {
-    const std::string last = std::to_string(leaves.back()) + ":VectorGlyph.";
-    settings.push_back(last + "Visibility=true");
-    settings.push_back(last + "VectorVariable=" + vector);
-    settings.push_back(last + "ScaleFactor=" + std::to_string(size / 40.0));
-    settings.push_back(last + "Color=0.1,0.1,0.1");
-  }
-  if (few)
-  {
-    settings.push_back(std::to_string(leaves.front()) + ":MeshLine.Visibility=true");
+    const bool mesh = overlay.compare(0, 8, "MeshLine") == 0;
+    settings.push_back(std::to_string(mesh ? leaves.front() : leaves.back()) + ":" + overlay);
   }
   if (leaves.size() > 1)
   {
     settings.push_back(std::to_string(leaves[1]) + ":ColorMode=0");
     settings.push_back(std::to_string(leaves[1]) + ":Color=0.95,0.70,0.25");
   }
-  const bool flat = !bounded || b[5] - b[4] <= 0.02 * size;
   if (options.Clips.empty() && !flat)
   {
-    zylViewClip clip; // away with the corner that faces the eye
-    clip.Values = { (b[0] + b[1]) / 2, (b[2] + b[3]) / 2, (b[4] + b[5]) / 2, 0.0, -1.0, 0.0 };
-    options.Clips.push_back(clip);
+    options.Clips.push_back(Opening(bounds));
   }
   SetBlocks(options, settings);
+}
+
+//--------------------------------------------------------------------------------------------------
+void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOptions& options)
+{
+  double b[6];
+  const bool bounded = dataset->GetBounds(b);
+  const double size = bounded ? std::hypot(b[1] - b[0], b[3] - b[2], b[5] - b[4]) : 1.0;
+  const bool flat = !bounded || b[5] - b[4] <= 0.02 * size;
+  const auto count = static_cast<int>(blocks.GetLeaves().size());
+  const bool few = dataset->GetNumberOfPoints() < ManyPoints * count;
+  SetUnlessChosen(options.Array, ChooseArray(blocks));
+  const auto overlays = ChooseOverlays(blocks, options, size, few);
+  const auto volumes = blocks.GetBlocksOfDimension(3);
+  if (volumes.empty() || flat || !options.Clips.empty() || !options.Derived.empty())
+  {
+    FillForSurfaces(blocks, b, flat, overlays, options);
+  }
+  else
+  {
+    FillForVolumes(blocks, volumes, b, overlays, options);
+  }
 }
 } // namespace
 

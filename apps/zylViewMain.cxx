@@ -20,6 +20,40 @@ void PrintLines(const std::vector<std::string>& lines)
 }
 
 //--------------------------------------------------------------------------------------------------
+// Measure and draw. What the library said explains why something failed.
+std::string Show(zylViewScene& scene, zylViewHost* host, zylViewMessages& messages)
+{
+  messages.Clear();
+  try
+  {
+    scene.Derive();
+    scene.PrintNumbers();
+    if (host == nullptr)
+    {
+      return "";
+    }
+    host->MakeCurrent();
+    scene.Show(host->GetWidth(), host->GetHeight(), host->GetPixelRatio());
+  }
+  catch (const zylViewError& error)
+  {
+    const std::string reason = messages.GetFirstError();
+    if (error.Code != zylViewFailed || reason.empty())
+    {
+      throw;
+    }
+    throw zylViewError(error.Code, error.what() + (": " + reason));
+  }
+  const std::string empty = scene.GetEmptyReason();
+  if (!empty.empty())
+  {
+    std::fprintf(stderr, "zylview: there is nothing to draw: %s\n", empty.c_str());
+  }
+  host->Run(scene);
+  return empty;
+}
+
+//--------------------------------------------------------------------------------------------------
 int Run(zylViewOptions& options)
 {
   zylViewMessages messages(options.Verbose);
@@ -31,7 +65,8 @@ int Run(zylViewOptions& options)
   }
   // The host comes first: it owns the context, and outlives what is drawn in it.
   std::unique_ptr<zylViewHost> host;
-  if (!options.List)
+  const bool picture = !options.List && (!options.Measures() || !options.Output.empty());
+  if (picture)
   {
     host = options.Output.empty() ? zylNewWindowHost(options) : zylNewOffscreenHost(options);
   }
@@ -43,21 +78,18 @@ int Run(zylViewOptions& options)
     zylPrintDataSet(scene.GetDataSet());
     return zylViewDone;
   }
-  host->MakeCurrent();
-  scene.Show(host->GetWidth(), host->GetHeight(), host->GetPixelRatio());
-  const std::string empty = scene.GetEmptyReason();
-  if (!empty.empty())
-  {
-    std::fprintf(stderr, "zylview: there is nothing to draw: %s\n", empty.c_str());
-  }
-  host->Run(scene);
+  const std::string empty = Show(scene, host.get(), messages);
   if (options.Stats)
   {
     scene.PrintTimes();
   }
-  if (!options.Output.empty())
+  if (!options.Output.empty() && !options.PrintJson)
   {
     std::puts(options.Output.c_str());
+  }
+  if (messages.GetNumberOfErrors() > 0)
+  {
+    throw zylViewError(zylViewFailed, messages.GetFirstError());
   }
   return empty.empty() ? zylViewDone : zylViewNothing;
 }

@@ -24,6 +24,18 @@ Block settings (--block, repeatable): ID|NAME:SETTING=VALUE
   VectorGlyph; without KIND it is Surface. Elements of VALUE are separated by commas.
     --block 7:Color=1,0,0   --block Inlet:Visibility=false   --block Walls:MeshLine.Visibility=true
 
+Derived (each repeatable): a cut, lines ... in place of the blocks' surfaces, which are drawn beside
+it where --opacity or --block asks for them. --array colors all of them.
+  PLANE      ox,oy,oz,nx,ny,nz
+  SEEDS      N   (points spread over the data)    line:x1,y1,z1,x2,y2,z2,N
+             sphere:cx,cy,cz,radius,N    points:x,y,z[,x,y,z...]    file:PATH  (x y z in each line)
+  --set KIND.PROPERTY=VALUE sets a property of the library: KIND is Cut, Crinkle, Isosurface, Curve,
+  ClipVolume, Streamlines, Ribbons, SurfaceStreamlines, CurvedGlyphs or VortexCores, with a number
+  one of several (Cut2); PROPERTY is its own, or one of its displays as for blocks, or
+  Clip=plane:... cuts it away, and Blocks=ID|NAME,... are the blocks that it is made from.
+    --cut 0,0,0,1,0,0 --set Cut.MeshLine.Visibility=true --set Cut.Blocks=Volume
+  Integrate, Histogram and Probe have properties too: --set Histogram.BinRanges=0,5
+
 In the window: left drag orbits, middle or Shift+left drag pans, wheel or right drag zooms, h helps.
 
 Exit codes: 0 done, 1 rendering or writing failed, 2 bad arguments, 3 a file cannot be read,
@@ -95,21 +107,69 @@ void SetGlyphs(const std::string& text, zylViewOptions& options)
   std::tie(options.GlyphArray, options.GlyphScale) = zylParseNameAndNumber(text, "--glyphs");
 }
 
-// A repeated option comes as one text, a line for each time.
-void AddClips(const std::string& text, zylViewOptions& options)
+// A repeated option comes as one text, a line for each time: calls add(line) for each.
+template <class Function>
+auto EachLine(Function add)
 {
-  for (const std::string& line : CLI::detail::split(text, '\n'))
-  {
-    options.Clips.push_back(zylParseClip(line));
-  }
+  return [add](const std::string& text) {
+    for (const std::string& line : CLI::detail::split(text, '\n'))
+    {
+      add(line);
+    }
+  };
 }
 
-void AddBlockSettings(const std::string& text, zylViewOptions& options)
+//--------------------------------------------------------------------------------------------------
+void AddDerivedOptions(CLI::App& app, zylViewOptions& o)
 {
-  for (const std::string& line : CLI::detail::split(text, '\n'))
+  const char* const group = "Derived";
+  for (const zylViewDerivedForm& form : zylGetDerivedForms())
   {
-    options.BlockSettings.push_back(zylParseBlockSetting(line));
+    const auto add = [&o, shape = form.Shape](const std::string& text) {
+      const auto derived = zylParseDerived(shape, text);
+      o.Derived.insert(o.Derived.end(), derived.begin(), derived.end());
+    };
+    app.add_option_function<std::string>(form.Option, EachLine(add), form.Help)
+      ->join()
+      ->type_name(form.Form)
+      ->group(group);
   }
+  const auto set = [&o](const std::string& text) {
+    o.KindSettings.push_back(zylParseKindSetting(text));
+  };
+  app.add_option_function<std::string>("--set", EachLine(set), "Setting of a kind, see below")
+    ->join()
+    ->type_name("KIND.PROPERTY=VALUE")
+    ->group(group);
+}
+
+//--------------------------------------------------------------------------------------------------
+void AddNumberOptions(CLI::App& app, zylViewOptions& o)
+{
+  const char* const group = "Numbers (without --output no window is opened)";
+  app
+    .add_flag(
+      "--integrate", o.Integrate, "Integrals of all arrays over the data and over what is derived")
+    ->group(group);
+  const auto histogram = [&o](const std::string& text) {
+    o.Histograms.push_back(
+      zylParseNameAndCount(text, "--histogram", 1, 10000000, "the number of bins"));
+  };
+  app
+    .add_option_function<std::string>("--histogram", EachLine(histogram),
+      "How many points have values in each bin; default: over --range or the array's range")
+    ->join()
+    ->type_name("NAME:BINS")
+    ->group(group);
+  const auto probe = [&o](const std::string& text) {
+    const auto point = zylParseNumbers(text, 3, "--probe " + text);
+    o.ProbePoints.insert(o.ProbePoints.end(), point.begin(), point.end());
+  };
+  app.add_option_function<std::string>("--probe", EachLine(probe), "Values at a point")
+    ->join()
+    ->type_name("X,Y,Z")
+    ->group(group);
+  app.add_flag("--json", o.PrintJson, "Print the numbers for machines")->group(group);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -127,6 +187,15 @@ void AddDataOptions(CLI::App& app, zylViewOptions& o)
   app
     .add_option_function<double>(
       "--time", [&o](double t) { o.Time = t; }, "Time to show; the nearest time step is taken")
+    ->group(group);
+  const auto define = [&o](const std::string& line) {
+    o.Definitions.push_back(zylParseDefinition(line));
+  };
+  app
+    .add_option_function<std::string>("--define", EachLine(define),
+      "New point variable from others, as 'speed=mag(Velocity)' (repeatable)")
+    ->join()
+    ->type_name("NAME=EXPRESSION")
     ->group(group);
   app.add_flag("--list", o.List, "List blocks, arrays, ranges and time steps, and exit")
     ->group(group);
@@ -149,15 +218,28 @@ void AddDisplayOptions(CLI::App& app, zylViewOptions& o)
   text("--range", SetRange, "Color range LOW,HIGH; default: the array's range in the shown blocks");
   app.add_option("--colormap", o.ColorMap, "Color map, see --list-colormaps")->group(group);
   app.add_flag("--legend", o.Legend, "Show the color legend")->group(group);
-  app.add_option("--opacity", o.Opacity, "Opacity of the surfaces, 0 to 1")
+  app
+    .add_option_function<double>(
+      "--opacity", [&o](double opacity) { o.Opacity = opacity; },
+      "Opacity of the blocks' surfaces, 0 to 1")
     ->check(CLI::Range(0.0, 1.0))
     ->group(group);
   app.add_flag("--mesh-lines", o.MeshLines, "Draw the mesh")->group(group);
   app.add_flag("--feature-lines", o.FeatureLines, "Draw sharp edges and borders")->group(group);
   text("--contours", SetContours, "NAME:N, N contour lines of a point array over its range");
   text("--glyphs", SetGlyphs, "NAME:SCALE, arrows along a point vector array, SCALE long");
-  text("--clip", AddClips, "Cut away, see below")->join();
-  text("--block", AddBlockSettings, "Setting of single blocks, see below")->join();
+  const auto clip = [&o](const std::string& line) { o.Clips.push_back(zylParseClip(line)); };
+  app.add_option_function<std::string>("--clip", EachLine(clip), "Cut away, see below")
+    ->join()
+    ->group(group);
+  const auto block = [&o](const std::string& line) {
+    o.BlockSettings.push_back(zylParseBlockSetting(line));
+  };
+  app
+    .add_option_function<std::string>(
+      "--block", EachLine(block), "Setting of single blocks, see below")
+    ->join()
+    ->group(group);
   app
     .add_flag("--demo", o.Demo,
       "Choose colors, contours, arrows and a clip that suit the data, where not given")
@@ -227,6 +309,8 @@ bool zylParseViewOptions(int argc, const char* const* argv, zylViewOptions& opti
   app.footer(Footer);
   AddDataOptions(app, options);
   AddDisplayOptions(app, options);
+  AddDerivedOptions(app, options);
+  AddNumberOptions(app, options);
   AddPictureOptions(app, options);
   AddReportOptions(app, options);
   try

@@ -4,6 +4,7 @@
 #ifndef zylViewOptions_h
 #define zylViewOptions_h
 
+#include "zylViewDerivedForms.h"
 #include "zylViewForms.h"
 
 #include <array>
@@ -17,6 +18,8 @@ struct zylViewOptions
   std::string ReaderGroup;        ///< empty: chosen by the file
   std::string ReaderName;
   std::string Connect;
+
+  std::vector<std::pair<std::string, std::string>> Definitions; ///< name, expression
 
   bool List = false;
   bool ListColorMaps = false;
@@ -33,7 +36,7 @@ struct zylViewOptions
   std::optional<std::array<double, 2>> Range;
   std::string ColorMap; ///< empty: the library's default
   bool Legend = false;
-  double Opacity = 1.0;
+  std::optional<double> Opacity; ///< none: 1, and no surfaces where something is derived
   bool MeshLines = false;
   bool FeatureLines = false;
   std::string ContourArray; ///< empty: none
@@ -42,6 +45,8 @@ struct zylViewOptions
   double GlyphScale = 1.0;
   std::vector<zylViewClip> Clips;
   std::vector<zylViewSetting> BlockSettings;
+  std::vector<zylViewDerived> Derived;      ///< kind by kind, each in the user's order
+  std::vector<zylViewSetting> KindSettings; ///< of what is derived or measured
   bool Demo = false;
   bool Sample = false; ///< the built-in sample is shown; set when it is loaded
 
@@ -50,6 +55,15 @@ struct zylViewOptions
   bool FlipView = false;
   std::optional<std::array<double, 3>> From; ///< direction from the data to the eye
   double Zoom = 1.0;
+
+  bool Integrate = false;
+  std::vector<std::pair<std::string, int>> Histograms; ///< variable, number of bins
+  std::vector<double> ProbePoints;                     ///< x, y, z, ...
+  bool PrintJson = false;
+  bool Measures() const
+  {
+    return this->Integrate || !this->Histograms.empty() || !this->ProbePoints.empty();
+  }
 
   std::string Log;
   bool Verbose = false;

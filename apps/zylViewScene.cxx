@@ -2,8 +2,11 @@
 
 #include "zylViewBlocks.h"
 #include "zylViewDemo.h"
+#include "zylViewDerived.h"
+#include "zylViewError.h"
 #include "zylViewLoader.h"
 #include "zylViewMessages.h"
+#include "zylViewNumbers.h"
 #include "zylViewOptions.h"
 #include "zylViewProgress.h"
 #include "zylViewSettings.h"
@@ -15,6 +18,7 @@
 #include <zylBoundaryRepresentation.h>
 #include <zylCore.h>
 #include <zylDataSet.h>
+#include <zylDerivedSurfaceRepresentation.h>
 #include <zylTimeController.h>
 #include <zylView.h>
 
@@ -75,6 +79,7 @@ zylViewScene::~zylViewScene()
 {
   if (this->View)
   {
+    this->Derived->RemoveFrom(this->View);
     this->View->RemoveRepresentation(this->Representation);
   }
 }
@@ -99,28 +104,61 @@ void zylViewScene::GoToTime()
 }
 
 //--------------------------------------------------------------------------------------------------
+void zylViewScene::Derive()
+{
+  for (const auto& [name, expression] : this->Options.Definitions)
+  {
+    this->DataSet->DefineDerivedPointVariable(name, expression);
+  }
+  if (this->Messages.GetNumberOfErrors() > 0)
+  {
+    throw zylViewError(zylViewFailed, "--define is refused"); // with the library's reason
+  }
+  this->Blocks = std::make_unique<zylViewBlocks>(this->DataSet);
+  if (this->Options.Demo)
+  {
+    zylFillDemoOptions(*this->Blocks, this->DataSet, this->Options);
+    this->GoToTime(); // the demonstration has a time of its own
+    this->Blocks = std::make_unique<zylViewBlocks>(this->DataSet);
+  }
+  this->Derived =
+    std::make_unique<zylViewDerivedSurfaces>(this->Options, *this->Blocks, this->DataSet);
+  this->Derived->Make();
+  this->Messages.Clear(); // choosing blocks asks for what not every kind of data can tell
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::PrintNumbers()
+{
+  if (this->Options.Measures())
+  {
+    zylPrintNumbers(this->Options, *this->Blocks, this->DataSet, *this->Derived);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylViewScene::Show(int width, int height, int pixelRatio)
 {
   zylViewProgress progress("preparing the view", this->Alive);
   progress.Observe(zylCore::GetInstance()->GetSession());
   zylViewTimes::Watch watch(this->Times, "update");
-  if (this->Options.Demo)
-  {
-    zylFillDemoOptions(zylViewBlocks(this->DataSet), this->DataSet, this->Options);
-  }
-  this->GoToTime(); // the demonstration has a time of its own
-  const zylViewBlocks blocks(this->DataSet);
   this->View = vtkSmartPointer<zylView>::New();
   this->View->SetWindowSize(width, height);
   this->View->GetProxy()->GetRenderWindow()->SetDPI(72 * pixelRatio); // the size of text
 
   this->Representation = vtkSmartPointer<zylBoundaryRepresentation>::New();
   this->Representation->SetDataSet(this->DataSet);
-  zylViewSettings(this->Options, blocks, this->Representation).Apply();
+  zylViewSettings settings(this->Options, *this->Blocks, this->Representation);
+  settings.Apply();
   this->View->AddRepresentation(this->Representation); // updates it
+  if (settings.ApplyDerivedRange())
+  {
+    this->Representation->Update();
+  }
+  this->Derived->AddTo(this->View);
   this->View->Update();
   this->UpdateBounds();
-  this->FormatLegend();
+  this->FormatLegends();
   this->SetInitialView();
 }
 
@@ -128,11 +166,12 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
 std::string zylViewScene::GetEmptyReason() const
 {
   const double* b = this->Bounds;
-  if (b[0] <= b[1] || !this->Representation->IsVisible())
+  if (b[0] <= b[1] || (!this->Representation->IsVisible() && this->Options.Derived.empty()))
   {
     return ""; // there is something, or the user wants nothing
   }
   return this->DataSet->GetNumberOfPoints() == 0 ? "the data have no points"
+    : !this->Options.Derived.empty()             ? "what is derived is empty"
     : !this->Options.Clips.empty()               ? "the clips cut everything away"
                                                  : "the blocks hold nothing that has a surface";
 }
@@ -152,9 +191,19 @@ void zylViewScene::UpdateBounds()
 
 //--------------------------------------------------------------------------------------------------
 // Plain numbers at the ends of the legend, as at its ticks.
-void zylViewScene::FormatLegend()
+void zylViewScene::FormatLegends()
 {
-  const auto proxies = this->Representation->GetPVRepresentations();
+  this->FormatLegend(this->Representation);
+  for (const auto& entry : this->Derived->GetEntries())
+  {
+    this->FormatLegend(entry.Representation);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::FormatLegend(zylRepresentation* representation)
+{
+  const auto proxies = representation->GetPVRepresentations();
   for (int i = 0; i < proxies->GetNumberOfItems(); ++i)
   {
     auto proxy = vtkSMProxy::SafeDownCast(proxies->GetItemAsObject(i));
@@ -262,6 +311,7 @@ void zylViewScene::Step(int direction)
     now <= steps.front() ? time->GoToLastTimeStep() : time->GoToPreviousTimeStep();
   }
   this->Representation->Update();
+  this->Derived->Update();
   this->UpdateBounds();
   this->CameraChanged();
 }

@@ -1,12 +1,14 @@
 /// @file zylViewScene.h
-/// The part of the viewer that talks to the library: a session, one dataset, one view with one
-/// boundary representation. Knows nothing of windows; the host calls it with its context current.
+/// The part of the viewer that talks to the library: a session, one dataset, one view with a
+/// boundary representation and those that are derived. Knows nothing of windows; the host calls it
+/// with its context current.
 #ifndef zylViewScene_h
 #define zylViewScene_h
 
 #include "zylViewProgress.h"
 #include "zylViewTimes.h"
 
+#include <memory>
 #include <string>
 
 #include <vtkSmartPointer.h>
@@ -15,7 +17,10 @@ class vtkCamera;
 class vtkTextActor;
 class zylBoundaryRepresentation;
 class zylDataSet;
+class zylRepresentation;
 class zylView;
+class zylViewBlocks;
+class zylViewDerivedSurfaces;
 class zylViewMessages;
 struct zylViewOptions;
 
@@ -32,6 +37,12 @@ public:
   /// Connect if asked to, load the files and go to the time that is asked for. Needs no OpenGL.
   /// Throws zylViewError.
   void Load();
+
+  /// Set up what is derived. Needs no OpenGL. Throws zylViewError.
+  void Derive();
+
+  /// Print integrals, histograms and probes that are asked for. Needs no view. Throws zylViewError.
+  void PrintNumbers();
 
   /// Make the view and what it shows; its size in pixels, and how many pixels make up one of a
   /// usual screen. The host's context must be current; it still is afterwards. Throws zylViewError.
@@ -66,13 +77,16 @@ private:
   void GoToTime();
   void SetInitialView();
   void UpdateBounds();
-  void FormatLegend();
+  void FormatLegends();
+  void FormatLegend(zylRepresentation* representation);
 
   zylViewOptions& Options;
   zylViewMessages& Messages;
   vtkSmartPointer<zylDataSet> DataSet;
   vtkSmartPointer<zylView> View;
   vtkSmartPointer<zylBoundaryRepresentation> Representation;
+  std::unique_ptr<zylViewBlocks> Blocks;
+  std::unique_ptr<zylViewDerivedSurfaces> Derived;
   vtkSmartPointer<vtkTextActor> Help;
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< of what is visible
   double Reach[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };  ///< with arrows and tubes

@@ -2,16 +2,14 @@
 
 #include "zylViewError.h"
 #include "zylViewOptions.h"
+#include "zylViewProperties.h"
 
 #include <algorithm>
-#include <cstdlib>
 
+#include <zylArrayInformation.h>
 #include <zylBoundaryRepresentation.h>
 #include <zylCore.h>
-#include <zylProperty.h>
 #include <zylPropertyCollection.h>
-
-#include <CLI/StringTools.hpp>
 
 namespace {
 struct Kind
@@ -24,93 +22,6 @@ constexpr Kind Kinds[] = { { "Surface", &zylBoundaryRepresentation::GetSurfacePr
   { "FeatureLine", &zylBoundaryRepresentation::GetFeatureLineProperties },
   { "MeshLine", &zylBoundaryRepresentation::GetMeshLineProperties },
   { "VectorGlyph", &zylBoundaryRepresentation::GetVectorGlyphProperties } };
-
-constexpr double Ink[3] = { 0.10, 0.11, 0.14 }; // lines
-constexpr double Paper[3] = { 0.95, 0.95, 0.95 };
-
-//--------------------------------------------------------------------------------------------------
-void SetTriple(zylPropertyCollection* properties, const char* name, const double* values)
-{
-  properties->Set(name, values, 3);
-}
-
-[[noreturn]] void BadValue(const zylViewSetting& setting, const std::string& expected)
-{
-  throw zylViewError(zylViewBadArguments,
-    "--block '" + setting.Owner + ":" + setting.Name + "': '" + setting.Value + "' is not " +
-      expected);
-}
-
-bool ParseBool(const std::string& text, const zylViewSetting& setting)
-{
-  const std::string word = CLI::detail::to_lower(text);
-  const bool yes = word == "true" || word == "1" || word == "on" || word == "yes";
-  if (!yes && word != "false" && word != "0" && word != "off" && word != "no")
-  {
-    BadValue(setting, "true or false");
-  }
-  return yes;
-}
-
-double ParseNumber(const std::string& text, const zylViewSetting& setting)
-{
-  char* end = nullptr;
-  const double value = std::strtod(text.c_str(), &end);
-  if (text.empty() || *end != '\0')
-  {
-    BadValue(setting, "a number");
-  }
-  return value;
-}
-
-//--------------------------------------------------------------------------------------------------
-void SetProperty(zylPropertyCollection* properties, const zylViewSetting& setting)
-{
-  zylProperty* property = properties->GetProperty(setting.Name);
-  if (property == nullptr)
-  {
-    throw zylUnknownName(setting.Kind + " setting", setting.Name, properties->GetPropertyNames());
-  }
-  const bool text = property->GetPropertyType() == zylProperty::String;
-  const auto values =
-    text ? std::vector<std::string>{ setting.Value } : CLI::detail::split(setting.Value, ',');
-  if (values.size() != property->GetNumberOfElements())
-  {
-    BadValue(setting, std::to_string(property->GetNumberOfElements()) + " values");
-  }
-  for (unsigned int i = 0; i < values.size(); ++i)
-  {
-    switch (property->GetPropertyType())
-    {
-      case zylProperty::Bool:
-        properties->Set(setting.Name, i, ParseBool(values[i], setting));
-        break;
-      case zylProperty::Int:
-        properties->Set(setting.Name, i, static_cast<int>(ParseNumber(values[i], setting)));
-        break;
-      case zylProperty::Double:
-        properties->Set(setting.Name, i, ParseNumber(values[i], setting));
-        break;
-      case zylProperty::String:
-        properties->Set(setting.Name, i, values[i]);
-        break;
-    }
-  }
-}
-
-// A usable range: what is unknown becomes 0..1, what is empty grows a little.
-std::array<double, 2> Usable(std::array<double, 2> range)
-{
-  if (!(range[0] <= range[1]))
-  {
-    return { 0.0, 1.0 };
-  }
-  if (range[0] == range[1])
-  {
-    range[1] += std::max(1e-6, 1e-6 * std::abs(range[1]));
-  }
-  return range;
-}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -133,18 +44,19 @@ void zylViewSettings::Apply()
   this->ApplyGlyphs();
   this->ApplyBlockSettings(); // single blocks have the last word
   this->ApplyLegend();
-  this->ApplyClips();
+  zylSetClips(this->Representation, this->Options.Clips, this->Blocks);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewSettings::ShowSurfaces()
 {
+  const bool shown = this->Options.Derived.empty() || this->Options.Opacity;
   // Only leaf blocks: a group's id stands for everything below it.
   for (unsigned int block : this->Blocks.GetLeaves())
   {
     zylPropertyCollection* surface = this->Representation->GetSurfaceProperties(block);
-    surface->Set("Visibility", true);
-    surface->Set("Transparency", 1.0 - this->Options.Opacity);
+    surface->Set("Visibility", shown);
+    surface->Set("Transparency", 1.0 - this->Options.Opacity.value_or(1.0));
   }
 }
 
@@ -155,7 +67,8 @@ void zylViewSettings::ApplyBlockSettings()
   {
     for (unsigned int block : this->Blocks.Find(setting.Owner))
     {
-      SetProperty(this->GetCollection(setting.Kind, block), setting);
+      zylSetProperty(this->GetCollection(setting.Kind, block), setting,
+        "--block " + setting.Owner + ":" + setting.Name);
     }
   }
 }
@@ -176,22 +89,16 @@ void zylViewSettings::ApplyColors()
     return;
   }
   const auto array = this->Blocks.NeedArray(this->Options.Array, this->Blocks.GetLeaves());
-  const auto shown = this->Blocks.GetArray(this->Options.Array, this->GetShownBlocks());
-  const auto range = this->Options.Range ? *this->Options.Range : Usable(shown.Range);
+  const auto shown = this->Blocks.GetArray(this->Options.Array, this->GetRangeBlocks());
+  const auto range = this->Options.Range ? *this->Options.Range : zylUsableRange(shown.Range);
   for (unsigned int block : this->Blocks.GetLeaves())
   {
-    if (!this->Blocks.GetArray(array.Name, block).Found)
+    if (!this->Blocks.GetArray(array.Name, block).Found && !this->Blocks.IsDerived(array.Name))
     {
       continue;
     }
     zylPropertyCollection* surface = this->Representation->GetSurfaceProperties(block);
-    surface->Set("ColorMode", 1);
-    surface->Set("ColorVariableName", array.Name);
-    surface->Set("ColorMapRange", range.data(), 2);
-    if (!this->Options.ColorMap.empty())
-    {
-      surface->Set("ColorMapName", this->Options.ColorMap);
-    }
+    zylColorBy(surface, array.Name, range, this->Options.ColorMap);
   }
 }
 
@@ -202,12 +109,12 @@ void zylViewSettings::ApplyLines()
   {
     zylPropertyCollection* mesh = this->Representation->GetMeshLineProperties(block);
     mesh->Set("Visibility", this->Options.MeshLines);
-    SetTriple(mesh, "Color", Ink);
+    zylSetTriple(mesh, "Color", zylInk);
     zylPropertyCollection* feature = this->Representation->GetFeatureLineProperties(block);
     feature->Set("Visibility", this->Options.FeatureLines);
-    SetTriple(feature, "Color", Ink);
-    mesh->Set("TubeRadius", this->GetLineWidth());
-    feature->Set("TubeRadius", this->GetLineWidth());
+    zylSetTriple(feature, "Color", zylInk);
+    mesh->Set("TubeRadius", zylLineWidth(this->Options));
+    feature->Set("TubeRadius", zylLineWidth(this->Options));
   }
 }
 
@@ -218,8 +125,8 @@ void zylViewSettings::ApplyContours()
   for (unsigned int block : leaves)
   {
     zylPropertyCollection* contour = this->Representation->GetContourProperties(block);
-    SetTriple(contour, "Color", Ink);
-    contour->Set("TubeRadius", this->GetLineWidth());
+    zylSetTriple(contour, "Color", zylInk);
+    contour->Set("TubeRadius", zylLineWidth(this->Options));
   }
   if (this->Options.ContourArray.empty())
   {
@@ -227,7 +134,7 @@ void zylViewSettings::ApplyContours()
   }
   const std::string& name = this->Options.ContourArray;
   const auto array = this->Blocks.NeedArray(name, leaves, true, 1);
-  const auto range = Usable(this->Blocks.GetArray(name, this->GetShownBlocks()).Range);
+  const auto range = zylUsableRange(this->Blocks.GetArray(name, this->GetRangeBlocks()).Range);
   for (unsigned int block : leaves)
   {
     zylPropertyCollection* contour = this->Representation->GetContourProperties(block);
@@ -254,21 +161,19 @@ void zylViewSettings::ApplyGlyphs()
     glyph->Set("Visibility", this->Blocks.GetArray(name, block).PointData);
     glyph->Set("VectorVariable", name);
     glyph->Set("ScaleFactor", this->Options.GlyphScale);
-    SetTriple(glyph, "Color", Ink);
+    zylSetTriple(glyph, "Color", zylInk);
   }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewSettings::ApplyLegend()
 {
-  if (!this->Options.Legend)
+  if (!this->Options.Legend || !this->Options.Derived.empty())
   {
-    return;
+    return; // what is derived has its own
   }
   // Every group of blocks with settings of its own would draw a legend. One is enough: that of the
   // blocks which look like the first colored one.
-  const auto& b = this->Options.BackgroundTop;
-  const bool dark = 0.3 * b[0] + 0.6 * b[1] + 0.1 * b[2] < 0.45;
   bool found = false;
   std::uint64_t first = 0;
   for (unsigned int block : this->GetShownBlocks())
@@ -280,56 +185,7 @@ void zylViewSettings::ApplyLegend()
     }
     first = surface->GetHashValue();
     found = true;
-    surface->Set("ColorLegendVisibility", true);
-    SetTriple(surface, "ColorLegendTitleColor", dark ? Paper : Ink);
-    SetTriple(surface, "ColorLegendLabelColor", dark ? Paper : Ink);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewSettings::ApplyClips()
-{
-  this->Representation->SetNumberOfClips(static_cast<int>(this->Options.Clips.size()));
-  for (std::size_t i = 0; i < this->Options.Clips.size(); ++i)
-  {
-    const zylViewClip& clip = this->Options.Clips[i];
-    const double* v = clip.Values.data();
-    zylPropertyCollection* p = this->Representation->GetClipProperties(static_cast<int>(i));
-    p->Set("Invert", !clip.Outside);
-    switch (clip.Kind)
-    {
-      case zylViewClip::Shape::Scalar:
-        this->Blocks.NeedArray(clip.Variable, this->Blocks.GetLeaves(), true, 1);
-        p->Set("ClipMode", 1);
-        p->Set("ScalarVariable", clip.Variable);
-        p->Set("ScalarLowerThreshold", v[0]);
-        p->Set("ScalarUpperThreshold", v[1]);
-        break;
-      case zylViewClip::Shape::Plane:
-        p->Set("ClipMode", 2);
-        SetTriple(p, "PlaneCenter", v);
-        SetTriple(p, "PlaneNormal", v + 3);
-        break;
-      case zylViewClip::Shape::Box: {
-        const double corner[3] = { v[0], v[2], v[4] };
-        const double length[3] = { v[1] - v[0], v[3] - v[2], v[5] - v[4] };
-        p->Set("ClipMode", 3);
-        SetTriple(p, "BoxPosition", corner);
-        SetTriple(p, "BoxLength", length);
-        break;
-      }
-      case zylViewClip::Shape::Cylinder:
-        p->Set("ClipMode", 4);
-        SetTriple(p, "CylinderCenter", v);
-        SetTriple(p, "CylinderAxis", v + 3);
-        p->Set("CylinderRadius", v[6]);
-        break;
-      case zylViewClip::Shape::Sphere:
-        p->Set("ClipMode", 5);
-        SetTriple(p, "SphereCenter", v);
-        p->Set("SphereRadius", v[3]);
-        break;
-    }
+    zylShowLegend(surface, this->Options);
   }
 }
 
@@ -350,13 +206,6 @@ zylPropertyCollection* zylViewSettings::GetCollection(
 }
 
 //--------------------------------------------------------------------------------------------------
-double zylViewSettings::GetLineWidth() const
-{
-  // A picture with more samples than pixels wants lines of as many samples.
-  return this->Options.Output.empty() ? 1.0 : this->Options.Samples;
-}
-
-//--------------------------------------------------------------------------------------------------
 std::vector<unsigned int> zylViewSettings::GetShownBlocks() const
 {
   auto shown = this->Blocks.GetLeaves();
@@ -365,4 +214,46 @@ std::vector<unsigned int> zylViewSettings::GetShownBlocks() const
   };
   shown.erase(std::remove_if(shown.begin(), shown.end(), hidden), shown.end());
   return shown;
+}
+
+//--------------------------------------------------------------------------------------------------
+// What is derived may come from any block.
+std::vector<unsigned int> zylViewSettings::GetRangeBlocks() const
+{
+  return this->Options.Derived.empty() ? this->GetShownBlocks() : this->Blocks.GetLeaves();
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylViewSettings::ApplyDerivedRange()
+{
+  const std::string& variable = this->Options.Array;
+  const auto shown = this->GetShownBlocks();
+  if (this->Options.Range || shown.empty() || !this->Blocks.IsDerived(variable))
+  {
+    return false;
+  }
+  std::array<double, 2> range{ 1.0, -1.0 };
+  for (const unsigned int block : shown)
+  {
+    const auto array =
+      this->Representation->GetSurfaceColorVariableInformation(static_cast<int>(block));
+    const auto own = zylGetRange(array, variable);
+    const bool known = range[0] <= range[1];
+    if (own[0] <= own[1])
+    {
+      range = { known ? std::min(range[0], own[0]) : own[0],
+        known ? std::max(range[1], own[1]) : own[1] };
+    }
+  }
+  if (range[0] > range[1])
+  {
+    throw zylViewError(zylViewFailed, "the variable '" + variable + "' cannot be computed");
+  }
+  range = zylUsableRange(range);
+  for (const unsigned int block : shown)
+  {
+    this->Representation->GetSurfaceProperties(static_cast<int>(block))
+      ->Set("ColorMapRange", range.data(), 2);
+  }
+  return true;
 }

@@ -12,7 +12,6 @@
 class zylBoundaryRepresentation;
 class zylPropertyCollection;
 struct zylViewSetting;
-struct zylViewClip;
 struct zylViewOptions;
 
 class zylViewSettings
@@ -26,6 +25,10 @@ public:
   /// zylViewError for arrays, blocks, settings and color maps that do not exist.
   void Apply();
 
+  /// A variable that an expression makes has its range only after an update: set it now. Returns
+  /// whether another update is needed. Throws zylViewError when it could not be computed.
+  bool ApplyDerivedRange();
+
 private:
   void ShowSurfaces();
   void ApplyBlockSettings();
@@ -34,11 +37,10 @@ private:
   void ApplyContours();
   void ApplyGlyphs();
   void ApplyLegend();
-  void ApplyClips();
 
   zylPropertyCollection* GetCollection(const std::string& kind, unsigned int block) const;
   std::vector<unsigned int> GetShownBlocks() const;
-  double GetLineWidth() const; ///< pixels
+  std::vector<unsigned int> GetRangeBlocks() const;
 
   const zylViewOptions& Options;
   const zylViewBlocks& Blocks;

@@ -1,20 +1,15 @@
 // Runs the real programs, without a display unless a window is what is tested.
 #include "zylTestData.h"
+#include "zylViewRun.h"
 
 #include <atomic>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <set>
 #include <thread>
 
-#include <sys/wait.h>
-
-#include <vtkImageData.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
-#include <vtkPNGReader.h>
 #include <vtkPointData.h>
 #include <vtkStringArray.h>
 #include <vtkUnstructuredGrid.h>
@@ -27,99 +22,9 @@
 #undef Bool
 #undef Status
 
+using namespace zylViewRun;
+
 namespace {
-struct Outcome
-{
-  int ExitCode = -1;
-  std::string Text; // stdout and stderr
-};
-
-Outcome Execute(const std::string& command)
-{
-  Outcome outcome;
-  std::FILE* pipe = popen((command + " 2>&1 </dev/null").c_str(), "r");
-  char buffer[4096];
-  std::size_t count;
-  while ((count = std::fread(buffer, 1, sizeof buffer, pipe)) > 0)
-  {
-    outcome.Text.append(buffer, count);
-  }
-  const int status = pclose(pipe);
-  outcome.ExitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return outcome;
-}
-
-const std::string& Folder()
-{
-  static const std::string folder = zylTestData::MakeFolder();
-  return folder;
-}
-
-const std::string& Sample()
-{
-  static const std::string file = [] {
-    const Outcome made = Execute(std::string(ZYL_SAMPLE) + " --steps 3 " + Folder() + "/sample");
-    EXPECT_EQ(made.ExitCode, 0) << made.Text;
-    return Folder() + "/sample/chimney.pvd";
-  }();
-  return file;
-}
-
-// Without DISPLAY, with the sample unless `file` says otherwise.
-Outcome View(const std::string& arguments, const std::string& file = Sample())
-{
-  return Execute(
-    "env -u DISPLAY -u WAYLAND_DISPLAY " + std::string(ZYL_VIEW) + " " + arguments + " " + file);
-}
-
-struct Picture
-{
-  int Width = 0, Height = 0;
-  double Covered = 0.0; // share of pixels that are not black, the background
-  double Mean[3] = { 0.0, 0.0, 0.0 };
-  std::size_t Colors = 0;
-  std::vector<unsigned char> Pixels;
-};
-
-Picture Read(const std::string& file)
-{
-  vtkNew<vtkPNGReader> reader;
-  reader->SetFileName(file.c_str());
-  reader->Update();
-  Picture picture;
-  int size[3];
-  reader->GetOutput()->GetDimensions(size);
-  picture.Width = size[0];
-  picture.Height = size[1];
-  auto pixels = static_cast<unsigned char*>(reader->GetOutput()->GetScalarPointer());
-  const int count = size[0] * size[1];
-  picture.Pixels.assign(pixels, pixels + 3 * count);
-  std::set<int> colors;
-  for (int i = 0; i < count; ++i)
-  {
-    const unsigned char* p = pixels + 3 * i;
-    colors.insert(p[0] << 16 | p[1] << 8 | p[2]);
-    picture.Covered += (p[0] > 2 || p[1] > 2 || p[2] > 2) / double(count);
-    for (int c = 0; c < 3; ++c)
-    {
-      picture.Mean[c] += p[c] / double(count);
-    }
-  }
-  picture.Colors = colors.size();
-  return picture;
-}
-
-Picture Draw(const std::string& arguments, const std::string& file = Sample())
-{
-  const std::string output = Folder() + "/picture.png";
-  std::remove(output.c_str());
-  const Outcome outcome = View(
-    "--output " + output + " --size 240x160 --samples 1 --background 0,0,0 " + arguments, file);
-  EXPECT_EQ(outcome.ExitCode, 0) << arguments << '\n' << outcome.Text;
-  EXPECT_EQ(outcome.Text, output + "\n") << arguments;
-  return Read(output);
-}
-
 // The first window below `parent` of this title, or 0.
 Window FindWindow(Display* display, Window parent, const std::string& title)
 {
@@ -140,22 +45,6 @@ Window FindWindow(Display* display, Window parent, const std::string& title)
     XFree(children);
   }
   return found;
-}
-
-// Share of pixels that differ clearly.
-double Difference(const Picture& a, const Picture& b)
-{
-  double changed = 0.0;
-  for (std::size_t i = 0; i < a.Pixels.size() && i < b.Pixels.size(); i += 3)
-  {
-    int distance = 0;
-    for (std::size_t c = i; c < i + 3; ++c)
-    {
-      distance += std::abs(a.Pixels[c] - b.Pixels[c]);
-    }
-    changed += distance > 24;
-  }
-  return 3.0 * changed / a.Pixels.size();
 }
 } // namespace
 
