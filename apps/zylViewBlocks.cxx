@@ -70,26 +70,48 @@ bool IsGhost(zylArrayInformation* array)
   return array->GetName().compare(0, 8, "vtkGhost") == 0;
 }
 
-void PrintArrays(zylDataSet* dataset, unsigned int block, int indent)
+void PrintArray(const char* of, zylArrayInformation* array, int indent)
 {
-  VisitArrays(dataset, block, [&](bool point, zylArrayInformation* array) {
-    if (IsGhost(array))
+  if (IsGhost(array))
+  {
+    return;
+  }
+  const unsigned int count = array->GetNumberOfComponents();
+  std::printf("%*s%s %s (%u)", indent, "", of, array->GetName().c_str(), count);
+  for (unsigned int c = 0; c < std::min(count, 9u); ++c)
+  {
+    PrintRange("", array, c);
+  }
+  if (count > 1)
+  {
+    PrintRange("magnitude ", array, count);
+  }
+  std::printf("\n");
+}
+
+void PrintBlock(zylDataSet* dataset, const zylViewBlock& block)
+{
+  const int indent = 2 * block.Depth;
+  zylMultiBlockTree* node = dataset->GetMultiBlockTree()->FindChildWithBlockIndex(block.Id);
+  std::printf("%*s%u %s", indent, "", block.Id, block.Name.c_str());
+  if (block.Leaf)
+  {
+    const std::string kind = node->GetKind();
+    std::printf(" (%s", kind.empty() ? "nothing" : kind.c_str());
+    std::printf(node->RowArrays.empty() ? ")" : ", %lld rows)",
+      static_cast<long long>(node->GetNumberOfRows()));
+  }
+  std::printf("\n");
+  if (block.Leaf || block.Depth == 0)
+  {
+    VisitArrays(dataset, block.Id, [&](bool point, zylArrayInformation* array) {
+      PrintArray(point ? "point" : "cell ", array, indent + 4);
+    });
+    for (const auto& column : node->RowArrays)
     {
-      return;
+      PrintArray("row  ", column, indent + 4);
     }
-    const unsigned int count = array->GetNumberOfComponents();
-    std::printf(
-      "%*s%s %s (%u)", indent, "", point ? "point" : "cell ", array->GetName().c_str(), count);
-    for (unsigned int c = 0; c < std::min(count, 9u); ++c)
-    {
-      PrintRange("", array, c);
-    }
-    if (count > 1)
-    {
-      PrintRange("magnitude ", array, count);
-    }
-    std::printf("\n");
-  });
+  }
 }
 } // namespace
 
@@ -301,10 +323,6 @@ void zylPrintDataSet(zylDataSet* dataset)
   const zylViewBlocks blocks(dataset);
   for (const zylViewBlock& block : blocks.GetBlocks())
   {
-    std::printf("%*s%u %s\n", 2 * block.Depth, "", block.Id, block.Name.c_str());
-    if (block.Leaf || block.Depth == 0)
-    {
-      PrintArrays(dataset, block.Id, 2 * block.Depth + 4);
-    }
+    PrintBlock(dataset, block);
   }
 }

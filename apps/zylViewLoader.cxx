@@ -188,7 +188,7 @@ vtkSmartPointer<zylDataSet> zylViewLoader::LoadFiles()
   {
     throw zylViewError(zylViewBadFile, "cannot read '" + files.front() + "'" + reason);
   }
-  if (!dataset->GetReadErrors().empty())
+  if (!dataset->GetReadErrors().empty() && dataset->GetNumberOfPoints() > 0)
   {
     std::fprintf(stderr, "zylview: a part of '%s' could not be read%s\n", files.front().c_str(),
       reason.c_str());

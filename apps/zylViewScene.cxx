@@ -170,10 +170,16 @@ std::string zylViewScene::GetEmptyReason() const
   {
     return ""; // there is something, or the user wants nothing
   }
-  return this->DataSet->GetNumberOfPoints() == 0 ? "the data have no points"
-    : !this->Options.Derived.empty()             ? "what is derived is empty"
-    : !this->Options.Clips.empty()               ? "the clips cut everything away"
-                                                 : "the blocks hold nothing that has a surface";
+  const auto& errors = this->DataSet->GetReadErrors();
+  if (this->DataSet->GetNumberOfPoints() == 0)
+  {
+    const std::string reason = errors.empty() ? "the data have no points" : errors.front();
+    const auto colon = reason.find("drawn: "); // "Nothing can be drawn: ..."
+    return zylOneLine(colon == std::string::npos ? reason : reason.substr(colon + 7));
+  }
+  return !this->Options.Derived.empty() ? "what is derived is empty"
+    : !this->Options.Clips.empty()      ? "the clips cut everything away"
+                                        : "the blocks hold nothing that has a surface";
 }
 
 //--------------------------------------------------------------------------------------------------

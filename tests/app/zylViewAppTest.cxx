@@ -87,6 +87,25 @@ TEST(zylViewApp, ListsTextsWithoutRangesAndNoGhosts)
 }
 
 //--------------------------------------------------------------------------------------------------
+TEST(zylViewApp, ListsTablesAndShowsThoseWithCoordinates)
+{
+  std::ofstream(Folder() + "/table.csv") << "x,y,z,p\n0,0,0,1\n1,0,0,2\n0,1,1,3\n";
+  std::ofstream(Folder() + "/words.csv") << "name,value\na,1\nb,2\n";
+  const Outcome list = View("--list", Folder() + "/words.csv");
+  for (const char* text : { "(table, 2 rows)\n", "row   name (1)\n", "row   value (1)  [1, 2]\n" })
+  {
+    EXPECT_NE(list.Text.find(text), std::string::npos) << text << " in\n" << list.Text;
+  }
+  EXPECT_GT(
+    Draw("--block root:DisplayStyle=1 --block root:PointRadius=9", Folder() + "/table.csv").Covered,
+    0.001);
+  const Outcome words =
+    View("--size 9x9 --output " + Folder() + "/words.png", Folder() + "/words.csv");
+  EXPECT_EQ(words.ExitCode, 7);
+  EXPECT_NE(words.Text.find("table without coordinate columns"), std::string::npos) << words.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
 // The picture is written all the same: it shows the host's background.
 TEST(zylViewApp, SaysWhenThereIsNothingToDraw)
 {
@@ -94,7 +113,7 @@ TEST(zylViewApp, SaysWhenThereIsNothingToDraw)
   std::ofstream(Folder() + "/nothing.obj") << "# no vertices\n";
   const Outcome none = View(output, Folder() + "/nothing.obj");
   EXPECT_EQ(none.ExitCode, 7) << none.Text;
-  EXPECT_EQ(none.Text.find("zylview: there is nothing to draw: the data have no points\n"), 0u)
+  EXPECT_EQ(none.Text.find("zylview: there is nothing to draw: there are no points\n"), 0u)
     << none.Text;
   const Outcome clipped = View(output + "--clip sphere:99,99,99,1");
   EXPECT_EQ(clipped.ExitCode, 7) << clipped.Text;

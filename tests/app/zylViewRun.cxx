@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <regex>
 #include <set>
 
 #include <sys/wait.h>
@@ -27,6 +28,10 @@ Outcome Execute(const std::string& command)
   }
   const int status = pclose(pipe);
   outcome.ExitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  // A slow machine is told every ten seconds what is going on.
+  static const std::regex progress("(^|\n)[^\n]*: [0-9]+ s [^\n]*(?=\n)");
+  outcome.Text = std::regex_replace(outcome.Text, progress, "");
+  outcome.Text.erase(0, outcome.Text.find_first_not_of('\n'));
   return outcome;
 }
 
