@@ -44,8 +44,11 @@ const std::string& File()
 // A host's working day, cut short by whatever happens to the server.
 void Work()
 {
+  // With the reader named: ParaView's search for one ends the process when it is cut short.
+  const auto load = [](
+                      zylDataSet* data) { data->LoadFromFile({ File() }, "sources", "PVDReader"); };
   vtkNew<zylDataSet> data;
-  data->LoadFromFile({ File() });
+  load(data);
   vtkNew<zylView> view;
   view->SetSourceFBO(0);
   view->SetWindowSize(32, 32);
@@ -77,7 +80,7 @@ void Work()
   double bounds[6];
   boundary->GetBounds(bounds);
   view->CaptureImage();
-  data->LoadFromFile({ File() });
+  load(data);
 }
 
 long ResidentKilobytes()
@@ -121,7 +124,8 @@ TEST_F(zylServerFailure, OutlivesTheServerAtAnyMoment)
   long connecting = 0;
   long all = 0;
   long early = 0;
-  for (int i = -1; i < Moments; ++i)
+  // The first day teaches the process things it does not ask for again; the second is the measure.
+  for (int i = -2; i < Moments; ++i)
   {
     const auto server = std::move(next);
     next = i + 1 < Moments ? start() : nullptr;
@@ -144,6 +148,7 @@ TEST_F(zylServerFailure, OutlivesTheServerAtAnyMoment)
       Work();
     }
     all = i < 0 ? relay.GetBytes() : all;
+    EXPECT_EQ(relay.HasFailed(), i >= 0) << "moment " << i;
     server->Kill();
     if (i % 5 == 0)
     {

@@ -102,10 +102,10 @@ public:
     while (done < times && (this->Seconds <= 0.0 || elapsed() < share * this->Seconds))
     {
       work(done++);
-      const bool tenth = this->Seconds > 0.0
-        ? elapsed() > 0.1 * share * this->Seconds || done >= times / 10
-        : done >= times / 10;
-      if (!counted && tenth)
+      // By then every kind of change has been seen once.
+      const bool tenth =
+        elapsed() > 0.1 * share * this->Seconds && done >= std::min(times / 10, 20);
+      if (!counted && (done >= times / 10 || (this->Seconds > 0.0 && tenth)))
       {
         counted = true;
         early = Count();

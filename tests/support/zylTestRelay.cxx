@@ -141,6 +141,7 @@ void zylTestRelay::Pass(int client, int server)
         passed = fails ? std::max(this->Limit - this->Bytes, 0L) : count;
         this->Bytes += count;
         SendAll(server, buffer, passed);
+        this->Failed = this->Failed || fails;
         if (fails && !this->Failure)
         {
           return;

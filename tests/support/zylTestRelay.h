@@ -30,6 +30,8 @@ public:
   /// comes.
   void FailAfter(long bytes, std::function<void()> failure = nullptr);
 
+  /// Whether the moment has come.
+  bool HasFailed() const { return this->Failed; }
   /// What the client has sent so far.
   long GetBytes() const { return this->Bytes; }
 
@@ -43,6 +45,7 @@ private:
   long Limit = -1;
   std::function<void()> Failure;
   std::atomic<long> Bytes{ 0 };
+  std::atomic<bool> Failed{ false };
   std::atomic<bool> Ending{ false };
   std::thread Thread;
 };
