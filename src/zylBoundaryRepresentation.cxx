@@ -1,9 +1,9 @@
 #include "zylBoundaryRepresentation.h"
 
-#include "ParaView/zylBlockExtractor.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylBlockGroups.h"
 #include "Display/zylPipelineList.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
@@ -91,6 +91,11 @@ zylBoundaryRepresentation::~zylBoundaryRepresentation()
 void zylBoundaryRepresentation::SetDataSet(zylDataSet* dataSet)
 {
   zylScope("SetDataSet()");
+  if (!dataSet)
+  {
+    this->FreeResources();
+    this->HighlightPipeline->SetDataSource(nullptr);
+  }
   this->Superclass::SetDataSet(dataSet);
   this->InitializeBlockProperties();
 }
@@ -166,12 +171,35 @@ void zylBoundaryRepresentation::Update()
   zylConnect(this->ExtractBlockProxy, source);
   this->MultiClip->Update();
   this->UpdateExtractBlockCache();
+  this->UpdateHighlight();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylBoundaryRepresentation::UpdateHighlight()
+{
   this->HighlightPipeline->SetDataSource(this->MultiClip->GetOutput());
   this->HighlightPipeline->SetBlockTree(this->DataSet->GetMultiBlockTree());
-  if (this->View)
+  if (!this->View)
   {
-    this->HighlightPipeline->Update(this->View);
+    return;
   }
+  // Of surfaces at the same depth the last one made is seen, and that is to be the highlight.
+  std::set<vtkTypeUInt32> drawn;
+  for (zylPipeline* pipeline : this->GetPipelines())
+  {
+    if (pipeline != this->HighlightPipeline && pipeline->GetRepresentation())
+    {
+      drawn.insert(pipeline->GetRepresentation()->GetGlobalID());
+    }
+  }
+  if (this->HighlightPipeline->AnyBlocksVisible() &&
+    !std::includes(
+      this->BelowHighlight.begin(), this->BelowHighlight.end(), drawn.begin(), drawn.end()))
+  {
+    this->HighlightPipeline->FreeResources(this->View);
+    this->BelowHighlight = std::move(drawn);
+  }
+  this->HighlightPipeline->Update(this->View);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -195,10 +223,11 @@ void zylBoundaryRepresentation::UpdateExtractBlockCache()
   {
     return;
   }
-  const std::vector<int> needed = this->CollectNeededBlocks();
+  this->NeededBlocks = this->CollectNeededBlocks();
   std::vector<int> present =
     vtkSMPropertyHelper(this->ExtractBlockProxy, "BlockIndices").GetIntArray();
   std::sort(present.begin(), present.end());
+  const auto& needed = this->NeededBlocks;
   if (!std::includes(present.begin(), present.end(), needed.begin(), needed.end()))
   {
     zylExtractBlocks(this->ExtractBlockProxy, needed);
@@ -309,8 +338,8 @@ vtkSmartPointer<zylArrayInformation> zylBoundaryRepresentation::GetColorVariable
 {
   const bool usable =
     this->DataSet && zylIsUsable(this->DataSet->GetOutput(), "GetColorVariableInformation()");
-  zylPipeline* pipeline = usable ? this->Kinds[kind].GetPipeline(blockId) : nullptr;
-  return pipeline ? pipeline->GetColorVariableInformation() : nullptr;
+  return usable ? this->Kinds[kind].GetColorVariableInformation(blockId, this->NeededBlocks)
+                : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -447,6 +476,7 @@ void zylBoundaryRepresentation::Highlight(const std::vector<int>& blockIds, int 
   {
     return;
   }
+  this->HighlightPipeline->RestoreProperties();
   zylPropertyCollection* settings = this->GetHighlightProperties();
   zylBlockFlags::Write(settings, MakePairs(blockIds));
   if (!blockIds.empty())
@@ -460,6 +490,7 @@ void zylBoundaryRepresentation::Highlight(const std::vector<int>& blockIds, int 
 void zylBoundaryRepresentation::UnHighlight(const std::vector<int>& blockIds)
 {
   zylScope("UnHighlight()");
+  this->HighlightPipeline->RestoreProperties();
   zylPropertyCollection* settings = this->GetHighlightProperties();
   const std::vector<int> highlighted = HighlightedBlocks(settings);
   std::set<int> remaining(highlighted.begin(), highlighted.end());
@@ -478,6 +509,7 @@ void zylBoundaryRepresentation::UnHighlight(const std::vector<int>& blockIds)
 void zylBoundaryRepresentation::ClearHighlights()
 {
   zylScope("ClearHighlights()");
+  this->HighlightPipeline->RestoreProperties();
   zylBlockFlags::Write(this->GetHighlightProperties(), {});
   this->GetHighlightProperties()->Set("Visibility", false);
 }
@@ -486,6 +518,7 @@ void zylBoundaryRepresentation::ClearHighlights()
 void zylBoundaryRepresentation::SetHighlightTransparency(double transparency)
 {
   zylScope("SetHighlightTransparency()");
+  this->HighlightPipeline->RestoreProperties();
   this->GetHighlightProperties()->Set("Transparency", transparency);
 }
 

@@ -24,6 +24,7 @@
 #include "zylExport.h"
 #include "zylRepresentation.h"
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -123,6 +124,7 @@ private:
   vtkSmartPointer<zylArrayInformation> GetColorVariableInformation(int kind, int blockId);
   std::vector<int> CollectNeededBlocks();
   void TakeOverBlocks();
+  void UpdateHighlight();
   void SetForceHidden(int blockId, bool hidden);
   std::vector<zylPipeline*> GetPipelines();
 
@@ -131,8 +133,10 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> SurfaceProxy;
   bool SurfacePipelineCreated = false;
   vtkMTimeType BlocksTime = 0;       ///< of the block tree that the settings are for
+  std::vector<int> NeededBlocks;     ///< ascending, as of the last update
   std::vector<zylBlockGroups> Kinds; ///< surface, contour, feature line, mesh line, vector glyph
   vtkSmartPointer<zylHighlightPipeline> HighlightPipeline;
+  std::set<vtkTypeUInt32> BelowHighlight; ///< global ids of what was made before the highlight
 };
 
 #endif

@@ -64,6 +64,7 @@ zylDerivedSurfaceRepresentation::zylDerivedSurfaceRepresentation()
   zylDeclare(this->Properties, Rows);
   for (zylPipeline* pipeline : this->GetDisplays())
   {
+    pipeline->SetKeepsLastVariable(false);
     zylBlockFlags::Write(pipeline->GetProperties(), ShowTheBlock);
   }
 }

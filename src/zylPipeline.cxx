@@ -1,9 +1,9 @@
 #include "zylPipeline.h"
 
-#include "ParaView/zylBlockExtractor.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylColoring.h"
 #include "Display/zylVariable.h"
+#include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
@@ -125,13 +125,21 @@ void zylPipeline::FreeResources(zylView*)
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<zylArrayInformation> zylPipeline::GetColorVariableInformation()
 {
+  std::vector<int> blocks = FlagsOf(this->Properties).GetBlocks();
+  return this->GetColorVariableInformation(blocks.empty() ? std::vector<int>{ 0 } : blocks);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylArrayInformation> zylPipeline::GetColorVariableInformation(
+  const std::vector<int>& blocks)
+{
   const zylProperty* name = this->Properties->GetProperty("ColorVariableName");
-  if (!name || !zylIsUsable(this->DataSource, "GetColorVariableInformation()"))
+  if (!name || blocks.empty() || !zylIsUsable(this->DataSource, "GetColorVariableInformation()"))
   {
     return nullptr;
   }
-  return zylFindVariable(name->GetString(), zylVariableName::Component,
-    AskForBlocks(this->DataSource), FlagsOf(this->Properties).GetBlocks())
+  return zylFindVariable(
+    name->GetString(), zylVariableName::Component, AskForBlocks(this->DataSource), blocks)
     .Information;
 }
 
@@ -144,7 +152,9 @@ vtkSMPVRepresentationProxy* zylPipeline::GetRepresentation()
 //--------------------------------------------------------------------------------------------------
 bool zylPipeline::IsVisible()
 {
-  return this->Properties->GetBool("Visibility") && !this->Properties->GetBool("ForceHidden");
+  const zylProperty* visible = this->Properties->GetProperty("Visibility");
+  const zylProperty* hidden = this->Properties->GetProperty("ForceHidden");
+  return visible && visible->GetBool() && !(hidden && hidden->GetBool());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -212,8 +222,15 @@ void zylPipeline::InitializeProperties()
 }
 
 //--------------------------------------------------------------------------------------------------
+void zylPipeline::RestoreProperties()
+{
+  this->InitializeProperties();
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylPipeline::Update(zylView* view)
 {
+  this->RestoreProperties();
   vtkSMSourceProxy* source = view ? this->PrepareSource() : nullptr;
   if (!this->EnsureRepresentation(view, source))
   {
@@ -257,7 +274,8 @@ bool zylPipeline::EnsureFilter(const char* name)
 //--------------------------------------------------------------------------------------------------
 vtkSMSourceProxy* zylPipeline::ExtractVisibleBlocks()
 {
-  if (!this->BlockTree)
+  const std::vector<int> visible = FlagsOf(this->Properties).GetVisibleLeaves(this->BlockTree);
+  if (!this->BlockTree && visible == std::vector<int>{ 0 })
   {
     return this->DataSource; // a single block, from which the stage cannot take any
   }
@@ -269,7 +287,6 @@ vtkSMSourceProxy* zylPipeline::ExtractVisibleBlocks()
   {
     return this->DataSource;
   }
-  const std::vector<int> visible = FlagsOf(this->Properties).GetVisibleLeaves(this->BlockTree);
   zylExtractBlocks(this->Filter, visible);
   return this->Filter;
 }
@@ -329,8 +346,8 @@ void zylPipeline::SetColorVariableAndComponent()
   const std::string name = this->Properties->GetString("ColorVariableName");
   std::vector<int> blocks = FlagsOf(this->Properties).GetBlocks();
   const vtkMTimeType treeTime = this->GetTreeMTime();
-  if (this->Coloring->IsByArray() && name == this->ShownVariable && blocks == this->ColoredBlocks &&
-    treeTime == this->ColoredTreeTime)
+  if (this->BlockTree && this->Coloring->IsByArray() && name == this->ShownVariable &&
+    blocks == this->ColoredBlocks && treeTime == this->ColoredTreeTime)
   {
     return;
   }
@@ -338,6 +355,11 @@ void zylPipeline::SetColorVariableAndComponent()
   if (!variable.IsFound())
   {
     vtkLogF(WARNING, "point or cell data named '%s' could not be found", variable.Array.c_str());
+    this->ShownVariable.clear();
+    if (!this->KeepsLastVariable)
+    {
+      this->Coloring->ColorSolid(this->Representation);
+    }
     return;
   }
   this->Coloring->ColorBy(this->Representation, variable);

@@ -93,7 +93,16 @@ public:
   /// as they are, so that { 0, 1 } shows everything.
   void SetBlockTree(zylMultiBlockTree* tree);
 
-  /// Push the settings to `view` (borrowed; null does nothing).
+  /// Whether a variable that cannot be shown (it does not exist, or is no vector) leaves what was
+  /// shown as it was (the default), or what is shown is what a new pipeline with these settings
+  /// would show. A message comes in either case.
+  void SetKeepsLastVariable(bool keeps) { this->KeepsLastVariable = keeps; }
+
+  /// Declare settings that have been removed again, with their defaults.
+  void RestoreProperties();
+
+  /// Push the settings to `view` (borrowed; null does nothing). A missing setting means its
+  /// default.
   virtual void Update(zylView* view);
 
   /// Remove what is shown from `view` (may be null) and release all proxies but the data source.
@@ -103,6 +112,8 @@ public:
   /// The array named by "ColorVariableName" in the data source, with its ranges over the blocks of
   /// "BlockVisibility", or null. Asks the server.
   virtual vtkSmartPointer<zylArrayInformation> GetColorVariableInformation();
+  /// The same over these blocks (flat indices; none: null).
+  vtkSmartPointer<zylArrayInformation> GetColorVariableInformation(const std::vector<int>& blocks);
 
   /// The view representation proxy (borrowed), null while nothing has been shown.
   vtkSMPVRepresentationProxy* GetRepresentation();
@@ -133,7 +144,7 @@ protected:
   zylPipeline();
   ~zylPipeline() override;
 
-  /// Declare the settings above.
+  /// Declare those of the settings above that are missing.
   virtual void InitializeProperties();
 
   ///@{
@@ -154,7 +165,7 @@ protected:
   vtkSMSourceProxy* ExtractVisibleBlocks();
 
   void SetSolidColor();
-  /// Color by "ColorVariableName". An unknown array is logged and leaves the coloring as it is.
+  /// Color by "ColorVariableName". An unknown array is logged.
   void SetColorVariableAndComponent();
   /// The latest modification time of the settings of the color map.
   vtkMTimeType GetColorMapMTime();
@@ -165,6 +176,7 @@ protected:
   /// A variable in the blocks shown. Asks the server only if the block tree does not know it.
   zylVariable FindVariable(const std::string& name, zylVariableName form);
 
+  bool KeepsLastVariable = true;
   vtkSmartPointer<zylPropertyCollection> Properties;
   vtkSmartPointer<vtkSMSourceProxy> DataSource;
   vtkSmartPointer<vtkSMPVRepresentationProxy> Representation;

@@ -49,6 +49,10 @@ vtkSMSourceProxy* zylVectorGlyphPipeline::PrepareSource()
 {
   const bool visible = this->AnyBlocksVisible();
   this->HasVector = visible && this->CheckVectorVariable();
+  if (visible && !this->HasVector && !this->KeepsLastVariable)
+  {
+    this->FreeResources(nullptr);
+  }
   if (!this->Representation && !this->HasVector)
   {
     return nullptr;
@@ -64,6 +68,12 @@ bool zylVectorGlyphPipeline::CheckVectorVariable()
   if (!variable.IsFound())
   {
     vtkLogF(WARNING, "No array named '%s' is in the zylDataSet set on this zylVectorGlyphPipeline",
+      name.c_str());
+    return false;
+  }
+  if (variable.Association != 0)
+  {
+    vtkLogF(WARNING, "Array '%s' belongs to the cells, but should belong to the points.",
       name.c_str());
     return false;
   }
@@ -89,6 +99,10 @@ void zylVectorGlyphPipeline::UpdateColors()
   if (this->HasVector)
   {
     this->Superclass::UpdateColors();
+  }
+  else
+  {
+    this->HideColorLegendIfNeeded();
   }
 }
 

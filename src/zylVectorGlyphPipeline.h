@@ -14,8 +14,9 @@
  * | "ArrowShaftResolution"| int    | 8       | number of facets                                     |
  * | "ArrowTipResolution"  | int    | 8       | number of facets                                     |
  *
- * A vector variable that does not exist or has another number of components is logged as a warning
- * and leaves what is shown as it was; nothing is shown before there is a good one.
+ * A vector variable that does not exist, belongs to the cells or has another number of components is
+ * logged as a warning and leaves what is shown as it was (but see SetKeepsLastVariable()); nothing is
+ * shown before there is a good one.
  */
 // clang-format on
 #ifndef zylVectorGlyphPipeline_h

@@ -2,11 +2,13 @@
 
 #include "Display/zylBlockFlags.h"
 #include "ParaView/zylBlockExtractor.h"
+#include "zylArrayInformation.h"
 #include "zylMultiBlockTree.h"
 #include "zylPipeline.h"
 #include "zylPropertyCollection.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
@@ -18,8 +20,9 @@ constexpr unsigned int NoBlock = 0xFFFFFFFF; // of an empty tree
 //--------------------------------------------------------------------------------------------------
 bool zylBlockGroups::Block::IsShown() const
 {
-  return this->IsLeaf && this->Settings->GetBool("Visibility") &&
-    !this->Settings->GetBool("ForceHidden");
+  const zylProperty* visible = this->Settings->GetProperty("Visibility");
+  const zylProperty* hidden = this->Settings->GetProperty("ForceHidden");
+  return this->IsLeaf && visible && visible->GetBool() && !(hidden && hidden->GetBool());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -177,6 +180,7 @@ bool zylBlockGroups::CreateGroup(Group& group, vtkSMSourceProxy* source)
   }
   group.Pipeline = this->NewPipeline();
   group.Pipeline->SetDataSource(group.Script);
+  group.Pipeline->SetKeepsLastVariable(false);
   return true;
 }
 
@@ -207,33 +211,29 @@ void zylBlockGroups::UpdateSettings(
     group.Extracted = blocks;
   }
 
-  zylPropertyCollection* settings = this->Blocks[blocks.front()].Settings;
   std::vector<int> pairs;
   pairs.reserve(2 * blocks.size());
-  bool shown = false;
+  bool anyShown = false;
   for (const int id : blocks)
   {
-    const Block& block = this->Blocks[id];
-    const bool flag = block.IsShown();
-    if (flag && !shown)
-    {
-      shown = true;
-      settings = block.Settings; // equal in the hash, and visible
-    }
-    pairs.insert(pairs.end(), { id, flag ? 1 : 0 });
+    const bool shown = this->Blocks[id].IsShown();
+    pairs.insert(pairs.end(), { id, shown ? 1 : 0 });
+    anyShown = anyShown || shown;
   }
-  vtkSMPropertyHelper(group.Script, "Script").Set(makeScript(settings).c_str());
-  group.Script->UpdateVTKObjects();
-
   zylPropertyCollection* target = group.Pipeline->GetProperties();
-  if (target->GetHashValue() != hash)
+  if (group.Blocks.empty() || group.Hash != hash)
   {
-    target->DeepCopy(settings);
+    target->DeepCopy(this->Blocks[blocks.front()].Settings);
+    group.Pipeline->RestoreProperties();
+    group.Hash = hash;
   }
-  target->Set("Visibility", settings->GetBool("Visibility"));
-  target->Set("ForceHidden", settings->GetBool("ForceHidden"));
+  target->Set("Visibility", anyShown);
+  target->Set("ForceHidden", false);
   zylBlockFlags::Write(target, pairs);
   group.Blocks = blocks;
+
+  vtkSMPropertyHelper(group.Script, "Script").Set(makeScript(target).c_str());
+  group.Script->UpdateVTKObjects();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -247,11 +247,20 @@ void zylBlockGroups::FreeResources(zylView* view)
 }
 
 //--------------------------------------------------------------------------------------------------
-zylPipeline* zylBlockGroups::GetPipeline(int id) const
+vtkSmartPointer<zylArrayInformation> zylBlockGroups::GetColorVariableInformation(
+  int id, const std::vector<int>& delivered) const
 {
   zylPropertyCollection* settings = this->GetSettings(id);
   const auto group = settings ? this->Groups.find(settings->GetHashValue()) : this->Groups.end();
-  return group != this->Groups.end() ? group->second.Pipeline.Get() : nullptr;
+  if (group == this->Groups.end())
+  {
+    return nullptr;
+  }
+  std::vector<int> blocks;
+  const std::vector<int>& members = group->second.Blocks;
+  std::set_intersection(
+    members.begin(), members.end(), delivered.begin(), delivered.end(), std::back_inserter(blocks));
+  return group->second.Pipeline->GetColorVariableInformation(blocks);
 }
 
 //--------------------------------------------------------------------------------------------------

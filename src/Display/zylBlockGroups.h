@@ -15,6 +15,7 @@
 #include <vtkType.h>
 
 class vtkSMSourceProxy;
+class zylArrayInformation;
 class zylMultiBlockTree;
 class zylPipeline;
 class zylPropertyCollection;
@@ -52,11 +53,13 @@ public:
   /// Release the pipelines and what feeds them.
   void FreeResources(zylView* view);
 
-  ///@{
-  /// The pipeline that shows a block (borrowed), null if there is none; append all.
-  zylPipeline* GetPipeline(int id) const;
+  /// The variable that colors a block, over those blocks of its group that are among `delivered`
+  /// (ascending): what the source delivers besides may be left from settings that are no more.
+  vtkSmartPointer<zylArrayInformation> GetColorVariableInformation(
+    int id, const std::vector<int>& delivered) const;
+
+  /// Append all pipelines (borrowed).
   void AppendPipelines(std::vector<zylPipeline*>& pipelines) const;
-  ///@}
 
 private:
   struct Block
@@ -74,6 +77,7 @@ private:
     vtkSmartPointer<vtkSMSourceProxy> Extract;
     vtkSmartPointer<vtkSMSourceProxy> Script;
     vtkSmartPointer<zylPipeline> Pipeline;
+    vtkTypeUInt64 Hash = 0;     // of the settings that the pipeline has
     std::vector<int> Blocks;    // ascending
     std::vector<int> Extracted; // what Extract delivers, ascending: Blocks, or more
   };

@@ -11,6 +11,7 @@
 
 #include <vtkLogger.h>
 #include <vtkNew.h>
+#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxy.h>
 #include <vtkSMSession.h>
@@ -51,6 +52,11 @@ constexpr const char* MapSettings[] = { "ColorVariableName", "ColorMapName", "Co
   "ColorMapStyle", "NumberOfColors" };
 
 constexpr int SmoothTableSize = 256;
+
+// What color maps may bring along, and others leave as it is.
+constexpr const char* MapProperties[] = { "RGBPoints", "ColorSpace", "HSVWrap", "NanColor",
+  "NanOpacity", "UseBelowRangeColor", "BelowRangeColor", "UseAboveRangeColor", "AboveRangeColor",
+  "IndexedLookup", "IndexedColors", "IndexedOpacities", "Annotations", "UseLogScale" };
 
 //--------------------------------------------------------------------------------------------------
 // Transfer functions are registered with the proxy manager, which would keep them for ever.
@@ -166,6 +172,13 @@ void zylColoring::UpdateMap(zylPropertyCollection* settings)
   {
     this->MapTime = time;
     return;
+  }
+  for (const char* name : MapProperties)
+  {
+    if (vtkSMProperty* property = this->LookupTable->GetProperty(name))
+    {
+      property->ResetToXMLDefaults();
+    }
   }
   const std::string preset = settings->GetString("ColorMapName");
   vtkNew<vtkSMTransferFunctionPresets> presets;

@@ -74,6 +74,12 @@ void zylDeclare(zylPropertyCollection* collection, const zylPropertyRow* rows, s
 {
   for (const zylPropertyRow* row = rows; row != rows + count; ++row)
   {
+    const zylProperty* present = collection->GetProperty(row->Name);
+    if (present && present->GetPropertyType() == row->Type &&
+      (present->GetNumberOfElements() == row->Count || row->Count == 0))
+    {
+      continue;
+    }
     zylProperty* property = collection->MakeProperty(row->Name, row->Type, row->Count);
     SetDefaults(property, *row);
     property->SetIncludeInHash(row->Hashed);

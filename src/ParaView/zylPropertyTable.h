@@ -111,7 +111,8 @@ private:
   }
 };
 
-/// Make the properties of `rows` in `collection`, in table order.
+/// Make the properties of `rows` in `collection`, in table order. One that is there already, of the
+/// same type and number of elements, stays as it is: a missing setting means its default.
 ZYL_PRIVATE void zylDeclare(
   zylPropertyCollection* collection, const zylPropertyRow* rows, std::size_t count);
 

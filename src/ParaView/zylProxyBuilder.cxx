@@ -3,12 +3,15 @@
 #include "Host/zylHostRenderWindow.h"
 #include "ParaView/zylSession.h"
 
+#include <deque>
+
+#include <vtkCallbackCommand.h>
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
 #include <vtkPVView.h>
-#include <vtkSMInputProperty.h>
 #include <vtkSMParaViewPipelineController.h>
+#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMPropertyIterator.h>
 #include <vtkSMProxy.h>
@@ -37,31 +40,37 @@ struct Internals : public vtkSMProxy
 };
 
 //--------------------------------------------------------------------------------------------------
-// Keep the choices that ParaView offers for the properties (their domains: lists of arrays, ranges,
-// bounds) from following the inputs. They would be worked out anew, by a gather of everything about
-// the data that takes seconds with thousands of blocks, whenever the inputs execute; nothing in the
-// library reads them.
-void MuteDomains(vtkSMProxy* proxy)
+void RemoveObserver(vtkObject* object, unsigned long tag, unsigned long event)
 {
-  // A property updates the domains that depend on it through observers: of its own changes, and of
-  // the producers it is connected to, when they have executed.
+  vtkCommand* command = object->GetCommand(tag);
+  if (command && object->HasObserver(event, command))
+  {
+    object->RemoveObserver(tag);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+// The choices that ParaView offers for the properties (their domains: lists of arrays, ranges,
+// bounds) must not follow the inputs. They would be worked out anew, by a gather of everything
+// about the data that takes seconds with thousands of blocks, whenever the inputs execute; nothing
+// in the library reads them. A property updates the domains that depend on it through two
+// observers: of its own changes, and of the producers it is connected to, when they have executed.
+// Others may watch the same events, so these are told by their tags, which an object hands out in
+// ascending order.
+//
+// Take away the observer of its own changes, which a property adds when it is made.
+void MuteChanges(vtkSMProxy* proxy)
+{
   vtkSmartPointer<vtkSMPropertyIterator> iterator;
   iterator.TakeReference(proxy->NewPropertyIterator());
   for (iterator->Begin(); !iterator->IsAtEnd(); iterator->Next())
   {
-    iterator->GetProperty()->RemoveObservers(vtkCommand::UncheckedPropertyModifiedEvent);
-    auto* input = vtkSMInputProperty::SafeDownCast(iterator->GetProperty());
-    for (unsigned int i = 0; input && i < input->GetNumberOfProxies(); ++i)
-    {
-      if (vtkSMProxy* producer = input->GetProxy(i))
-      {
-        producer->RemoveObservers(vtkCommand::UpdateDataEvent);
-      }
-    }
+    constexpr unsigned long first = 1;
+    RemoveObserver(iterator->GetProperty(), first, vtkCommand::UncheckedPropertyModifiedEvent);
   }
   for (unsigned int i = 0; i < Internals::Count(proxy); ++i)
   {
-    MuteDomains(Internals::Get(proxy, i));
+    MuteChanges(Internals::Get(proxy, i));
   }
 }
 
@@ -80,6 +89,40 @@ zylHostRenderWindow* WindowOf(vtkSMProxy* proxy)
   }
   return nullptr;
 }
+
+//--------------------------------------------------------------------------------------------------
+// Takes away the observers of the producer that properties add while this lives.
+class MutedProducer
+{
+public:
+  explicit MutedProducer(vtkSMProxy* producer)
+    : Producer(producer)
+    , FirstTag(NextTag(producer))
+  {
+  }
+  ~MutedProducer()
+  {
+    const unsigned long end = NextTag(this->Producer);
+    for (unsigned long tag = this->FirstTag; tag < end; ++tag)
+    {
+      RemoveObserver(this->Producer, tag, vtkCommand::UpdateDataEvent);
+    }
+  }
+  MutedProducer(const MutedProducer&) = delete;
+  void operator=(const MutedProducer&) = delete;
+
+private:
+  static unsigned long NextTag(vtkSMProxy* producer)
+  {
+    vtkNew<vtkCallbackCommand> probe;
+    const unsigned long tag = producer->AddObserver(vtkCommand::NoEvent, probe);
+    producer->RemoveObserver(tag);
+    return tag;
+  }
+
+  vtkSmartPointer<vtkSMProxy> Producer;
+  unsigned long FirstTag;
+};
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -96,6 +139,7 @@ zylProxyBuilder& zylProxyBuilder::Input(vtkSMProxy* source, const char* property
 {
   if (source)
   {
+    this->Producers.push_back(source);
     this->Steps.emplace_back([name = std::string(property), source](vtkSMProxy* proxy) {
       vtkSMPropertyHelper(proxy, name.c_str()).Set(source, 0);
     });
@@ -163,6 +207,12 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::New() const
 //--------------------------------------------------------------------------------------------------
 void zylProxyBuilder::Configure(vtkSMProxy* proxy) const
 {
+  MuteChanges(proxy);
+  std::deque<MutedProducer> muted;
+  for (vtkSMProxy* producer : this->Producers)
+  {
+    muted.emplace_back(producer);
+  }
   for (const auto& step : this->Steps)
   {
     step(proxy);
@@ -191,9 +241,7 @@ vtkSmartPointer<vtkSMSourceProxy> zylProxyBuilder::MakeSource(bool registered)
     // One controller for all steps: it remembers what it has begun to initialize.
     vtkNew<vtkSMParaViewPipelineController> controller;
     controller->PreInitializeProxy(source);
-    MuteDomains(source);
     this->Configure(source);
-    MuteDomains(source);
     controller->PostInitializeProxy(source);
     if (registered)
     {
@@ -230,9 +278,7 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view
   }
   vtkNew<vtkSMParaViewPipelineController> controller;
   controller->PreInitializeProxy(proxy);
-  MuteDomains(proxy);
   this->Configure(proxy);
-  MuteDomains(proxy);
   // The one default that is worked out from the data on demand. What was modified has none.
   if (vtkSMProperty* type = proxy->GetProperty("Representation"))
   {
@@ -272,10 +318,8 @@ void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
   if (helper.GetNumberOfElements() != 1 || helper.GetAsProxy(0) != source ||
     helper.GetOutputPort(0) != 0)
   {
-    // The observers of the new input come with the connection.
-    MuteDomains(proxy);
+    const MutedProducer muted(source);
     helper.Set(source, 0);
-    MuteDomains(proxy);
   }
   proxy->UpdateVTKObjects();
 }

@@ -73,6 +73,7 @@ private:
   vtkSMSessionProxyManager* Manager;
   std::string Group;
   std::string Name;
+  std::vector<vtkSMProxy*> Producers;
   std::vector<std::function<void(vtkSMProxy*)>> Steps;
 };
 

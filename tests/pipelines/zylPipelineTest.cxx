@@ -17,6 +17,10 @@
 #include <set>
 
 #include <gtest/gtest.h>
+#include <vtkCallbackCommand.h>
+#include <vtkCellData.h>
+#include <vtkDataSet.h>
+#include <vtkDoubleArray.h>
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
@@ -359,6 +363,123 @@ TEST_F(zylPipelineTest, ColoringFollowsTheVariable)
 }
 
 //--------------------------------------------------------------------------------------------------
+TEST_F(zylPipelineTest, AnArrayMayBeNamedLikeAComponent)
+{
+  auto data = zylTestData::MakeRow(2);
+  for (unsigned int i = 0; i < 2; ++i)
+  {
+    vtkNew<vtkDoubleArray> array;
+    array->SetName("velocity_X");
+    array->SetNumberOfTuples(vtkDataSet::SafeDownCast(data->GetBlock(i))->GetNumberOfCells());
+    array->Fill(7.0 + i);
+    vtkDataSet::SafeDownCast(data->GetBlock(i))->GetCellData()->AddArray(array);
+  }
+  const zylSurfaces surfaces(data);
+  for (const bool tree : { true, false })
+  {
+    vtkNew<zylSurfacePipeline> pipeline;
+    pipeline->GetProperties()->Set("ColorMode", 1);
+    pipeline->GetProperties()->Set("ColorVariableName", "velocity_X");
+    pipeline->GetProperties()->Set("ColorLegendVisibility", true);
+    zylShow(pipeline, surfaces, { 1, 2 });
+    pipeline->SetBlockTree(tree ? surfaces.DataSet->GetMultiBlockTree() : nullptr);
+    pipeline->Update(this->View);
+    EXPECT_EQ(zylText(pipeline->GetRepresentation(), "ColorArrayName", 4), "velocity_X");
+    EXPECT_EQ(zylNumber(pipeline->GetRepresentation(), "ColorArrayName", 3), 1.0); // of cells
+    EXPECT_EQ(zylText(this->ScalarBar(pipeline), "Title"), "velocity_X");
+    EXPECT_EQ(zylText(this->ScalarBar(pipeline), "ComponentTitle"), "");
+    double range[2];
+    pipeline->GetColorVariableInformation()->GetComponentRange(0, range);
+    EXPECT_EQ(range[1], 8.0);
+    pipeline->GetProperties()->Set("ColorVariableName", "velocity_Y"); // the others as ever
+    pipeline->Update(this->View);
+    EXPECT_EQ(zylText(pipeline->GetRepresentation(), "ColorArrayName", 4), "velocity");
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+// With the same settings as a new one, a pipeline that shows nothing from before has nothing left.
+TEST_F(zylPipelineTest, WhatCannotBeShownLeavesNothingIfAsked)
+{
+  vtkNew<zylSurfacePipeline> surface;
+  surface->SetKeepsLastVariable(false);
+  UseVariables(surface);
+  this->Show(surface);
+  surface->GetProperties()->Set("ColorVariableName", "nothing");
+  surface->Update(this->View);
+  EXPECT_EQ(zylText(surface->GetRepresentation(), "ColorArrayName", 4), "");
+  EXPECT_EQ(vtkSMPropertyHelper(surface->GetRepresentation(), "LookupTable").GetAsProxy(), nullptr);
+
+  vtkNew<zylVectorGlyphPipeline> glyphs;
+  glyphs->SetKeepsLastVariable(false);
+  UseVariables(glyphs);
+  this->Show(glyphs);
+  ASSERT_NE(glyphs->GetRepresentation(), nullptr);
+  glyphs->GetProperties()->Set("VectorVariable", "pressure");
+  glyphs->Update(this->View);
+  EXPECT_EQ(glyphs->GetRepresentation(), nullptr);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylPipelineTest, MissingSettingsMeanTheirDefaults)
+{
+  for (const auto& make : Kinds)
+  {
+    const auto pipeline = make();
+    UseVariables(pipeline);
+    this->Show(pipeline);
+    pipeline->GetProperties()->Clear();
+    EXPECT_FALSE(pipeline->IsVisible());
+    pipeline->Update(this->View);
+    EXPECT_EQ(zylNumber(pipeline->GetRepresentation(), "Visibility"), 0.0);
+    const auto other = make();
+    EXPECT_EQ(pipeline->GetProperties()->PrintPropertiesToString(),
+      other->GetProperties()->PrintPropertiesToString());
+    pipeline->GetProperties()->MakeDouble("ColorMapRange", 1.0); // one element, not two
+    pipeline->GetProperties()->MakeString("Visibility", "yes");
+    this->Show(pipeline);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+// Data that are no blocks, and groups of such data, are shown by the flag of the root.
+TEST_F(zylPipelineTest, TheRootStandsForAll)
+{
+  for (const auto& make : Kinds)
+  {
+    const auto pipeline = make();
+    UseVariables(pipeline);
+    for (const bool tree : { true, false })
+    {
+      zylShow(pipeline, *this->Surfaces, { 0 });
+      pipeline->SetBlockTree(tree ? this->Surfaces->DataSet->GetMultiBlockTree() : nullptr);
+      pipeline->Update(this->View);
+      double bounds[6];
+      pipeline->GetVisibleBounds(bounds);
+      EXPECT_EQ(Values(bounds, bounds + 2), (Values{ 0, 3 })) << pipeline->GetClassName();
+    }
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylPipelineTest, TheHostsObserversStay)
+{
+  int seen = 0;
+  vtkNew<vtkCallbackCommand> observer;
+  observer->SetClientData(&seen);
+  observer->SetCallback(
+    [](vtkObject*, unsigned long, void* count, void*) { ++*static_cast<int*>(count); });
+  this->Surfaces->Source->AddObserver(vtkCommand::UpdateDataEvent, observer);
+  vtkNew<zylSurfacePipeline> pipeline;
+  this->Show(pipeline);
+  vtkNew<zylHighlightPipeline> highlight;
+  this->Show(highlight);
+  EXPECT_TRUE(this->Surfaces->Source->HasObserver(vtkCommand::UpdateDataEvent, observer));
+  this->Surfaces->Source->InvokeEvent(vtkCommand::UpdateDataEvent);
+  EXPECT_EQ(seen, 1);
+}
+
+//--------------------------------------------------------------------------------------------------
 TEST_F(zylPipelineTest, ColorMap)
 {
   vtkNew<zylSurfacePipeline> pipeline;
@@ -499,6 +620,9 @@ TEST_F(zylPipelineTest, GlyphsNeedAVector)
     pipeline->Update(this->View);
     EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING,
       "Array 'pressure' has 1 components, but should have 3 components."));
+    settings->Set("VectorVariable", "quality");
+    pipeline->Update(this->View);
+    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "'quality' belongs to the cells"));
   }
   EXPECT_EQ(pipeline->GetRepresentation(), nullptr);
 

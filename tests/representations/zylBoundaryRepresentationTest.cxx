@@ -383,6 +383,77 @@ TEST_F(zylBoundary, LeavesNothingBehind)
   EXPECT_EQ(this->Row(), "www");
 }
 
+TEST_F(zylBoundary, DrawsNothingWithoutADataset)
+{
+  this->ShowLeaves();
+  this->Boundary->Highlight({ 1 }, 1);
+  this->Boundary->Update();
+  this->Draw();
+  EXPECT_EQ(this->At(2), 'w');
+  this->Boundary->SetDataSet(nullptr);
+  this->Draw();
+  EXPECT_EQ(this->Row(), "bbb");
+  double bounds[6];
+  EXPECT_FALSE(this->Boundary->GetBounds(bounds));
+  this->Boundary->Update();
+  this->Draw();
+  EXPECT_EQ(this->Row(), "bbb");
+
+  // The tree of a dataset that is gone is no longer looked at.
+  this->Boundary->SetDataSet(this->Data);
+  this->ShowLeaves();
+  {
+    vtkNew<zylDataSet> other;
+    ASSERT_TRUE(other->InitializeFromVTKDataSet(zylTestData::MakeRow(2)));
+    this->Boundary->SetDataSet(other);
+    this->Surface(2)->Set("Visibility", true);
+    this->Boundary->Update();
+    this->Boundary->SetDataSet(this->Data);
+  }
+  this->Boundary->GetBounds(bounds);
+  this->Surface(3)->Set("Visibility", true);
+  this->Boundary->Update();
+  this->Boundary->ClearHighlights();
+  this->Boundary->Update();
+  this->Draw();
+  EXPECT_EQ(this->Row(), "bbw");
+}
+
+TEST_F(zylBoundary, SurvivesClearedSettings)
+{
+  this->ShowLeaves();
+  this->Surface(2)->Clear();
+  this->Boundary->GetHighlightProperties()->Clear();
+  this->Boundary->Update();
+  this->Draw();
+  EXPECT_EQ(this->Row(), "wbw");
+  this->Surface(2)->MakeBool("Visibility", true);
+  this->Boundary->Highlight({ 1 }, 1);
+  this->Boundary->Update();
+  this->Draw();
+  EXPECT_EQ(this->Row(), "?ww"); // orange
+}
+
+TEST_F(zylBoundary, InnerNodesCostNothing)
+{
+  this->Surface(0)->Set("Visibility", true);
+  this->View->AddRepresentation(this->Boundary);
+  EXPECT_FALSE(this->Boundary->IsVisible());
+  EXPECT_EQ(this->Boundary->GetPVRepresentations()->GetNumberOfItems(), 0);
+}
+
+// A new group of blocks is made after the highlight, and would be seen in its place.
+TEST_F(zylBoundary, TheHighlightIsOnTop)
+{
+  this->ShowLeaves();
+  this->Boundary->Highlight({ 2 }, 1);
+  this->Boundary->Update();
+  this->SetColor(2, 0, 1, 0);
+  this->Boundary->Update();
+  this->Draw();
+  EXPECT_EQ(this->Row(), "w?w");
+}
+
 TEST_F(zylBoundary, DoesNothingWithoutADataset)
 {
   vtkNew<zylBoundaryRepresentation> empty;
