@@ -172,18 +172,24 @@ std::vector<int> zylViewBlocks::FindIndices(const std::string& list) const
 std::vector<int> zylViewBlocks::GetBlocksOfDimension(int dimension) const
 {
   const std::vector<int> types = this->DataSet->GetCellTypes(); // by flat index
-  const auto leaves = this->GetLeaves();
   std::vector<int> blocks;
   vtkNew<vtkGenericCell> cell;
-  for (const unsigned int leaf : leaves)
+  for (std::size_t i = 0; i < this->Blocks.size(); ++i)
   {
-    const int type = leaf < types.size() ? types[leaf] : -1;
-    if (type > VTK_EMPTY_CELL)
+    // A block of several pieces has its cells in them: they are numbered after it.
+    const std::size_t end =
+      std::min(i + 1 < this->Blocks.size() ? this->Blocks[i + 1].Id : types.size(), types.size());
+    int type = VTK_EMPTY_CELL;
+    for (std::size_t index = this->Blocks[i].Id; index < end && type <= VTK_EMPTY_CELL; ++index)
+    {
+      type = types[index];
+    }
+    if (this->Blocks[i].Leaf && type > VTK_EMPTY_CELL)
     {
       cell->SetCellType(type);
       if (cell->GetCellDimension() == dimension)
       {
-        blocks.push_back(static_cast<int>(leaf));
+        blocks.push_back(static_cast<int>(this->Blocks[i].Id));
       }
     }
   }
