@@ -129,7 +129,7 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
   {
     // Several readers may claim a kind of file; some find out that it is not theirs when they read.
     const auto& reader = choice.Readers[i];
-    const std::string failure = this->ReadWith(fileNames, reader.Group, reader.Name);
+    const std::string failure = this->ReadWith(fileNames, reader.Group, reader.Name, i == 0);
     if (failure.empty())
     {
       return true;
@@ -152,7 +152,7 @@ bool zylDataSet::LoadFromFile(
     vtkErrorMacro("Failed to create new dataset");
     return false;
   }
-  const std::string failure = this->ReadWith(fileNames, group, name);
+  const std::string failure = this->ReadWith(fileNames, group, name, true);
   if (!failure.empty())
   {
     vtkErrorMacro(<< failure);
@@ -161,8 +161,8 @@ bool zylDataSet::LoadFromFile(
 }
 
 //--------------------------------------------------------------------------------------------------
-std::string zylDataSet::ReadWith(
-  const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
+std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
+  const std::string& group, const std::string& name, bool mayBeEmpty)
 {
   const std::string what = fileNames.empty() ? name : fileNames.front();
   zylErrorCapture errors; // readers complain as soon as they are made
@@ -181,7 +181,7 @@ std::string zylDataSet::ReadWith(
   {
     return "Failed to create new dataset";
   }
-  if (!this->Adopt(reader, errors))
+  if (!this->Adopt(reader, errors, mayBeEmpty))
   {
     return "Failed to read " + what + ": " + this->ReadErrors.front();
   }
@@ -190,7 +190,7 @@ std::string zylDataSet::ReadWith(
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture)
+bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture, bool mayBeEmpty)
 {
   const vtkSmartPointer<vtkSMSourceProxy> previous = this->Proxy;
   this->SetSource(source);
@@ -213,6 +213,10 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture)
   }
   this->SetReadErrors(errors);
   const bool nothing = this->Blocks->NumberOfPoints == 0 && this->Blocks->NumberOfCells == 0;
+  if (nothing && !mayBeEmpty)
+  {
+    errors.emplace_back("there are no data");
+  }
   if (lost || (!errors.empty() && nothing && source != previous))
   {
     // Nothing came: what was there before is shown again.
@@ -285,7 +289,7 @@ bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double tim
   source->UpdateVTKObjects();
   source->MarkModified(source);
   source->UpdatePipeline();
-  return this->Adopt(source, errors);
+  return this->Adopt(source, errors, true);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -222,9 +222,9 @@ private:
   void SourceCallback(vtkObject*, unsigned long, void*);
   void SetSource(vtkSMSourceProxy* source);
   /// Load with one reader. Empty, or why it failed; then everything is as before.
-  std::string ReadWith(
-    const std::vector<std::string>& fileNames, const std::string& group, const std::string& name);
-  bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture);
+  std::string ReadWith(const std::vector<std::string>& fileNames, const std::string& group,
+    const std::string& name, bool mayBeEmpty);
+  bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture, bool mayBeEmpty);
   void DropChain();
   void CheckDrawable(const std::vector<std::string>& errors);
   void SetReadErrors(const std::vector<std::string>& errors);
