@@ -4,6 +4,7 @@
 #include "Data/zylCellTypes.h"
 #include "Data/zylProcessingChain.h"
 #include "Data/zylReader.h"
+#include "Data/zylWatchedSource.h"
 #include "ParaView/zylDerivedVariables.h"
 #include "ParaView/zylErrorCapture.h"
 #include "ParaView/zylParaViewCompat.h"
@@ -17,14 +18,11 @@
 #include "zylTimeController.h"
 
 #include <algorithm>
-#include <cmath>
 
-#include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkObjectFactory.h>
 #include <vtkPVTrivialProducer.h>
-#include <vtkSMPropertyHelper.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -45,48 +43,13 @@ constexpr zylPropertyRow Rows[] = {
 };
 
 const std::string NothingText = "Nothing can be drawn: ";
-
-constexpr unsigned int NoBlock = 0xFFFFFFFF;
 constexpr vtkTypeUInt32 PureClient = 0x10; // process roles of a session on a server
-
-// The value nearest to `time`, the first of equally near ones; 0 without values.
-double Snap(double time, const std::vector<double>& values)
-{
-  double nearest = 0.0;
-  double distance = 1e299;
-  for (const double value : values)
-  {
-    if (std::abs(value - time) < distance)
-    {
-      distance = std::abs(value - time);
-      nearest = value;
-    }
-  }
-  return nearest;
-}
-
-// When data of this process that the source gives were changed; 0 for other sources.
-vtkMTimeType GetDataTime(vtkSMSourceProxy* source)
-{
-  auto* producer = vtkPVTrivialProducer::SafeDownCast(source->GetClientSideObject());
-  return producer ? producer->GetMTime() : 0;
-}
-
-std::vector<std::string> GetNames(const std::vector<vtkSmartPointer<zylArrayInformation>>& arrays)
-{
-  std::vector<std::string> names;
-  for (const auto& array : arrays)
-  {
-    names.push_back(array->GetName());
-  }
-  return names;
-}
-
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
 zylDataSet::zylDataSet()
   : Core(zylCore::GetInstance())
+  , Source(std::make_unique<zylWatchedSource>())
   , Chain(std::make_unique<zylProcessingChain>())
   , Properties(vtkSmartPointer<zylPropertyCollection>::New())
   , Blocks(std::make_unique<zylBlocks>())
@@ -103,8 +66,8 @@ zylDataSet::~zylDataSet()
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "~zylDataSet");
   this->DropChain();
-  zylUnregister(this->Proxy);
-  this->SetSource(nullptr);
+  zylUnregister(this->Source->Get());
+  this->Source->Set(nullptr);
   zylTimeController::GetInstance()->RemoveObserver(this->TimeObserverTag);
 }
 
@@ -192,8 +155,8 @@ std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
 //--------------------------------------------------------------------------------------------------
 bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture, bool mayBeEmpty)
 {
-  const vtkSmartPointer<vtkSMSourceProxy> previous = this->Proxy;
-  this->SetSource(source);
+  const vtkSmartPointer<vtkSMSourceProxy> previous = this->Source->Get();
+  this->Source->Set(source);
   this->LastUpdateTime = -1e299;
   std::vector<std::string> errors;
   try
@@ -221,7 +184,7 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture,
   {
     // Nothing came: what was there before is shown again.
     zylUnregister(source);
-    this->SetSource(previous);
+    this->Source->Set(previous);
     this->LastUpdateTime = -1e299;
     if (previous)
     {
@@ -252,12 +215,6 @@ void zylDataSet::DropChain()
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data)
-{
-  return this->InitializeFromVTKDataSet(data, 0.0);
-}
-
-//--------------------------------------------------------------------------------------------------
 bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double time)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "InitializeFromVTKDataSet with time");
@@ -271,7 +228,7 @@ bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double tim
   {
     return false;
   }
-  vtkSmartPointer<vtkSMSourceProxy> source = this->Proxy;
+  vtkSmartPointer<vtkSMSourceProxy> source = this->Source->Get();
   if (!zylIsAlive(source) && data)
   {
     source =
@@ -296,31 +253,31 @@ bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double tim
 void zylDataSet::Update()
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "Update");
-  if (!this->Proxy)
+  if (!this->Source->Get())
   {
     vtkWarningMacro("Update() called when no dataset proxy was set");
     return;
   }
-  if (!zylIsUsable(this->Proxy, "Update()"))
+  if (!zylIsUsable(this->Source->Get(), "Update()"))
   {
     return;
   }
   zylTimeController* controller = zylTimeController::GetInstance();
   const std::vector<double> steps = controller->GetTimestepValues();
   const double active = controller->GetActiveTime();
-  const double time = Snap(active, steps);
-  const bool between = time != active && zylProcessingChain::HasTimeSteps(this->Proxy);
+  const double time = zylSnapToStep(active, steps);
+  const bool between = time != active && zylProcessingChain::HasTimeSteps(this->Source->Get());
   const vtkTypeUInt64 hash = this->Properties->GetHashValue();
-  const bool changed = hash != this->LastPropertiesHash || time != this->LastUpdateTime ||
-    this->SourceChanged || GetDataTime(this->Proxy) != this->LastDataTime;
+  const bool changed =
+    hash != this->LastPropertiesHash || time != this->LastUpdateTime || this->Source->HasChanged();
   if (!changed && between == this->BetweenSteps)
   {
     return; // nothing to ask or tell the server
   }
   zylErrorCapture errors;
   zylParaView::AdaptThreads(nullptr); // nothing is known of the data that the source brings
-  const double frozen = Snap(this->Properties->GetDouble("FrozenTime"), steps);
-  if (this->Chain->Connect(this->Proxy, this->Properties, { time, active, frozen }))
+  const double frozen = zylSnapToStep(this->Properties->GetDouble("FrozenTime"), steps);
+  if (this->Chain->Connect(this->Source->Get(), this->Properties, { time, active, frozen }))
   {
     this->Chain->Execute();
     zylParaView::AdaptThreads(this->GetOutput());
@@ -331,8 +288,7 @@ void zylDataSet::Update()
     this->LastPropertiesHash = hash;
     this->LastUpdateTime = time;
     this->BetweenSteps = between;
-    this->LastDataTime = GetDataTime(this->Proxy);
-    this->SourceChanged = false;
+    this->Source->MarkSeen();
   }
   else
   {
@@ -357,32 +313,6 @@ void zylDataSet::CheckDrawable(const std::vector<std::string>& errors)
     vtkWarningMacro(<< NothingText << reason);
   }
   this->NothingToDraw = reason;
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylDataSet::SetSource(vtkSMSourceProxy* source)
-{
-  if (source == this->Proxy)
-  {
-    return;
-  }
-  if (this->Proxy)
-  {
-    this->Proxy->RemoveObserver(this->SourceObserverTag);
-  }
-  this->Proxy = source;
-  if (source)
-  {
-    // Pushed properties, commands and reloads all raise it.
-    this->SourceObserverTag =
-      source->AddObserver(vtkCommand::ModifiedEvent, this, &zylDataSet::SourceCallback);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylDataSet::SourceCallback(vtkObject*, unsigned long, void*)
-{
-  this->SourceChanged = true;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -411,7 +341,7 @@ void zylDataSet::RebuildTree()
 void zylDataSet::UpdateCallback(vtkObject*, unsigned long, void*)
 {
   // Everybody else may go on in the next session while a dataset of the last one is still held.
-  if (zylIsAlive(this->Proxy))
+  if (zylIsAlive(this->Source->Get()))
   {
     this->Update();
   }
@@ -426,7 +356,7 @@ zylPropertyCollection* zylDataSet::GetProperties()
 //--------------------------------------------------------------------------------------------------
 vtkSMSourceProxy* zylDataSet::GetProxy()
 {
-  return this->Proxy;
+  return this->Source->Get();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -464,45 +394,25 @@ vtkIdType zylDataSet::GetNumberOfCells()
 //--------------------------------------------------------------------------------------------------
 std::vector<double> zylDataSet::GetTimestepValues()
 {
-  if (!zylIsUsable(this->Proxy, "GetTimestepValues()") ||
-    !this->Proxy->GetProperty("TimestepValues"))
-  {
-    return {};
-  }
-  this->Proxy->UpdatePropertyInformation();
-  return vtkSMPropertyHelper(this->Proxy, "TimestepValues").GetDoubleArray();
+  return this->Source->GetDoubles("TimestepValues", "GetTimestepValues()");
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylDataSet::GetFileNames()
 {
-  return zylGetFileNames(this->Proxy);
+  return zylGetFileNames(this->Source->Get());
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<double> zylDataSet::GetBlockCentroids()
 {
-  if (!zylIsUsable(this->Proxy, "GetBlockCentroids()") ||
-    !this->Proxy->GetProperty("BlockCentroids"))
-  {
-    return {};
-  }
-  this->Proxy->UpdatePropertyInformation();
-  return vtkSMPropertyHelper(this->Proxy, "BlockCentroids").GetDoubleArray();
+  return this->Source->GetDoubles("BlockCentroids", "GetBlockCentroids()");
 }
 
 //--------------------------------------------------------------------------------------------------
 std::string zylDataSet::GetDataGroupingString()
 {
-  if (!zylIsUsable(this->Proxy, "GetDataGroupingString()") ||
-    !this->Proxy->GetProperty("DataGroupingString"))
-  {
-    return {};
-  }
-  this->Proxy->UpdatePropertyInformation();
-  vtkSMPropertyHelper helper(this->Proxy, "DataGroupingString");
-  const char* text = helper.GetNumberOfElements() > 0 ? helper.GetAsString(0) : nullptr;
-  return text ? text : "";
+  return this->Source->GetText("DataGroupingString", "GetDataGroupingString()");
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -530,50 +440,27 @@ std::vector<unsigned int> zylDataSet::GetBlockIDs()
 }
 
 //--------------------------------------------------------------------------------------------------
-zylMultiBlockTree* zylDataSet::FindBlock(unsigned int block)
-{
-  const auto found = this->Blocks->ByIndex.find(block);
-  return found == this->Blocks->ByIndex.end() ? nullptr : found->second;
-}
-
-//--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetParent(unsigned int blockIndex)
 {
-  zylMultiBlockTree* node = this->FindBlock(blockIndex);
-  return node && node->GetParent() ? node->GetParent()->GetBlockIndex() : NoBlock;
+  return this->Blocks->GetParent(blockIndex);
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<unsigned int> zylDataSet::GetChildren(unsigned int blockIndex)
 {
-  std::vector<unsigned int> children;
-  zylMultiBlockTree* node = this->FindBlock(blockIndex);
-  for (unsigned int i = 0; node && i < node->GetNumberOfChildren(); ++i)
-  {
-    children.push_back(node->GetChild(i)->GetBlockIndex());
-  }
-  return children;
-}
-
-//--------------------------------------------------------------------------------------------------
-const zylDataSet::ArrayList& zylDataSet::GetArrays(
-  ArrayList zylMultiBlockTree::*list, unsigned int block)
-{
-  static const ArrayList none;
-  zylMultiBlockTree* node = this->FindBlock(block);
-  return node ? node->*list : none;
+  return this->Blocks->GetChildren(blockIndex);
 }
 
 //--------------------------------------------------------------------------------------------------
 zylArrayInformation* zylDataSet::GetArray(
   ArrayList zylMultiBlockTree::*list, const char* kind, unsigned int arrayIndex, unsigned int block)
 {
-  if (!this->FindBlock(block))
+  if (!this->Blocks->Find(block))
   {
     vtkWarningMacro("No block at index " << block << " found.");
     return nullptr;
   }
-  const ArrayList& arrays = this->GetArrays(list, block);
+  const ArrayList& arrays = this->Blocks->GetArrays(list, block);
   if (arrayIndex >= arrays.size())
   {
     vtkWarningMacro("Index " << arrayIndex << " is an invalid " << kind << " array index.");
@@ -583,33 +470,16 @@ zylArrayInformation* zylDataSet::GetArray(
 }
 
 //--------------------------------------------------------------------------------------------------
-unsigned int zylDataSet::GetNumberOfPointArrays()
-{
-  return this->GetNumberOfPointArrays(0);
-}
-
-//--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetNumberOfPointArrays(unsigned int block)
 {
-  return static_cast<unsigned int>(this->GetArrays(&zylMultiBlockTree::PointArrays, block).size());
-}
-
-//--------------------------------------------------------------------------------------------------
-std::vector<std::string> zylDataSet::GetPointArrayNames()
-{
-  return this->GetPointArrayNames(0);
+  return static_cast<unsigned int>(
+    this->Blocks->GetArrays(&zylMultiBlockTree::PointArrays, block).size());
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylDataSet::GetPointArrayNames(unsigned int block)
 {
-  return GetNames(this->GetArrays(&zylMultiBlockTree::PointArrays, block));
-}
-
-//--------------------------------------------------------------------------------------------------
-zylArrayInformation* zylDataSet::GetPointArrayInformation(unsigned int arrayIndex)
-{
-  return this->GetPointArrayInformation(arrayIndex, 0);
+  return zylGetNames(this->Blocks->GetArrays(&zylMultiBlockTree::PointArrays, block));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -620,33 +490,16 @@ zylArrayInformation* zylDataSet::GetPointArrayInformation(
 }
 
 //--------------------------------------------------------------------------------------------------
-unsigned int zylDataSet::GetNumberOfCellArrays()
-{
-  return this->GetNumberOfCellArrays(0);
-}
-
-//--------------------------------------------------------------------------------------------------
 unsigned int zylDataSet::GetNumberOfCellArrays(unsigned int block)
 {
-  return static_cast<unsigned int>(this->GetArrays(&zylMultiBlockTree::CellArrays, block).size());
-}
-
-//--------------------------------------------------------------------------------------------------
-std::vector<std::string> zylDataSet::GetCellArrayNames()
-{
-  return this->GetCellArrayNames(0);
+  return static_cast<unsigned int>(
+    this->Blocks->GetArrays(&zylMultiBlockTree::CellArrays, block).size());
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylDataSet::GetCellArrayNames(unsigned int block)
 {
-  return GetNames(this->GetArrays(&zylMultiBlockTree::CellArrays, block));
-}
-
-//--------------------------------------------------------------------------------------------------
-zylArrayInformation* zylDataSet::GetCellArrayInformation(unsigned int arrayIndex)
-{
-  return this->GetCellArrayInformation(arrayIndex, 0);
+  return zylGetNames(this->Blocks->GetArrays(&zylMultiBlockTree::CellArrays, block));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -659,13 +512,7 @@ zylArrayInformation* zylDataSet::GetCellArrayInformation(
 //--------------------------------------------------------------------------------------------------
 int zylDataSet::GetCellType(unsigned int block)
 {
-  std::vector<unsigned int> indices = { block };
-  zylMultiBlockTree* node = this->FindBlock(block);
-  for (unsigned int i = 0; node && node->IsLeaf() && i < node->GetNumberOfChildren(); ++i)
-  {
-    indices.push_back(node->GetChild(i)->GetBlockIndex());
-  }
-  return zylGetCellType(this->Chain->GetBlockSource(), indices);
+  return zylGetCellType(this->Chain->GetBlockSource(), this->Blocks->GetBlockAndPieces(block));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -707,12 +554,7 @@ void zylDataSet::ClearDerivedPointVariables()
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylDataSet::GetDerivedPointVariableNames()
 {
-  std::vector<std::string> names;
-  for (const auto& variable : this->DerivedPointVariables->GetExpressions())
-  {
-    names.push_back(variable.first);
-  }
-  return names;
+  return this->DerivedPointVariables->GetNames();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -724,9 +566,7 @@ bool zylDataSet::IsDerivedPointVariable(const std::string& name)
 //--------------------------------------------------------------------------------------------------
 std::string zylDataSet::GetDerivedPointVariableExpression(const std::string& name)
 {
-  const auto& expressions = this->DerivedPointVariables->GetExpressions();
-  const auto found = expressions.find(name);
-  return found != expressions.end() ? found->second : std::string();
+  return this->DerivedPointVariables->GetExpression(name);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -51,6 +51,7 @@ class zylErrorCapture;
 class zylMultiBlockTree;
 class zylProcessingChain;
 class zylPropertyCollection;
+class zylWatchedSource;
 struct zylBlocks;
 
 class ZYL_EXPORT zylDataSet : public vtkObject
@@ -76,7 +77,10 @@ public:
   /// Show data of this process (shared; not copied) as the data of `time`. Call again with new data
   /// any time. False in a session on a server.
   bool InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double time);
-  bool InitializeFromVTKDataSet(vtkMultiBlockDataSet* data);
+  bool InitializeFromVTKDataSet(vtkMultiBlockDataSet* data)
+  {
+    return this->InitializeFromVTKDataSet(data, 0.0);
+  }
   ///@}
 
   /// Connect the chain as the settings say, execute it at the current time and rebuild the block
@@ -141,17 +145,23 @@ public:
   /// Arrays of a block; without argument of the root, which has the arrays of all blocks. Zero or
   /// empty for unknown blocks. The description is borrowed and valid until the tree is rebuilt; for
   /// a bad block or array index a warning is given and null returned.
-  unsigned int GetNumberOfPointArrays();
+  unsigned int GetNumberOfPointArrays() { return this->GetNumberOfPointArrays(0); }
   unsigned int GetNumberOfPointArrays(unsigned int block);
-  std::vector<std::string> GetPointArrayNames();
+  std::vector<std::string> GetPointArrayNames() { return this->GetPointArrayNames(0); }
   std::vector<std::string> GetPointArrayNames(unsigned int block);
-  zylArrayInformation* GetPointArrayInformation(unsigned int arrayIndex);
+  zylArrayInformation* GetPointArrayInformation(unsigned int arrayIndex)
+  {
+    return this->GetPointArrayInformation(arrayIndex, 0);
+  }
   zylArrayInformation* GetPointArrayInformation(unsigned int arrayIndex, unsigned int block);
-  unsigned int GetNumberOfCellArrays();
+  unsigned int GetNumberOfCellArrays() { return this->GetNumberOfCellArrays(0); }
   unsigned int GetNumberOfCellArrays(unsigned int block);
-  std::vector<std::string> GetCellArrayNames();
+  std::vector<std::string> GetCellArrayNames() { return this->GetCellArrayNames(0); }
   std::vector<std::string> GetCellArrayNames(unsigned int block);
-  zylArrayInformation* GetCellArrayInformation(unsigned int arrayIndex);
+  zylArrayInformation* GetCellArrayInformation(unsigned int arrayIndex)
+  {
+    return this->GetCellArrayInformation(arrayIndex, 0);
+  }
   zylArrayInformation* GetCellArrayInformation(unsigned int arrayIndex, unsigned int block);
   ///@}
 
@@ -219,8 +229,6 @@ private:
   using ArrayList = std::vector<vtkSmartPointer<zylArrayInformation>>;
 
   void UpdateCallback(vtkObject*, unsigned long, void*);
-  void SourceCallback(vtkObject*, unsigned long, void*);
-  void SetSource(vtkSMSourceProxy* source);
   /// Load with one reader. Empty, or why it failed; then everything is as before.
   std::string ReadWith(const std::vector<std::string>& fileNames, const std::string& group,
     const std::string& name, bool mayBeEmpty);
@@ -229,23 +237,18 @@ private:
   void CheckDrawable(const std::vector<std::string>& errors);
   void SetReadErrors(const std::vector<std::string>& errors);
   void RebuildTree();
-  zylMultiBlockTree* FindBlock(unsigned int block);
-  const ArrayList& GetArrays(ArrayList zylMultiBlockTree::*list, unsigned int block);
   zylArrayInformation* GetArray(ArrayList zylMultiBlockTree::*list, const char* kind,
     unsigned int arrayIndex, unsigned int block);
 
   vtkSmartPointer<zylCore> Core;
-  vtkSmartPointer<vtkSMSourceProxy> Proxy;
+  std::unique_ptr<zylWatchedSource> Source;  // never null
   std::unique_ptr<zylProcessingChain> Chain; // never null
   vtkSmartPointer<zylPropertyCollection> Properties;
   std::unique_ptr<zylBlocks> Blocks; // never null; what the tree holds
   vtkSmartPointer<zylMultiBlockTree> MultiBlockTree;
   vtkTypeUInt64 LastPropertiesHash = 0;
   double LastUpdateTime = -1e299;
-  vtkMTimeType LastDataTime = 0;
   bool BetweenSteps = false;
-  bool SourceChanged = false;
-  unsigned long SourceObserverTag = 0;
   unsigned long TimeObserverTag = 0;
   std::string NothingToDraw; // why
   std::vector<std::string> ReadErrors;

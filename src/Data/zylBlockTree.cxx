@@ -205,3 +205,62 @@ zylBlocks zylFillBlockTree(zylMultiBlockTree* root, const std::vector<Node>& nod
   root->Modified();
   return blocks;
 }
+
+//--------------------------------------------------------------------------------------------------
+zylMultiBlockTree* zylBlocks::Find(unsigned int block) const
+{
+  const auto found = this->ByIndex.find(block);
+  return found == this->ByIndex.end() ? nullptr : found->second;
+}
+
+//--------------------------------------------------------------------------------------------------
+unsigned int zylBlocks::GetParent(unsigned int block) const
+{
+  zylMultiBlockTree* node = this->Find(block);
+  return node && node->GetParent() ? node->GetParent()->GetBlockIndex() : 0xFFFFFFFF;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<unsigned int> zylBlocks::GetChildren(unsigned int block) const
+{
+  std::vector<unsigned int> children;
+  zylMultiBlockTree* node = this->Find(block);
+  for (unsigned int i = 0; node && i < node->GetNumberOfChildren(); ++i)
+  {
+    children.push_back(node->GetChild(i)->GetBlockIndex());
+  }
+  return children;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<unsigned int> zylBlocks::GetBlockAndPieces(unsigned int block) const
+{
+  std::vector<unsigned int> indices = { block };
+  zylMultiBlockTree* node = this->Find(block);
+  if (node && node->IsLeaf())
+  {
+    const auto pieces = this->GetChildren(block);
+    indices.insert(indices.end(), pieces.begin(), pieces.end());
+  }
+  return indices;
+}
+
+//--------------------------------------------------------------------------------------------------
+const zylBlocks::ArrayList& zylBlocks::GetArrays(
+  ArrayList zylMultiBlockTree::*list, unsigned int block) const
+{
+  static const ArrayList none;
+  zylMultiBlockTree* node = this->Find(block);
+  return node ? node->*list : none;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<std::string> zylGetNames(const zylBlocks::ArrayList& arrays)
+{
+  std::vector<std::string> names;
+  for (const auto& array : arrays)
+  {
+    names.push_back(array->GetName());
+  }
+  return names;
+}

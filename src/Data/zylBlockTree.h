@@ -12,6 +12,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include <vtkSmartPointer.h>
+
+class zylArrayInformation;
 class zylMultiBlockTree;
 
 /// Whether filters can take the node: null, a multiblock dataset, a block of pieces or a dataset.
@@ -35,7 +38,7 @@ ZYL_PRIVATE std::string zylWhyNothingToDraw(
 ZYL_PRIVATE std::string zylGetKind(const vtkZYLBlockInformation::Node& node);
 
 /// What a tree holds, by name and by flat index, and in all.
-struct zylBlocks
+struct ZYL_PRIVATE zylBlocks
 {
   std::map<std::string, unsigned int> ByName; ///< of equal names the last in breadth-first order
   std::map<std::string, std::vector<unsigned int>> LeavesByName; ///< all, in breadth-first order
@@ -43,7 +46,21 @@ struct zylBlocks
   vtkTypeInt64 NumberOfPoints = 0;
   vtkTypeInt64 NumberOfCells = 0;
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
+
+  using ArrayList = std::vector<vtkSmartPointer<zylArrayInformation>>;
+
+  /// The node of that flat index (borrowed), or null.
+  zylMultiBlockTree* Find(unsigned int block) const;
+  /// 0xFFFFFFFF for the root and for unknown blocks.
+  unsigned int GetParent(unsigned int block) const;
+  std::vector<unsigned int> GetChildren(unsigned int block) const;
+  /// The index itself and, behind it, those of its pieces if it is a block of pieces.
+  std::vector<unsigned int> GetBlockAndPieces(unsigned int block) const;
+  /// The point or cell arrays of a block; empty for unknown blocks.
+  const ArrayList& GetArrays(ArrayList zylMultiBlockTree::*list, unsigned int block) const;
 };
+
+ZYL_PRIVATE std::vector<std::string> zylGetNames(const zylBlocks::ArrayList& arrays);
 
 /// Fill `root` with `nodes`, which stand in pre-order; what hung below it before goes. Without
 /// nodes it becomes what a new node is.

@@ -34,6 +34,22 @@ std::vector<int> DataSetLeaves(const Nodes& nodes)
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
+double zylSnapToStep(double time, const std::vector<double>& values)
+{
+  double nearest = 0.0;
+  double distance = 1e299;
+  for (const double value : values)
+  {
+    if (std::abs(value - time) < distance)
+    {
+      distance = std::abs(value - time);
+      nearest = value;
+    }
+  }
+  return nearest;
+}
+
+//--------------------------------------------------------------------------------------------------
 vtkSMSourceProxy* zylProcessingChain::Stage(
   vtkSmartPointer<vtkSMSourceProxy>& stage, const char* name, vtkSMSourceProxy* input)
 {

@@ -31,6 +31,9 @@
 class vtkSMSourceProxy;
 class zylPropertyCollection;
 
+/// The value nearest to `time`, the first of equally near ones; 0 without values.
+ZYL_PRIVATE double zylSnapToStep(double time, const std::vector<double>& values);
+
 class ZYL_PRIVATE zylProcessingChain
 {
 public:

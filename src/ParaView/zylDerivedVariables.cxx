@@ -43,6 +43,24 @@ bool HoldsName(const std::string& expression, const std::string& name)
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
+std::vector<std::string> zylDerivedVariables::GetNames() const
+{
+  std::vector<std::string> names;
+  for (const auto& variable : this->Expressions)
+  {
+    names.push_back(variable.first);
+  }
+  return names;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylDerivedVariables::GetExpression(const std::string& name) const
+{
+  const auto found = this->Expressions.find(name);
+  return found != this->Expressions.end() ? found->second : std::string();
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylDerivedVariables::Define(const std::string& name, const std::string& expression)
 {
   this->Forget();

@@ -17,6 +17,11 @@ class ZYL_PRIVATE zylDerivedVariables
 public:
   const zylPython::Expressions& GetExpressions() const { return this->Expressions; }
 
+  /// In ascending order.
+  std::vector<std::string> GetNames() const;
+  /// Empty for an unknown name.
+  std::string GetExpression(const std::string& name) const;
+
   /// Change the definitions; what was said about the old ones may be said again.
   void Define(const std::string& name, const std::string& expression);
   void Remove(const std::string& name);

@@ -1,7 +1,7 @@
+#include <ParaView/zylPropertyTable.h>
 #include <gtest/gtest.h>
 #include <vtkNew.h>
 #include <zylPropertyCollection.h>
-#include <ParaView/zylPropertyTable.h>
 
 namespace {
 constexpr zylPropertyRow Rows[] = {
