@@ -1,3 +1,4 @@
+// clang-format off
 /**
  * @class zylCurvedGlyphRepresentation
  * @brief Curved arrows: heads at even distances along streamlines, bodies that follow the flow.
@@ -5,23 +6,28 @@
  * Adds these settings to those of zylDerivedSurfaceRepresentation; all sizes are lengths in the
  * units of the data:
  *
- * | name                       | type, default |
- * |----------------------------|-------------------------------------------------------------------|
- * | "SeedPoints"               | doubles, none: x, y, z of each point | | "VectorVariable" |
- * string, "": a point array or derived variable of 3 components     | | "IntegrationDirection" |
- * int, 2: arrows both ways of the seeds; 0: downstream; 1: upstream | | "MaximumStreamlineLength"
- * | double, 1e299 (no limit): how far from the seeds, each way        | | "UseCellLocator" | bool,
- * false: find cells with a locator, slower and more robust    | | "GlyphSpacing"             |
- * double, 1: from arrow to arrow, along the flow                    | | "GlyphTessellation" | int,
- * 16 (at least 3): sides of head and body                      | | "GlyphConeRadius"          |
- * double, 1: of the head ...                                        | | "GlyphConeHeight" | double,
- * 1                                                         | | "GlyphBodyRadius"          |
- * double, 0.5: of the body ...                                      | | "GlyphBodyLength" | double,
- * 0.5: ... which runs upstream from the foot of the head    |
+ * | name                      | type    | default          | meaning                                  |
+ * |---------------------------|---------|------------------|------------------------------------------|
+ * | "SeedPoints"              | doubles | none             | x, y, z of each point                    |
+ * | "VectorVariable"          | string  | ""               | a point array or derived variable of 3   |
+ * |                           |         |                  | components                               |
+ * | "IntegrationDirection"    | int     | 2                | arrows 0: downstream of the seeds;       |
+ * |                           |         |                  | 1: upstream; 2: both                     |
+ * | "MaximumStreamlineLength" | double  | 1e299 (no limit) | how far from the seeds, each way         |
+ * | "UseCellLocator"          | bool    | false            | find cells with a locator: slower and    |
+ * |                           |         |                  | more robust                              |
+ * | "GlyphSpacing"            | double  | 1                | from arrow to arrow, along the flow      |
+ * | "GlyphTessellation"       | int     | 16 (at least 3)  | sides of head and body                   |
+ * | "GlyphConeRadius"         | double  | 1                | of the head                              |
+ * | "GlyphConeHeight"         | double  | 1                | of the head                              |
+ * | "GlyphBodyRadius"         | double  | 0.5              | of the body ...                          |
+ * | "GlyphBodyLength"         | double  | 0.5              | ... which runs upstream from the foot of |
+ * |                           |         |                  | the head                                 |
  *
  * A body ends where the flow enters the data. A vector variable that is not fit for tracing is
  * written to the standard error stream by Update().
  */
+// clang-format on
 #ifndef zylCurvedGlyphRepresentation_h
 #define zylCurvedGlyphRepresentation_h
 

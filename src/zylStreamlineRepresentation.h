@@ -1,29 +1,37 @@
+// clang-format off
 /**
  * @class zylStreamlineRepresentation
  * @brief Streamlines from seed points through the volume, as lines or ribbons, with glyphs on them.
  *
  * Adds these settings to those of zylDerivedSurfaceRepresentation:
  *
- * | name                       | type, default |
- * |----------------------------|-------------------------------------------------------------------|
- * | "SeedPoints"               | doubles, none: x, y, z of each point | | "VectorVariable" |
- * string, "": a point array or derived variable of 3 components     | | "IntegrationDirection" |
- * int, 2: both ways; 0: downstream; 1: upstream                     | | "MaximumStreamlineLength"
- * | double, 1e299 (no limit): length of a line each way               | | "UseCellLocator" | bool,
- * false: find cells with a locator, slower and more robust    | | "Threshold"                |
- * bool, false: keep the parts of the lines ...                      | | "ThresholdArray" | string,
- * "IntegrationTime": ... where this point array is ...      | | "ThresholdValue"           |
- * double, 1e299 (no limit): ... at most so large                    | | "Ribbon" | bool, false:
- * ribbons across the vorticity instead of lines        | | "RibbonWidth"              | double,
- * 0.1: the full width                                       | | "GlyphType"                |
- * string, "Sphere", "Arrow", "Cone", "Cube", "Cylinder" or "Line"   | | "GlyphScaleFactor" |
- * double, 1: the size; glyphs are one unit large                    | | "GlyphOrientationArray" |
- * string, "" (none): point array that the glyphs point along        | | "GlyphSpaceEvenly" | bool,
- * false: a glyph on every point of the lines; true: ...       | | "GlyphSpacing"             |
- * double, 1: ... so far apart along the lines                       | |
- * "SphereGlyphThetaResolution", "SphereGlyphPhiResolution"    | int, 8                           |
- * | "ConeGlyphResolution"      | int, 6 | | "ArrowGlyphTipResolution", "ArrowGlyphShaftResolution"
- * | int, 6                           |
+ * | name                         | type    | default           | meaning                              |
+ * |------------------------------|---------|-------------------|--------------------------------------|
+ * | "SeedPoints"                 | doubles | none              | x, y, z of each point                |
+ * | "VectorVariable"             | string  | ""                | a point array or derived variable of |
+ * |                              |         |                   | 3 components                         |
+ * | "IntegrationDirection"       | int     | 2                 | 0: downstream; 1: upstream; 2: both  |
+ * | "MaximumStreamlineLength"    | double  | 1e299 (no limit)  | length of a line, each way           |
+ * | "UseCellLocator"             | bool    | false             | find cells with a locator: slower    |
+ * |                              |         |                   | and more robust                      |
+ * | "Threshold"                  | bool    | false             | keep the parts of the lines ...      |
+ * | "ThresholdArray"             | string  | "IntegrationTime" | ... where this point array is ...    |
+ * | "ThresholdValue"             | double  | 1e299 (no limit)  | ... at most so large                 |
+ * | "Ribbon"                     | bool    | false             | ribbons across the vorticity instead |
+ * |                              |         |                   | of lines                             |
+ * | "RibbonWidth"                | double  | 0.1               | the full width                       |
+ * | "GlyphType"                  | string  | "Sphere"          | "Sphere", "Arrow", "Cone", "Cube",   |
+ * |                              |         |                   | "Cylinder" or "Line"                 |
+ * | "GlyphScaleFactor"           | double  | 1                 | the size; glyphs are one unit large  |
+ * | "GlyphOrientationArray"      | string  | "" (none)         | point array that glyphs point along  |
+ * | "GlyphSpaceEvenly"           | bool    | false             | false: a glyph on every point of the |
+ * |                              |         |                   | lines; true: ...                     |
+ * | "GlyphSpacing"               | double  | 1                 | ... so far apart along the lines     |
+ * | "SphereGlyphThetaResolution" | int     | 8                 |                                      |
+ * | "SphereGlyphPhiResolution"   | int     | 8                 |                                      |
+ * | "ConeGlyphResolution"        | int     | 6                 |                                      |
+ * | "ArrowGlyphTipResolution"    | int     | 6                 |                                      |
+ * | "ArrowGlyphShaftResolution"  | int     | 6                 |                                      |
  *
  * The lines have the point arrays of the data and those of the tracer: "IntegrationTime" (negative
  * upstream of the seed), "Vorticity", "Rotation", "AngularVelocity" and "Normals".
@@ -35,6 +43,7 @@
  * An irrotational flow has no direction across which a ribbon could lie: it has no ribbons. A
  * vector variable that is not fit for tracing is written to the standard error stream by Update().
  */
+// clang-format on
 #ifndef zylStreamlineRepresentation_h
 #define zylStreamlineRepresentation_h
 

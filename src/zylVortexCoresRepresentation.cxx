@@ -6,6 +6,9 @@
 #include "zylPropertyCollection.h"
 
 #include <vtkObjectFactory.h>
+#include <vtkPVArrayInformation.h>
+#include <vtkPVDataInformation.h>
+#include <vtkPVDataSetAttributesInformation.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 
@@ -45,7 +48,26 @@ void zylVortexCoresRepresentation::UpdateLocalPipeline()
   zylFlowTracing::CheckVectors(
     this->DataSet, this->VolumeScript, this->VolumeTime, vectors, "zylVortexCoresRepresentation");
   zylPush(this->Properties, Rows, this->FirstSurfaceFilter);
+  if (this->Properties->GetBool("UseHigherOrderMethod") && !this->HasDoubles(vectors))
+  {
+    // The toolkit's filter would take the process with it.
+    vtkWarningMacro("'UseHigherOrderMethod' needs vectors in double precision, and '"
+      << vectors << "' are not: it is left out");
+    vtkSMPropertyHelper(this->FirstSurfaceFilter, "UseHigherOrderMethod").Set(0);
+  }
   this->FirstSurfaceFilter->UpdateVTKObjects();
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylVortexCoresRepresentation::HasDoubles(const std::string& vectors)
+{
+  vtkSMSourceProxy* source = this->DataSet->IsDerivedPointVariable(vectors)
+    ? this->VolumeScript.Get()
+    : this->DataSet->GetOutput();
+  vtkPVDataInformation* data = source->GetDataInformation(0);
+  vtkPVArrayInformation* array =
+    data ? data->GetPointDataInformation()->GetArrayInformation(vectors.c_str()) : nullptr;
+  return array && array->GetDataType() == VTK_DOUBLE;
 }
 
 //--------------------------------------------------------------------------------------------------

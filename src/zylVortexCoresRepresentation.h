@@ -1,16 +1,19 @@
+// clang-format off
 /**
  * @class zylVortexCoresRepresentation
  * @brief The lines about which a flow swirls.
  *
  * Adds these settings to those of zylDerivedSurfaceRepresentation:
  *
- * | name                   | type, default |
- * |------------------------|-----------------------------------------------------------------------|
- * | "VectorVariable"       | string, "": a point array or derived variable of 3 components | |
- * "UseHigherOrderMethod" | bool, false: find cores that bend, which takes second derivatives     |
+ * | name                   | type   | default | meaning                                               |
+ * |------------------------|--------|---------|-------------------------------------------------------|
+ * | "VectorVariable"       | string | ""      | a point array or derived variable of 3 components     |
+ * | "UseHigherOrderMethod" | bool   | false   | find cores that bend, which takes second derivatives; |
+ * |                        |        |         | of vectors in double precision only                   |
  *
  * A vector variable that is not fit is written to the standard error stream by Update().
  */
+// clang-format on
 #ifndef zylVortexCoresRepresentation_h
 #define zylVortexCoresRepresentation_h
 
@@ -34,6 +37,8 @@ protected:
 private:
   zylVortexCoresRepresentation(const zylVortexCoresRepresentation&) = delete;
   void operator=(const zylVortexCoresRepresentation&) = delete;
+
+  bool HasDoubles(const std::string& vectors);
 
   double VolumeTime = 0.0; // at which the derived variables were executed
 };

@@ -9,8 +9,13 @@
 #include <cmath>
 
 #include <gtest/gtest.h>
+#include <vtkCompositeDataIterator.h>
+#include <vtkDataSet.h>
+#include <vtkFloatArray.h>
+#include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
+#include <vtkPointData.h>
 #include <vtkPolyData.h>
 #include <vtkSMSourceProxy.h>
 
@@ -49,6 +54,34 @@ TEST(zylVortexCores, LieOnTheAxisWithinACell)
                 lines, [&](const zylPoint& p) { return off(p) < 2.0 / n ? p[2] : -1.0; }),
       0.5);
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+// The toolkit's method of higher order crashes with vectors in single precision.
+TEST(zylVortexCores, RefuseTheHigherOrderInSinglePrecision)
+{
+  const auto blocks = zylFlowData::Make(Vortex, 12);
+  vtkNew<vtkMultiBlockDataSet> copy;
+  copy->DeepCopy(blocks);
+  const auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(copy->NewIterator());
+  for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
+  {
+    auto* points = vtkDataSet::SafeDownCast(iterator->GetCurrentDataObject())->GetPointData();
+    vtkNew<vtkFloatArray> single;
+    single->DeepCopy(points->GetArray("velocity"));
+    points->AddArray(single);
+  }
+  vtkNew<zylDataSet> singles;
+  ASSERT_TRUE(singles->InitializeFromVTKDataSet(copy));
+  vtkNew<zylVortexCoresRepresentation> cores;
+  cores->GetProperties()->Set("UseHigherOrderMethod", true);
+  zylTestLog log;
+  const double length = zylFlowData::GetLength(Trace(cores, singles, {}));
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "double precision")) << log.Dump();
+  cores->GetProperties()->Set("UseHigherOrderMethod", false);
+  cores->Update();
+  EXPECT_GT(length, 1.0);
+  EXPECT_EQ(length, zylFlowData::GetLength(cores->GetDerivedSurface()));
 }
 
 //--------------------------------------------------------------------------------------------------
