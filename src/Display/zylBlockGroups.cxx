@@ -116,6 +116,7 @@ bool zylBlockGroups::Update(
     Group& group = this->Groups[hash];
     if (!group.Pipeline && !this->CreateGroup(group, source))
     {
+      this->Groups.erase(hash); // every group has a pipeline
       return false;
     }
     this->UpdateSettings(group, hash, blocks, makeScript);
