@@ -8,20 +8,17 @@
 #include "zylDataSet.h"
 #include "zylFeatureLinePipeline.h"
 #include "zylHighlightPipeline.h"
-#include "zylHostTest.h"
 #include "zylMeshLinePipeline.h"
 #include "zylMultiBlockTree.h"
 #include "zylMultiClip.h"
 #include "zylPropertyCollection.h"
+#include "zylSessionScene.h"
 #include "zylSurfacePipeline.h"
 #include "zylTestData.h"
 #include "zylTestLog.h"
-#include "zylTestServer.h"
 #include "zylTimeController.h"
 #include "zylVectorGlyphPipeline.h"
 #include "zylView.h"
-
-#include <functional>
 
 #include <vtkCollection.h>
 #include <vtkImageData.h>
@@ -128,19 +125,8 @@ struct Objects
   }
 };
 
-enum Kind
-{
-  Uses,  ///< something made in the session: fails once that has ended or its server is gone
-  Makes, ///< something new: fails without a session
-  Speaks ///< as Uses, but of nothing to return, and silent while there is nothing
-};
-
-struct Call
-{
-  const char* Name;
-  Kind What;
-  std::function<bool(Objects&)> Fails; ///< runs the call; whether its result says that it failed
-};
+using Call = zylSessionCall<Objects>;
+using Kind = zylCallKind;
 
 double Box[6];
 
@@ -162,37 +148,39 @@ const std::vector<Call>& Calls()
     };
   };
   static const std::vector<Call> calls = {
-    { "zylCore::Fetch", Uses,
+    { "zylCore::Fetch", Kind::Uses,
       [](Objects& o) { return !zylCore::Fetch(o.Data->GetOutput(), nullptr); } },
-    { "zylCore::GetArrayAssociation", Uses,
+    { "zylCore::GetArrayAssociation", Kind::Uses,
       [](Objects& o) {
         return zylCore::GetArrayAssociation("pressure", o.Data->GetOutput()) == -1;
       } },
-    { "zylCore::LoadRemotePlugin", Makes,
+    { "zylCore::LoadRemotePlugin", Kind::Makes,
       [](Objects&) { return !zylCore::LoadRemotePlugin("nowhere.so"); } },
-    { "zylCore::GetSupportedFileTypes", Makes,
+    { "zylCore::GetSupportedFileTypes", Kind::Makes,
       [](Objects&) { return zylCore::GetSupportedFileTypes().empty(); } },
-    { "zylDataSet::LoadFromFile", Makes,
+    { "zylDataSet::LoadFromFile", Kind::Makes,
       [](Objects&) { return !vtkNew<zylDataSet>()->LoadFromFile({ File() }); } },
-    { "zylDataSet::LoadFromFile, reader named", Makes,
+    { "zylDataSet::LoadFromFile, reader named", Kind::Makes,
       [](Objects&) {
         return !vtkNew<zylDataSet>()->LoadFromFile({ File() }, "sources", "PVDReader");
       } },
-    { "zylDataSet::InitializeFromVTKDataSet", Makes,
+    { "zylDataSet::InitializeFromVTKDataSet", Kind::Makes,
       [](Objects&) {
         return !vtkNew<zylDataSet>()->InitializeFromVTKDataSet(zylTestData::MakeRow(1));
       } },
-    { "zylDataSet::Update", Speaks,
+    { "zylDataSet::Update", Kind::Speaks,
       [](Objects& o) {
         o.Data->GetProperties()->Set("FreezeTime", !o.Data->GetProperties()->GetBool("FreezeTime"));
         o.Data->Update();
         return true;
       } },
-    { "zylDataSet::GetTimestepValues", Uses,
+    { "zylDataSet::GetTimestepValues", Kind::Uses,
       [](Objects& o) { return o.Data->GetTimestepValues().empty(); } },
-    { "zylDataSet::GetCellType", Uses, [](Objects& o) { return o.Data->GetCellType(1) == -1; } },
-    { "zylDataSet::GetCellTypes", Uses, [](Objects& o) { return o.Data->GetCellTypes().empty(); } },
-    { "zylBoundaryRepresentation::Update", Speaks,
+    { "zylDataSet::GetCellType", Kind::Uses,
+      [](Objects& o) { return o.Data->GetCellType(1) == -1; } },
+    { "zylDataSet::GetCellTypes", Kind::Uses,
+      [](Objects& o) { return o.Data->GetCellTypes().empty(); } },
+    { "zylBoundaryRepresentation::Update", Kind::Speaks,
       [](Objects& o) {
         if (zylPropertyCollection* settings = o.Surface())
         {
@@ -201,83 +189,84 @@ const std::vector<Call>& Calls()
         o.Boundary->Update();
         return true;
       } },
-    { "zylBoundaryRepresentation::GetBounds", Uses,
+    { "zylBoundaryRepresentation::GetBounds", Kind::Uses,
       [](Objects& o) { return !o.Boundary->GetBounds(Box) && Inverted(); } },
-    { "zylBoundaryRepresentation::GetBlockSurfaces", Uses,
+    { "zylBoundaryRepresentation::GetBlockSurfaces", Kind::Uses,
       [](Objects& o) { return !o.Boundary->GetBlockSurfaces({ 1 }); } },
-    { "zylBoundaryRepresentation::GetSurfaceColorVariableInformation", Uses,
+    { "zylBoundaryRepresentation::GetSurfaceColorVariableInformation", Kind::Uses,
       [](Objects& o) {
         return !o.Boundary->GetSurfaceColorVariableInformation(int(o.Data->GetBlockIDs().back()));
       } },
-    { "zylPipeline::Update", Speaks, each([](Objects& o, zylPipeline* pipeline) {
+    { "zylPipeline::Update", Kind::Speaks, each([](Objects& o, zylPipeline* pipeline) {
        pipeline->Update(o.View);
        return true;
      }) },
-    { "zylPipeline::GetBounds", Uses, each([](Objects&, zylPipeline* pipeline) {
+    { "zylPipeline::GetBounds", Kind::Uses, each([](Objects&, zylPipeline* pipeline) {
        pipeline->GetBounds(Box);
        return Inverted();
      }) },
-    { "zylPipeline::GetVisibleBounds", Uses, each([](Objects&, zylPipeline* pipeline) {
+    { "zylPipeline::GetVisibleBounds", Kind::Uses, each([](Objects&, zylPipeline* pipeline) {
        pipeline->GetVisibleBounds(Box);
        return Inverted();
      }) },
-    { "zylPipeline::GetColorVariableInformation", Uses, each([](Objects&, zylPipeline* pipeline) {
-       return !pipeline->GetColorVariableInformation();
-     }) },
-    { "zylClipPipelineHelper::Update", Speaks,
+    { "zylPipeline::GetColorVariableInformation", Kind::Uses,
+      each(
+        [](Objects&, zylPipeline* pipeline) { return !pipeline->GetColorVariableInformation(); }) },
+    { "zylClipPipelineHelper::Update", Kind::Speaks,
       [](Objects& o) {
         o.Clip->Update();
         return true;
       } },
-    { "zylClipPipelineHelper::GetOutput", Uses, [](Objects& o) { return !o.Clip->GetOutput(); } },
-    { "zylMultiClip::Update", Speaks,
+    { "zylClipPipelineHelper::GetOutput", Kind::Uses,
+      [](Objects& o) { return !o.Clip->GetOutput(); } },
+    { "zylMultiClip::Update", Kind::Speaks,
       [](Objects& o) {
         o.Clips->SetNumberOfClips(2);
         o.Clips->Update();
         return true;
       } },
-    { "zylView::Update", Speaks,
+    { "zylView::Update", Kind::Speaks,
       [](Objects& o) {
         o.View->Update();
         return true;
       } },
-    { "zylView::Render", Speaks,
+    { "zylView::Render", Kind::Speaks,
       [](Objects& o) {
         o.View->Render();
         return true;
       } },
-    { "zylView::ResetCamera", Speaks,
+    { "zylView::ResetCamera", Kind::Speaks,
       [](Objects& o) {
         o.View->ResetCamera();
         o.View->ResetCamera(0, 1, 0, 1, 0, 1);
         return true;
       } },
-    { "zylView::SetViewDir", Speaks,
+    { "zylView::SetViewDir", Kind::Speaks,
       [](Objects& o) {
         o.View->SetViewDir(2, true);
         return true;
       } },
-    { "zylView::ResetCameraToNormal", Speaks,
+    { "zylView::ResetCameraToNormal", Kind::Speaks,
       [](Objects& o) {
         o.View->ResetCameraToNormal(0, 0, 0, 1, 0, 0);
         return true;
       } },
-    { "zylView::SetWindowSize", Speaks,
+    { "zylView::SetWindowSize", Kind::Speaks,
       [](Objects& o) {
         o.View->SetWindowSize(200, 200);
         return true;
       } },
-    { "zylView::SetOrientationAxis", Speaks,
+    { "zylView::SetOrientationAxis", Kind::Speaks,
       [](Objects& o) {
         o.View->SetOrientationAxis(true);
         return true;
       } },
-    { "zylView::CaptureImage", Uses, [](Objects& o) { return !o.View->CaptureImage(); } },
-    { "zylView::SaveScreenshot", Uses,
+    { "zylView::CaptureImage", Kind::Uses, [](Objects& o) { return !o.View->CaptureImage(); } },
+    { "zylView::SaveScreenshot", Kind::Uses,
       [](Objects& o) {
         return !o.View->SaveScreenshot((zylTestData::MakeFolder() + "/picture.png").c_str());
       } },
-    { "zylView::GetBounds", Uses, [](Objects& o) { return !o.View->GetBounds(Box); } },
+    { "zylView::GetBounds", Kind::Uses, [](Objects& o) { return !o.View->GetBounds(Box); } },
   };
   return calls;
 }
@@ -352,52 +341,14 @@ void CallTheRest(Objects& o)
   time->UseDataTimeSteps();
 }
 
-enum Situation
+// Names the tests.
+class zylSession : public zylSessionTest
 {
-  NoSession,
-  Ended,
-  Another,
-  Killed
-};
-
-struct Scene
-{
-  const char* Name;
-  Situation What;
-  bool OnServer; ///< where the objects are made
-};
-
-class zylSession : public zylHostTest
-{
-protected:
-  void SetUp() override
-  {
-    zylHostTest::SetUp();
-    Core()->Connect(BuiltIn, 0);
-  }
-  void TearDown() override
-  {
-    Core()->Connect(BuiltIn, 0);
-    zylHostTest::TearDown();
-  }
-
-  bool ConnectToServer()
-  {
-    if (!zylTestServer::IsAvailable(1))
-    {
-      return false;
-    }
-    this->Servers.push_back(std::make_unique<zylTestServer>(1, ZYL_PLUGIN_DIRECTORY));
-    Core()->Connect(this->Servers.back()->GetUrl().c_str(), 60);
-    return Core()->GetSession() && Core()->GetSession()->GetProcessRoles() == 0x10u;
-  }
-
-  std::vector<std::unique_ptr<zylTestServer>> Servers;
 };
 
 class zylSessionCalls
   : public zylSession
-  , public testing::WithParamInterface<Scene>
+  , public testing::WithParamInterface<zylSessionScene>
 {
 };
 } // namespace
@@ -409,55 +360,27 @@ TEST_P(zylSessionCalls, FailWithAWord)
   {
     return;
   }
-  const Situation situation = GetParam().What;
+  const zylSituation situation = GetParam().What;
   if (GetParam().OnServer && !this->ConnectToServer())
   {
     GTEST_SKIP() << "no server here";
   }
-  if (situation == NoSession)
+  if (situation == zylSituation::NoSession)
   {
     Core()->Disconnect();
   }
   {
     Objects objects;
-    if (situation != NoSession)
+    if (situation != zylSituation::NoSession)
     {
       ASSERT_EQ(objects.Data->GetNumberOfCells(), 16);
       EXPECT_TRUE(objects.View->GetBounds(Box));
     }
-    switch (situation)
-    {
-      case NoSession:
-        break;
-      case Ended:
-        Core()->Disconnect();
-        break;
-      case Another:
-        Core()->Connect(BuiltIn, 0);
-        break;
-      case Killed:
-        this->Servers.back()->Kill();
-        break;
-    }
-    for (const Call& call : Calls())
-    {
-      SCOPED_TRACE(call.Name);
-      zylTestLog log(vtkLogger::VERBOSITY_WARNING);
-      const bool failed = call.Fails(objects);
-      if (call.What == Makes && situation == Another)
-      {
-        continue;
-      }
-      EXPECT_TRUE(failed);
-      if (situation != NoSession || call.What == Makes)
-      {
-        EXPECT_TRUE(
-          log.Has(vtkLogger::VERBOSITY_ERROR, "") || log.Has(vtkLogger::VERBOSITY_WARNING, ""));
-      }
-    }
+    this->Bring(situation);
+    zylExpectFailures(Calls(), objects, situation);
     // What is kept in this process is still there.
-    EXPECT_EQ(objects.Data->GetNumberOfCells(), situation == NoSession ? 0 : 16);
-    EXPECT_EQ(objects.Data->GetFileNames().empty(), situation == NoSession);
+    EXPECT_EQ(objects.Data->GetNumberOfCells(), situation == zylSituation::NoSession ? 0 : 16);
+    EXPECT_EQ(objects.Data->GetFileNames().empty(), situation == zylSituation::NoSession);
     CallTheRest(objects);
   }
   // And life goes on.
@@ -468,11 +391,7 @@ TEST_P(zylSessionCalls, FailWithAWord)
   EXPECT_NE(zylCore::Fetch(next.Data->GetOutput(), nullptr), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Situations, zylSessionCalls,
-  testing::Values(Scene{ "NoSession", NoSession, false }, Scene{ "Ended", Ended, false },
-    Scene{ "EndedOnServer", Ended, true }, Scene{ "Another", Another, false },
-    Scene{ "AnotherAfterServer", Another, true }, Scene{ "ServerKilled", Killed, true }),
-  [](const auto& info) { return info.param.Name; });
+INSTANTIATE_TEST_SUITE_P(Situations, zylSessionCalls, zylSessionScenes(), zylSessionSceneName);
 
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylSession, AFailedConnectKeepsTheBuiltInOne)
