@@ -181,6 +181,7 @@ void zylClipPipelineHelper::UpdateClips(int mode)
   if (!zylIsAlive(this->FirstClip))
   {
     this->FirstClip = MakeFilter("Clip", this->Input);
+    this->SecondClip = nullptr; // of the same session
   }
   vtkSMProxy* function = zylUseFunction(this->FirstClip, "ClipFunction", Modes[mode].Function);
   if (!function)

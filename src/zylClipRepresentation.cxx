@@ -81,6 +81,10 @@ void zylClipRepresentation::FreeResources()
 //--------------------------------------------------------------------------------------------------
 void zylClipRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   vtkSMSourceProxy* clip = this->Clip;
   zylPush(this->Properties, ClipRows, clip);
   const int mode = this->Properties->GetInt("ClipMode");

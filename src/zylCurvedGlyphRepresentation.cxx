@@ -87,6 +87,10 @@ void zylCurvedGlyphRepresentation::CreateSurfacePipeline()
   this->Stripper = this->MakeFilter("Stripper", this->LineSurface);
   this->Tubes = this->MakeFilter("TubeFilter", this->Stripper);
   this->Appender = this->MakeFilter("AppendPolyData", this->Tubes);
+  if (!this->Appender)
+  {
+    return; // the session ends just now
+  }
   vtkSMPropertyHelper(this->Appender, "Input").Add(this->Heads);
   this->Appender->UpdateVTKObjects();
   this->Grouper = this->MakeFilter("GroupDataSets", this->Appender);
@@ -106,6 +110,10 @@ void zylCurvedGlyphRepresentation::CreateSurfacePipeline()
 //--------------------------------------------------------------------------------------------------
 void zylCurvedGlyphRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   zylFlowTracing::PushSeeds(this->Properties, this->SeedSource, this->SeedsTime);
   if (!zylFlowTracing::CheckVectors(this->DataSet, this->VolumeScript, this->VolumeTime,
         this->Properties->GetString("VectorVariable"), "zylCurvedGlyphRepresentation"))

@@ -50,6 +50,10 @@ void zylCutPlaneRepresentation::CreateSurfacePipeline()
 //--------------------------------------------------------------------------------------------------
 void zylCutPlaneRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   if (this->Properties->GetBool("CrinkleCut") == this->RebuildFor)
   {
     this->CreateSurfacePipeline();

@@ -110,6 +110,7 @@ vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeMerger(
 void zylDerivedSurfaceRepresentation::Update()
 {
   zylScope("Update");
+  this->SurfaceChanged = false;
   vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
   if (!zylIsUsable(source, "Update()") || !this->BuildChain(source))
   {
@@ -149,6 +150,10 @@ void zylDerivedSurfaceRepresentation::Update()
 //--------------------------------------------------------------------------------------------------
 bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
 {
+  if (this->BlockExtractor && !zylIsAlive(this->BlockExtractor))
+  {
+    this->ForgetChain(); // of a session that has ended, while the source is there
+  }
   if (!this->BlockExtractor)
   {
     this->BlockExtractor = this->MakeFilter("ExtractBlock", source);
@@ -186,6 +191,29 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
     this->Output = this->MakeFilter("PassThrough", this->SurfaceScript);
   }
   return this->BlockMerger && this->SurfaceScript && this->WarpFilter && this->Output;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDerivedSurfaceRepresentation::ForgetChain()
+{
+  const bool leaving = this->LeavingView;
+  this->LeavingView = true; // the highlight goes too
+  this->FreeResources();
+  this->LeavingView = leaving;
+  for (auto* proxy :
+    { &this->BlockExtractor, &this->VolumeScript, &this->BlockMerger, &this->SurfaceScript,
+      &this->WarpFilter, &this->Output, &this->IntegrationScript, &this->Integrator })
+  {
+    *proxy = nullptr;
+  }
+  this->SurfaceScriptTime = 0; // the new script is empty
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylDerivedSurfaceRepresentation::HasFilters(const char* operation)
+{
+  return this->DataSet && this->LastSurfaceFilter &&
+    zylIsUsable(this->FirstSurfaceFilter, operation);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -564,7 +592,7 @@ zylIntegrateFields::IntegratedValues_ zylDerivedSurfaceRepresentation::GetIntegr
   zylScope("GetIntegratedValues()");
   zylIntegrateFields::IntegratedValues_ values;
   this->Update();
-  if (!zylGetLiveOutput(this->DataSet) || !this->BlockMerger || !this->BlockMerger->GetSession())
+  if (!zylGetLiveOutput(this->DataSet) || !zylIsAlive(this->BlockMerger))
   {
     return values;
   }

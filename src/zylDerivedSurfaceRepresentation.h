@@ -79,7 +79,9 @@ public:
   /// Also drops the filters of the subclass. The highlight stays, unless the view is being left.
   void FreeResources() override;
   /// Build what is missing of the chain, push the settings, execute what changed and update the
-  /// pipelines. Does nothing without a dataset; without a view the chain only is updated.
+  /// pipelines. Does nothing without a dataset; without a view the chain only is updated. When the
+  /// session has ended there is an error and nothing changes; once the dataset is loaded again in
+  /// another session, all of the chain is built anew there.
   void Update() override;
 
   ///@{
@@ -118,10 +120,14 @@ protected:
   virtual void CreateSurfacePipeline() = 0;
 
 public:
-  /// Push the settings of the subclass. Called by every Update().
+  /// Push the settings of the subclass. Called by every Update(); does nothing before the first.
   virtual void UpdateLocalPipeline() = 0;
 
 protected:
+  /// Whether there are a dataset and filters of the subclass to push to. Asked first by each
+  /// UpdateLocalPipeline(). Where their session has ended, a line in the log says so.
+  bool HasFilters(const char* operation);
+
   /// Replace `names` by the derived variables that the filters of the subclass read. Base: none.
   virtual void GetVolumeDerivedPointVariables(std::set<std::string>& names);
 
@@ -177,6 +183,7 @@ private:
   std::vector<zylPipeline*> GetDisplays(); // all but the highlight
   std::vector<zylPipeline*> GetAllPipelines();
   bool BuildChain(vtkSMSourceProxy* source);
+  void ForgetChain();
   void UpdateBlocks();
   void UpdateWarp();
   std::set<std::string> GetSurfaceDerivedVariables();

@@ -57,6 +57,10 @@ void zylIntersectionCurveRepresentation::CreateSurfacePipeline()
 //--------------------------------------------------------------------------------------------------
 void zylIntersectionCurveRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   zylPushFunction(this->Properties, PlaneRows, std::size(PlaneRows), "Normal",
     zylUseFunction(this->FirstSurfaceFilter, "CutFunction", "Plane"));
   const bool all = this->Properties->GetInt("CurveToDisplay", 0) == -1;

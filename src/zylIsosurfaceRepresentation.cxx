@@ -42,6 +42,10 @@ void zylIsosurfaceRepresentation::CreateSurfacePipeline()
 //--------------------------------------------------------------------------------------------------
 void zylIsosurfaceRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   vtkSMSourceProxy* contour = this->FirstSurfaceFilter;
   const std::string variable = this->Properties->GetString("Variable");
   vtkSMPropertyHelper(contour, "SelectInputScalars")

@@ -169,6 +169,10 @@ void zylStreamlineRepresentation::CreateTracedLines(vtkSMSourceProxy* input)
 void zylStreamlineRepresentation::CreateGlyphPipeline(vtkSMSourceProxy* input)
 {
   this->GlyphFilter = this->MakeFilter("Glyph", input);
+  if (!this->GlyphFilter)
+  {
+    return;
+  }
   zylFlowTracing::SelectPointArray(
     this->GlyphFilter, "OrientationArray", zylFlowTracing::NoOrientation);
   zylFlowTracing::SelectPointArray(this->GlyphFilter, "ScaleArray", zylFlowTracing::NoScale);
@@ -179,6 +183,10 @@ void zylStreamlineRepresentation::CreateGlyphPipeline(vtkSMSourceProxy* input)
 //--------------------------------------------------------------------------------------------------
 void zylStreamlineRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   zylFlowTracing::PushSeeds(this->Properties, this->SeedSource, this->SeedsTime);
   if (!zylFlowTracing::CheckVectors(this->DataSet, this->VolumeScript, this->VolumeTime,
         this->Properties->GetString("VectorVariable"), "zylStreamlineRepresentation"))

@@ -60,6 +60,10 @@ void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
   // sample. Faces keep their sense, since those of two blocks that touch have opposite ones, and
   // their edges stay closed, with points that move inside from both sides.
   this->SurfaceNormals = this->MakeFilter("PolyDataNormals", this->SurfaceMerger);
+  if (!this->SurfaceNormals)
+  {
+    return; // the session ends just now
+  }
   vtkSMPropertyHelper(this->SurfaceNormals, "FlipNormals").Set(1);
   vtkSMPropertyHelper(this->SurfaceNormals, "Consistency").Set(0);
   vtkSMPropertyHelper(this->SurfaceNormals, "Splitting").Set(0);
@@ -76,9 +80,17 @@ void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
   // The surface itself, with what was sampled off it: seeds picked on the surface lie in it.
   this->BareSurface = this->MakeFilter("PassArrays", this->SurfaceNormals);
   this->SampledSurface = this->MakeFilter("AppendAttributes", this->BareSurface);
+  if (!this->SampledSurface)
+  {
+    return;
+  }
   vtkSMPropertyHelper(this->SampledSurface, "Input").Add(this->Sampler);
   this->SampledSurface->UpdateVTKObjects();
   this->CreateTracedLines(this->SampledSurface);
+  if (!this->Tracer)
+  {
+    return;
+  }
   vtkSMPropertyHelper(this->Tracer, "Surface Streamlines").Set(1);
   this->Tracer->UpdateVTKObjects();
   this->SetFirstSurfaceFilter(this->Surface);
@@ -87,6 +99,10 @@ void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
 //--------------------------------------------------------------------------------------------------
 void zylSurfaceStreamlineRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   zylPush(this->Properties, Rows, this->OffsetSurface);
   zylFlowTracing::SelectPointArray(this->OffsetSurface, "SelectInputVectors", "Normals");
   this->OffsetSurface->UpdateVTKObjects();

@@ -43,6 +43,10 @@ void zylVortexCoresRepresentation::CreateSurfacePipeline()
 //--------------------------------------------------------------------------------------------------
 void zylVortexCoresRepresentation::UpdateLocalPipeline()
 {
+  if (!this->HasFilters("UpdateLocalPipeline()"))
+  {
+    return;
+  }
   const std::string vectors = this->Properties->GetString("VectorVariable");
   zylFlowTracing::SelectPointArray(this->FirstSurfaceFilter, "SelectInputArray", vectors);
   zylFlowTracing::CheckVectors(
