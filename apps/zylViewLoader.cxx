@@ -126,8 +126,10 @@ void zylViewLoader::Connect()
   const std::string& url = this->Options.Connect;
   zylViewProgress progress("connecting to " + url, this->Alive);
   this->Messages.Clear();
-  zylCore::GetInstance()->Connect(url.c_str(), ConnectTimeout);
-  if (zylCore::GetInstance()->GetSession() == nullptr)
+  zylCore* core = zylCore::GetInstance();
+  const vtkSMSession* before = core->GetSession();
+  core->Connect(url.c_str(), ConnectTimeout);
+  if (!core->GetSession() || core->GetSession() == before) // which stays when nobody answers
   {
     throw zylViewError(zylViewNoServer, "no ParaView server answers at '" + url + "'");
   }

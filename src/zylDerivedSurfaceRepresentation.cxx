@@ -213,7 +213,8 @@ void zylDerivedSurfaceRepresentation::ForgetChain()
 bool zylDerivedSurfaceRepresentation::HasFilters(const char* operation)
 {
   return this->DataSet && this->LastSurfaceFilter &&
-    zylIsUsable(this->FirstSurfaceFilter, operation);
+    zylIsUsable(this->FirstSurfaceFilter, operation) &&
+    zylIsUsable(this->DataSet->GetOutput(), operation);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -73,8 +73,8 @@ bool zylVectorGlyphPipeline::CheckVectorVariable()
   }
   if (variable.Association != 0)
   {
-    vtkLogF(WARNING, "Array '%s' belongs to the cells, but should belong to the points.",
-      name.c_str());
+    vtkLogF(
+      WARNING, "Array '%s' belongs to the cells, but should belong to the points.", name.c_str());
     return false;
   }
   const unsigned int components = variable.Information->GetNumberOfComponents();
