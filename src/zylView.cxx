@@ -1,13 +1,9 @@
 #include "zylView.h"
 
 #include "Host/zylHostCamera.h"
-#include "Host/zylHostContext.h"
-#include "Host/zylHostFrame.h"
 #include "Host/zylHostRenderWindow.h"
-#include "Host/zylHostViewProxy.h"
+#include "Host/zylHostView.h"
 #include "Host/zylScreenshot.h"
-#include "ParaView/zylParaViewCompat.h"
-#include "ParaView/zylSession.h"
 #include "ParaView/zylViewSettings.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
@@ -21,33 +17,23 @@
 #include <vtkBoundingBox.h>
 #include <vtkCallbackCommand.h>
 #include <vtkCamera.h>
-#include <vtkCommand.h>
 #include <vtkGraphicsFactory.h>
 #include <vtkImageData.h>
 #include <vtkLogger.h>
-#include <vtkNew.h>
 #include <vtkObjectFactory.h>
 #include <vtkOpenGLRenderUtilities.h>
 #include <vtkOpenGLRenderWindow.h>
 #include <vtkOutputWindow.h>
-#include <vtkPVRenderView.h>
 #include <vtkRenderer.h>
-#include <vtkRendererCollection.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
-#include <vtkSMSession.h>
-#include <vtkSMSessionProxyManager.h>
 #include <vtksys/SystemInformation.hxx>
 
 namespace {
-constexpr const char* NoContext = "No OpenGL context is current";
-constexpr const char* NoRenderer = "No Renderer is available in the view";
-
 void Mark(const char* text)
 {
   vtkOpenGLRenderUtilities::MarkDebugEvent(text);
 }
-
 } // namespace
 
 vtkStandardNewMacro(zylView);
@@ -58,12 +44,11 @@ zylView::zylView()
   , LightKitProperties(vtkSmartPointer<zylPropertyCollection>::New())
   , GraphicsFactory(vtkSmartPointer<vtkGraphicsFactory>::New())
   , StartRenderCommand(vtkSmartPointer<vtkCallbackCommand>::New())
-  , Frame(new zylHostFrame)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylView()");
   this->StartRenderCommand->SetClientData(this);
   this->StartRenderCommand->SetCallback(&zylView::StartRenderCallback);
-  this->CreateProxy();
+  this->Host = std::make_unique<zylHostView>(this, this->StartRenderCommand);
   zylViewSettings::Declare(this->Properties, this->LightKitProperties);
   zylCore::GetInstance()->RegisterView(this);
 }
@@ -78,64 +63,13 @@ zylView::~zylView()
     const vtkSmartPointer<zylRepresentation> rep = *this->Representations.begin();
     this->RemoveRepresentation(rep);
   }
-  if (!this->Proxy)
-  {
-    return;
-  }
-  // The window goes here: what is left of OpenGL objects must not be looked for elsewhere.
-  const zylHostContextKeeper context;
-  const zylHostResourceScope resources(this->RenderWindow);
-  if (zylHostRenderWindow* window = this->Frame->GetWindow())
-  {
-    window->ReleaseGraphicsResources(window);
-  }
-  zylHostViewProxy::Release(this->Proxy, this->StartRenderCommand);
-  this->Proxy = nullptr;
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylView::CreateProxy()
-{
-  this->Proxy = zylHostViewProxy::New(
-    zylCore::GetInstance()->GetSessionProxyManager(), this->StartRenderCommand);
-  if (!this->Proxy)
-  {
-    vtkLogF(ERROR, "No session: the view is without a proxy and will show nothing");
-    return;
-  }
-  if (auto* view = vtkPVRenderView::SafeDownCast(this->Proxy->GetClientSideObject()))
-  {
-    this->Renderer = view->GetRenderer(vtkPVRenderView::DEFAULT_RENDERER);
-    this->RenderWindow = zylHostRenderWindow::SafeDownCast(view->GetRenderWindow());
-    this->Frame->SetWindow(this->RenderWindow);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-bool zylView::HasSession(const char* operation)
-{
-  if (!this->Proxy)
-  {
-    vtkLogF(ERROR, "%s: the view has no session", operation);
-    return false;
-  }
-  return zylIsUsable(this->Proxy, operation);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylView::UpdateProxy()
-{
-  if (zylIsAlive(this->Proxy))
-  {
-    const zylHostResourceScope resources(this->RenderWindow);
-    this->Proxy->UpdateVTKObjects();
-  }
+  this->Host.reset();
 }
 
 //--------------------------------------------------------------------------------------------------
 vtkSMRenderViewProxy* zylView::GetProxy()
 {
-  return this->Proxy;
+  return this->Host->GetProxy();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -192,64 +126,22 @@ vtkSmartPointer<zylRepresentation> zylView::FindRepresentationForFileName(std::s
 //--------------------------------------------------------------------------------------------------
 void zylView::Render()
 {
-  if (!this->HasSession("Render()"))
+  if (!this->Host->IsUsable("Render()"))
   {
     return;
   }
   Mark("begin ZYL render");
-  if (!this->IgnoreHostContext && !this->AdoptHostContext())
+  if (!this->IgnoreHostContext && !this->Host->Adopt())
   {
     return;
   }
   this->PreRenderSetup();
-  zylHostRenderWindow* window = this->Frame->GetWindow();
-  if (!window || window->HasArea())
+  if (this->Host->HasArea())
   {
-    this->Proxy->StillRender();
+    this->GetProxy()->StillRender();
   }
   this->PostRenderCleanup();
   Mark("finish ZYL render");
-}
-
-//--------------------------------------------------------------------------------------------------
-bool zylView::AdoptHostContext()
-{
-  switch (this->Frame->Adopt())
-  {
-    case zylHostFrame::Adopted:
-      return true;
-    case zylHostFrame::NoContext:
-      vtkLogF(ERROR, "%s: the view cannot draw", NoContext);
-      return false;
-    case zylHostFrame::TooOld:
-      vtkErrorMacro(<< "The openGL version is not sufficient for ZYL");
-      vtkErrorMacro(<< this->RenderWindow->ReportCapabilities());
-      return false;
-    default:
-      return false;
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-bool zylView::BeginHostFrame()
-{
-  if (!this->AdoptHostContext())
-  {
-    return false;
-  }
-  this->Frame->Begin();
-  return true;
-}
-
-//--------------------------------------------------------------------------------------------------
-bool zylView::FindHostFrame()
-{
-  // Called out of order: a frame without a beginning gets one.
-  if (!this->Frame->IsOpen() && this->BeginHostFrame())
-  {
-    this->Frame->PushState();
-  }
-  return this->Frame->IsOpen();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -260,19 +152,12 @@ void zylView::PreRenderSetup()
     vtkLogF(
       ERROR, "PreRenderSetup was called a second time without PostRenderCleanup() being called");
   }
-  if (!this->IgnoreHostContext && this->BeginHostFrame())
+  if (!this->IgnoreHostContext && this->Host->BeginRender(this->SourceFBO))
   {
-    this->Frame->CopyIn(this->SourceFBO);
-    Mark("ZYL - push OpenGL state");
-    this->Frame->PushState();
     zylTimeController::GetInstance()->Update();
   }
   this->InRenderSetup = true;
-  if (this->Proxy)
-  {
-    vtkSMPropertyHelper(this->Proxy, "SuppressRendering").Set(0);
-    this->UpdateProxy();
-  }
+  this->Host->SetRendering(true);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -282,22 +167,12 @@ void zylView::PostRenderCleanup()
   {
     vtkLogF(ERROR, "PostRenderCleanup() called without PreRenderSetup() being invoked");
   }
-  if (!this->IgnoreHostContext && this->FindHostFrame())
+  if (!this->IgnoreHostContext)
   {
-    Mark("ZYL - begin BlitDisplayFramebuffer()");
-    this->Frame->CopyOut();
-    Mark("ZYL - end BlitDisplayFramebuffer()");
-    Mark("ZYL - begin pop OpenGL state");
-    this->Frame->PopState();
-    Mark("ZYL - end pop OpenGL state pop");
-    this->Frame->End();
+    this->Host->EndRender();
   }
   this->InRenderSetup = false;
-  if (this->Proxy)
-  {
-    vtkSMPropertyHelper(this->Proxy, "SuppressRendering").Set(1);
-    this->UpdateProxy();
-  }
+  this->Host->SetRendering(false);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -308,15 +183,12 @@ void zylView::PreSelectSetup()
     vtkLogF(
       ERROR, "PreSelectSetup was called a second time without PostSelectCleanup() being called");
   }
-  if (this->BeginHostFrame())
+  if (this->Host->BeginSelection())
   {
-    Mark("ZYL - selection begin push OpenGL state");
-    this->Frame->PushState();
-    Mark("ZYL - selection end push OpenGL state");
     zylTimeController::GetInstance()->Update();
   }
   this->InSelectSetup = true;
-  this->UpdateProxy();
+  this->Host->Push();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -326,24 +198,18 @@ void zylView::PostSelectCleanup()
   {
     vtkLogF(ERROR, "PostSelectCleanup() called without PreSelectSetup() being invoked");
   }
-  if (this->FindHostFrame())
-  {
-    Mark("ZYL - selection begin pop OpenGL state");
-    this->Frame->PopState();
-    Mark("ZYL - selection end pop OpenGL state pop");
-    this->Frame->End();
-  }
+  this->Host->EndSelection();
   this->InSelectSetup = false;
-  this->UpdateProxy();
+  this->Host->Push();
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::Update()
 {
-  if (this->HasSession("Update()"))
+  if (this->Host->IsUsable("Update()"))
   {
-    const zylHostResourceScope resources(this->RenderWindow);
-    zylViewSettings::Push(this->Properties, this->LightKitProperties, this->Proxy);
+    const zylHostResourceScope resources(this->Host->GetWindow());
+    zylViewSettings::Push(this->Properties, this->LightKitProperties, this->GetProxy());
   }
 }
 
@@ -361,7 +227,10 @@ void zylView::SetSourceFBO(int fbo)
 void zylView::ResetCamera()
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "ResetCamera()");
-  this->ResetCameraInBounds(nullptr);
+  if (this->Host->IsUsable("ResetCamera()"))
+  {
+    this->Host->ResetCamera(nullptr);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -371,37 +240,25 @@ void zylView::ResetCamera(
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "ResetCamera(%f, %f, %f, %f, %f, %f)", xmin, xmax, ymin,
     ymax, zmin, zmax);
   const double bounds[6] = { xmin, xmax, ymin, ymax, zmin, zmax };
-  this->ResetCameraInBounds(bounds);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylView::ResetCameraInBounds(const double* bounds)
-{
-  if (!this->HasSession("ResetCamera()"))
+  if (this->Host->IsUsable("ResetCamera()"))
   {
-    return;
+    this->Host->ResetCamera(bounds);
   }
-  const int lock = vtkSMPropertyHelper(this->Proxy, "LockBounds").GetAsInt();
-  vtkSMPropertyHelper(this->Proxy, "LockBounds").Set(0);
-  this->UpdateProxy();
-  zylParaView::ResetCamera(this->Proxy, bounds);
-  vtkSMPropertyHelper(this->Proxy, "LockBounds").Set(lock);
-  this->UpdateProxy();
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::ResetCameraClippingRange()
 {
-  if (this->GetCamera())
+  if (this->Host->GetCamera())
   {
-    this->Renderer->ResetCameraClippingRange();
+    this->Host->GetRenderer()->ResetCameraClippingRange();
   }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::ResetCameraToNormal(double cx, double cy, double cz, double nx, double ny, double nz)
 {
-  vtkCamera* camera = this->GetCamera();
+  vtkCamera* camera = this->Host->GetCamera();
   if (!camera)
   {
     return;
@@ -420,7 +277,7 @@ void zylView::ResetCameraToNormal(double cx, double cy, double cz, double nx, do
 //--------------------------------------------------------------------------------------------------
 void zylView::SetViewDir(int direction, bool flip)
 {
-  vtkCamera* camera = this->GetCamera();
+  vtkCamera* camera = this->Host->GetCamera();
   if (!camera)
   {
     return;
@@ -436,7 +293,7 @@ void zylView::SetViewDir(int direction, bool flip)
 //--------------------------------------------------------------------------------------------------
 void zylView::SetCameraMatrices(const double* first, const double* second, const double* projection)
 {
-  vtkCamera* camera = this->GetCamera();
+  vtkCamera* camera = this->Host->GetCamera();
   if (camera && !zylHostCamera::SetMatrices(camera, first, second, projection))
   {
     vtkLogF(ERROR, "SetCameraMatrices: the matrices describe no camera");
@@ -446,7 +303,7 @@ void zylView::SetCameraMatrices(const double* first, const double* second, const
 //--------------------------------------------------------------------------------------------------
 void zylView::SetParallelProjection(bool on)
 {
-  if (vtkCamera* camera = this->GetCamera())
+  if (vtkCamera* camera = this->Host->GetCamera())
   {
     camera->SetParallelProjection(on);
   }
@@ -455,7 +312,7 @@ void zylView::SetParallelProjection(bool on)
 //--------------------------------------------------------------------------------------------------
 void zylView::Pitch(double angle)
 {
-  if (vtkCamera* camera = this->GetCamera())
+  if (vtkCamera* camera = this->Host->GetCamera())
   {
     camera->Pitch(angle);
   }
@@ -464,7 +321,7 @@ void zylView::Pitch(double angle)
 //--------------------------------------------------------------------------------------------------
 void zylView::Yaw(double angle)
 {
-  if (vtkCamera* camera = this->GetCamera())
+  if (vtkCamera* camera = this->Host->GetCamera())
   {
     camera->Yaw(angle);
   }
@@ -473,7 +330,7 @@ void zylView::Yaw(double angle)
 //--------------------------------------------------------------------------------------------------
 void zylView::SetZoom(double factor)
 {
-  if (vtkCamera* camera = this->GetCamera())
+  if (vtkCamera* camera = this->Host->GetCamera())
   {
     camera->Zoom(factor);
   }
@@ -483,7 +340,7 @@ void zylView::SetZoom(double factor)
 void zylView::Azimuth(double factor)
 {
   // Kept: zooms, as SetZoom() does. See zylViewCamera.AzimuthZooms.
-  if (vtkCamera* camera = this->GetCamera())
+  if (vtkCamera* camera = this->Host->GetCamera())
   {
     camera->Zoom(factor);
   }
@@ -492,13 +349,9 @@ void zylView::Azimuth(double factor)
 //--------------------------------------------------------------------------------------------------
 void zylView::SetBackground(double r, double g, double b)
 {
-  if (this->GetCamera())
+  if (this->Host->GetCamera())
   {
-    this->Renderer->SetBackground(r, g, b);
-    // Some ParaViews set the renderer from this at every render.
-    const double color[3] = { r, g, b };
-    vtkSMPropertyHelper(this->Proxy, "Background").Set(color, 3);
-    this->UpdateProxy();
+    this->Host->SetBackground(r, g, b);
   }
 }
 
@@ -510,27 +363,16 @@ void zylView::SetWindowSize(int w, int h)
     vtkLogF(ERROR, "SetWindowSize: %d x %d is not a size", w, h);
     return;
   }
-  if (!this->HasSession("SetWindowSize()"))
+  if (this->Host->IsUsable("SetWindowSize()"))
   {
-    return;
+    this->Host->SetSize(w, h);
   }
-  if (this->RenderWindow)
-  {
-    this->RenderWindow->SetSize(w, h);
-  }
-  const int size[2] = { w, h };
-  vtkSMPropertyHelper(this->Proxy, "ViewSize").Set(size, 2);
-  this->UpdateProxy();
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::GetWindowSize(int size[2])
 {
-  size[0] = size[1] = 0;
-  if (this->RenderWindow)
-  {
-    std::copy_n(this->RenderWindow->GetSize(), 2, size);
-  }
+  this->Host->GetSize(size);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -543,22 +385,15 @@ void zylView::SetViewport(int x, int y, int w, int h)
     vtkLogF(ERROR, "SetViewport: the window has no area");
     return;
   }
-  const double width = size[0];
-  const double height = size[1];
-  vtkCollectionSimpleIterator iterator;
-  this->RenderWindow->GetRenderers()->InitTraversal(iterator);
-  while (vtkRenderer* renderer = this->RenderWindow->GetRenderers()->GetNextRenderer(iterator))
-  {
-    renderer->SetViewport(x / width, y / height, (x + w) / width, (y + h) / height);
-  }
+  this->Host->SetViewport(x, y, w, h);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::SetOffScreenRendering(bool on)
 {
-  if (this->RenderWindow)
+  if (vtkOpenGLRenderWindow* window = this->Host->GetWindow())
   {
-    this->RenderWindow->SetOffScreenRendering(on);
+    window->SetOffScreenRendering(on);
   }
   vtkGraphicsFactory::SetOffScreenOnlyMode(on);
   vtkGraphicsFactory::SetUseMesaClasses(on);
@@ -572,15 +407,9 @@ void zylView::SetOffScreenRendering(bool on)
 //--------------------------------------------------------------------------------------------------
 void zylView::SetOrientationAxis(bool on)
 {
-  if (!this->HasSession("SetOrientationAxis()"))
+  if (this->Host->IsUsable("SetOrientationAxis()"))
   {
-    return;
-  }
-  vtkSMPropertyHelper(this->Proxy, "OrientationAxesVisibility").Set(on);
-  vtkSMPropertyHelper(this->Proxy, "OrientationAxesInteractivity").Set(on);
-  for (unsigned int i = 0; i < 3; ++i)
-  {
-    vtkSMPropertyHelper(this->Proxy, "OrientationAxesLabelColor").Set(i, on ? 0.0 : 1.0);
+    this->Host->SetOrientationAxis(on);
   }
 }
 
@@ -612,9 +441,8 @@ bool zylView::GetBounds(double bounds[6])
   {
     bounds[i] = i % 2 ? -1.0 : 1.0;
   }
-  if (!this->Renderer)
+  if (!this->Host->GetCamera())
   {
-    vtkLogF(ERROR, "%s", NoRenderer);
     return false;
   }
   vtkBoundingBox box;
@@ -642,7 +470,7 @@ vtkSmartPointer<vtkImageData> zylView::CaptureImage()
   {
     return nullptr;
   }
-  zylScreenshot screenshot(this->Proxy);
+  zylScreenshot screenshot(this->GetProxy());
   if (!screenshot)
   {
     return nullptr;
@@ -670,7 +498,7 @@ bool zylView::SaveScreenshot(const char* fileName)
     vtkLogF(ERROR, "SaveScreenshot: '%s' cannot be written to", fileName);
     return false;
   }
-  zylScreenshot screenshot(this->Proxy, fileName);
+  zylScreenshot screenshot(this->GetProxy(), fileName);
   if (!screenshot)
   {
     return false;
@@ -696,7 +524,7 @@ void zylView::StartRenderCallback(
     return;
   }
   const bool suppressed = vtkSMPropertyHelper(proxy, "SuppressRendering").GetAsInt() != 0;
-  if (!suppressed && !self->Frame->IsStatePushed() && !self->IgnoreHostContext)
+  if (!suppressed && !self->Host->IsStatePushed() && !self->IgnoreHostContext)
   {
     vtkLogF(ERROR, "ParaView RenderView is being called without the OpenGL state being recorded");
     vtkLogF(ERROR, "%s", vtksys::SystemInformation::GetProgramStack(5, 1).c_str());
@@ -704,33 +532,20 @@ void zylView::StartRenderCallback(
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkCamera* zylView::GetCamera()
-{
-  if (!this->Renderer)
-  {
-    vtkLogF(ERROR, "%s", NoRenderer);
-    return nullptr;
-  }
-  return this->Renderer->GetActiveCamera();
-}
-
-//--------------------------------------------------------------------------------------------------
 bool zylView::BeginCapture(const char* operation)
 {
-  if (!this->HasSession(operation))
+  if (!this->Host->IsUsable(operation))
   {
     return false;
   }
-  zylHostRenderWindow* window = this->Frame->GetWindow();
-  if (window && !window->HasArea())
+  if (!this->Host->HasArea())
   {
     vtkLogF(ERROR, "%s: the window has no area", operation);
     return false;
   }
-  return this->IgnoreHostContext || this->AdoptHostContext();
+  return this->IgnoreHostContext || this->Host->Adopt();
 }
 
-//--------------------------------------------------------------------------------------------------
 //--------------------------------------------------------------------------------------------------
 zylRepresentation* zylView::GetZYLRepresentation(vtkSMProxy* proxy)
 {

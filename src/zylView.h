@@ -39,17 +39,13 @@
 
 #include <vtkObject.h>
 #include <vtkSmartPointer.h>
-#include <vtkWeakPointer.h>
 
 class vtkCallbackCommand;
-class vtkCamera;
 class vtkGraphicsFactory;
 class vtkImageData;
-class vtkOpenGLRenderWindow;
-class vtkRenderer;
 class vtkSMProxy;
 class vtkSMRenderViewProxy;
-class zylHostFrame;
+class zylHostView;
 class zylPropertyCollection;
 class zylRepresentation;
 
@@ -181,22 +177,11 @@ private:
   zylView(const zylView&) = delete;
   void operator=(const zylView&) = delete;
 
-  void CreateProxy();
-  bool HasSession(const char* operation);
-  void UpdateProxy();
-  bool AdoptHostContext();
-  bool BeginHostFrame();
-  bool FindHostFrame();
-  void ResetCameraInBounds(const double* bounds);
-  vtkCamera* GetCamera();
   bool BeginCapture(const char* operation);
   zylRepresentation* GetZYLRepresentation(vtkSMProxy* proxy);
 
   bool IgnoreHostContext = false;
   int SourceFBO = 1;
-  vtkSmartPointer<vtkSMRenderViewProxy> Proxy;
-  vtkWeakPointer<vtkRenderer> Renderer; // these two go with the session
-  vtkWeakPointer<vtkOpenGLRenderWindow> RenderWindow;
   std::set<vtkSmartPointer<zylRepresentation>> Representations;
   vtkSmartPointer<zylPropertyCollection> Properties;
   vtkSmartPointer<zylPropertyCollection> LightKitProperties;
@@ -204,7 +189,7 @@ private:
   bool InRenderSetup = false;
   bool InSelectSetup = false;
   vtkSmartPointer<vtkCallbackCommand> StartRenderCommand;
-  std::unique_ptr<zylHostFrame> Frame;
+  std::unique_ptr<zylHostView> Host;
 };
 
 #endif

@@ -1,0 +1,104 @@
+/**
+ * @class zylHostView
+ * @brief The machinery below zylView: the server-manager view and its window in a host's context.
+ *
+ * Owns the view proxy, knows its renderer and window, and hands the host's context over and back
+ * around a render or a selection. What the host has to be told about the order of its calls is
+ * zylView's business:
+ *
+ *     if (host.IsUsable("Render()") && host.Adopt() && host.BeginRender(sourceFBO))
+ *     {
+ *       host.GetProxy()->StillRender();
+ *       host.EndRender();
+ *     }
+ *
+ * Private to the library.
+ */
+#ifndef zylHostView_h
+#define zylHostView_h
+
+#include "Host/zylHostFrame.h"
+#include "zylExport.h"
+
+#include <vtkSmartPointer.h>
+#include <vtkWeakPointer.h>
+
+class vtkCamera;
+class vtkCommand;
+class vtkObject;
+class vtkOpenGLRenderWindow;
+class vtkRenderer;
+class vtkSMRenderViewProxy;
+
+class ZYL_PRIVATE zylHostView
+{
+public:
+  /// Made in the current session; without one, which is reported, there is no proxy. `owner`
+  /// (borrowed) speaks in errors; `startRender` (shared) observes the start of every still render.
+  zylHostView(vtkObject* owner, vtkCommand* startRender);
+  /// OpenGL objects go in the context that they belong to, or with it.
+  ~zylHostView();
+  zylHostView(const zylHostView&) = delete;
+  zylHostView& operator=(const zylHostView&) = delete;
+
+  /// Borrowed; null without a session.
+  vtkSMRenderViewProxy* GetProxy() const { return this->Proxy; }
+
+  ///@{
+  /// Borrowed; they go with the session. Without a renderer there is no camera, which is reported.
+  vtkRenderer* GetRenderer() const { return this->Renderer; }
+  vtkOpenGLRenderWindow* GetWindow() const { return this->Window; }
+  vtkCamera* GetCamera() const;
+  ///@}
+
+  /// Whether the view's session lives; a line in the log says why not.
+  bool IsUsable(const char* operation) const;
+
+  /// Send changed properties of the proxy to the server.
+  void Push();
+
+  /// Take the current context as the one to draw in; reported when that cannot be.
+  bool Adopt();
+
+  ///@{
+  /// Put the host's state aside and back; a render also copies the picture of the framebuffer
+  /// object `source` in, and the finished one out. False when nothing was done. An end without a
+  /// beginning gets one.
+  bool BeginRender(int source);
+  bool EndRender();
+  bool BeginSelection();
+  bool EndSelection();
+  ///@}
+
+  /// Whether the state is on the toolkit's stack, so that a render may change it.
+  bool IsStatePushed() const { return this->Frame.IsStatePushed(); }
+
+  /// Whether there are pixels to draw.
+  bool HasArea() const;
+
+  /// Whether ParaView may render of its own accord.
+  void SetRendering(bool on);
+
+  ///@{
+  /// See zylView. Bounds may be null: all that is visible.
+  void ResetCamera(const double* bounds);
+  void SetBackground(double r, double g, double b);
+  void SetSize(int w, int h);
+  void GetSize(int size[2]) const;
+  void SetViewport(int x, int y, int w, int h);
+  void SetOrientationAxis(bool on);
+  ///@}
+
+private:
+  bool Begin();
+  bool Find();
+
+  vtkObject* Owner;
+  vtkSmartPointer<vtkCommand> StartRender;
+  vtkSmartPointer<vtkSMRenderViewProxy> Proxy;
+  vtkWeakPointer<vtkRenderer> Renderer;
+  vtkWeakPointer<vtkOpenGLRenderWindow> Window;
+  zylHostFrame Frame;
+};
+
+#endif
