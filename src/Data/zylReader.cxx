@@ -45,6 +45,13 @@ void KeepCommon(std::vector<Reader>& readers, const std::vector<Reader>& others)
   };
   readers.erase(std::remove_if(readers.begin(), readers.end(), missing), readers.end());
 }
+
+// The readers that ParaView borrows from VisIt claim a file by its name alone and may crash on one
+// that is not theirs: none of them takes the place of a reader that refused the file.
+bool IsBorrowed(const Reader& reader)
+{
+  return reader.Name.compare(0, 5, "VisIt") == 0;
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -81,6 +88,7 @@ zylReaderChoice zylChooseReaders(vtkSMSession* session, const std::vector<std::s
       return { {}, "Files of different kinds are no dataset: " + first + " and " + fileName };
     }
   }
+  readers.erase(std::remove_if(readers.begin() + 1, readers.end(), IsBorrowed), readers.end());
   return { readers, "" };
 }
 

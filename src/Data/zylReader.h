@@ -29,7 +29,8 @@ struct zylReaderChoice
 
 /// Ask ParaView's reader factory which readers claim the first of `fileNames`, paths on the server
 /// of `session`, and are willing to read it. Those that do not claim the others are left out: files
-/// of different kinds are no series.
+/// of different kinds are no series. Behind the first there are only readers that survive a file
+/// which is not theirs.
 ZYL_PRIVATE zylReaderChoice zylChooseReaders(
   vtkSMSession* session, const std::vector<std::string>& fileNames);
 
