@@ -58,7 +58,7 @@ Outcome View(const std::string& arguments, const std::string& file)
 }
 
 namespace {
-Picture Read(const std::string& file)
+Picture Read(const std::string& file, const Color& host)
 {
   vtkNew<vtkPNGReader> reader;
   reader->SetFileName(file.c_str());
@@ -76,7 +76,8 @@ Picture Read(const std::string& file)
   {
     const unsigned char* p = pixels + 3 * i;
     colors.insert(p[0] << 16 | p[1] << 8 | p[2]);
-    picture.Covered += (p[0] > 2 || p[1] > 2 || p[2] > 2) / double(count);
+    const auto differs = [p, &host](int c) { return std::abs(p[c] - host[c]) > 2; };
+    picture.Covered += (differs(0) || differs(1) || differs(2)) / double(count);
     for (int c = 0; c < 3; ++c)
     {
       picture.Mean[c] += p[c] / double(count);
@@ -88,15 +89,18 @@ Picture Read(const std::string& file)
 
 } // namespace
 
-Picture Draw(const std::string& arguments, const std::string& file)
+Picture Draw(const std::string& arguments, const std::string& file, const Color& host)
 {
   const std::string output = Folder() + "/picture.png";
   std::remove(output.c_str());
-  const Outcome outcome = View(
-    "--output " + output + " --size 240x160 --samples 1 --background 0,0,0 " + arguments, file);
+  const auto part = [&host](int c) { return std::string(host[c] == 0 ? "0" : "1"); };
+  const std::string background = part(0) + ',' + part(1) + ',' + part(2);
+  const Outcome outcome = View("--output " + output + " --size 240x160 --samples 1 --background " +
+      background + ' ' + arguments,
+    file);
   EXPECT_EQ(outcome.ExitCode, 0) << arguments << '\n' << outcome.Text;
   EXPECT_EQ(outcome.Text, output + "\n") << arguments;
-  return Read(output);
+  return Read(output, host);
 }
 
 double Difference(const Picture& a, const Picture& b)
