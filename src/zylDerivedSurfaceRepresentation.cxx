@@ -353,8 +353,9 @@ void zylDerivedSurfaceRepresentation::FreeResources()
   zylUnregister(this->LastSurfaceFilter);
   this->LastSurfaceFilter = nullptr;
   for (vtkSMSourceProxy* proxy :
-    { this->BlockMerger.Get(), this->SurfaceScript.Get(), this->WarpFilter.Get(),
-      this->BlockExtractor.Get(), this->VolumeScript.Get(), this->Output.Get() })
+    { this->BlockMerger.Get(), this->IntegrationScript.Get(), this->Integrator.Get(),
+      this->SurfaceScript.Get(), this->WarpFilter.Get(), this->BlockExtractor.Get(),
+      this->VolumeScript.Get(), this->Output.Get() })
   {
     zylUnregister(proxy);
   }

@@ -487,6 +487,20 @@ TEST_F(zylStreamline, FollowDataAndTimeAndCanBeFreed)
 }
 
 //--------------------------------------------------------------------------------------------------
+TEST_F(zylStreamline, LeaveNoProxyBehind)
+{
+  this->Use(zylFlowData::Uniform);
+  const std::string before = zylRegisteredProxies();
+  {
+    vtkNew<zylStreamlineRepresentation> lines;
+    Trace(lines, this->Data, { 0.1, 0.2, 0.3 });
+    EXPECT_FALSE(lines->GetIntegratedValues().PointValues.empty());
+    EXPECT_NE(zylRegisteredProxies(), before);
+  }
+  EXPECT_EQ(zylRegisteredProxies(), before);
+}
+
+//--------------------------------------------------------------------------------------------------
 // "pressure" is x plus the time.
 TEST_F(zylStreamline, FollowTheTime)
 {

@@ -129,7 +129,6 @@ TEST_F(zylSurfaceStreamline, CanBeFreedAndSendWhatChanged)
   EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_WARNING, ""), 0) << log.Dump();
   EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0) << log.Dump();
   EXPECT_EQ(zylTraffic([this] { this->Lines->Update(); }), "");
-  const std::string before = zylRegisteredProxies();
   this->Lines->FreeResources();
   this->Lines->Update();
   EXPECT_EQ(zylFlowData::GetLength(this->Lines->GetDerivedSurface()), first);
