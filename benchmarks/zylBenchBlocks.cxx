@@ -114,6 +114,7 @@ public:
   void Frames();
   void Changes();
   void Unchanged();
+  void Updates();
   void Hash();
 
 private:
@@ -288,6 +289,29 @@ void Driver::Unchanged()
 }
 
 //--------------------------------------------------------------------------------------------------
+// What a change costs in Update(), and what it adds to the frame after it.
+void Driver::Updates()
+{
+  const int one = this->Leaves[this->Leaves.size() / 2];
+  zylPropertyCollection* settings = this->Boundary->GetSurfaceProperties(one);
+  const auto measure = [this](const std::string& what) {
+    this->Stage(("Update, " + what).c_str(), [this] { this->Boundary->Update(); });
+    this->Stage(("frame, " + what).c_str(), [this] { this->Draw(); });
+  };
+  settings->Set("Ambient", 0.1); // a group of its own
+  this->Boundary->Update();
+  this->Draw();
+  for (int i = 0; i < 5; ++i)
+  {
+    this->Boundary->GetSurfaceProperties(this->Leaves.front())->Set("Visibility", i % 2 == 1);
+    measure("one block hidden or shown");
+    settings->Set("Ambient", 0.2 + 0.1 * i);
+    measure("one block lit otherwise");
+    measure("no block changed");
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void Driver::Hash()
 {
   vtkTypeUInt64 all = 0; // printed, so that nothing is left out
@@ -331,6 +355,7 @@ int main(int argc, char** argv)
   driver.Frames();
   driver.Unchanged();
   driver.Changes();
+  driver.Updates();
   driver.Hash();
   std::fflush(stdout);
   _exit(0); // without the time that taking everything down costs, as the baselines do

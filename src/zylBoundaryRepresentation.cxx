@@ -208,7 +208,7 @@ std::vector<int> zylBoundaryRepresentation::CollectNeededBlocks()
   std::vector<int> needed = HighlightedBlocks(this->GetHighlightProperties());
   for (const zylBlockGroups& kind : this->Kinds)
   {
-    kind.AppendShown(needed);
+    needed.insert(needed.end(), kind.GetShown().begin(), kind.GetShown().end());
   }
   std::sort(needed.begin(), needed.end());
   needed.erase(std::unique(needed.begin(), needed.end()), needed.end());
@@ -222,6 +222,10 @@ void zylBoundaryRepresentation::UpdateExtractBlockCache()
   if (!this->DataSet)
   {
     return;
+  }
+  for (zylBlockGroups& kind : this->Kinds)
+  {
+    kind.FollowSettings();
   }
   this->NeededBlocks = this->CollectNeededBlocks();
   std::vector<int> present =

@@ -1,5 +1,7 @@
 #include "zylProperty.h"
 
+#include "Settings/zylChangeList.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iostream>
@@ -127,9 +129,10 @@ void zylProperty::SetPropertyType(PropertyType type)
   if (type > String)
   {
     std::cout << "Unknown property type " << static_cast<std::uint32_t>(type) << std::endl;
+    this->Report();
     return;
   }
-  this->Modified();
+  this->Changed();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -149,7 +152,7 @@ void zylProperty::SetNumberOfElements(unsigned int count)
   this->Release();
   this->NumberOfElements = count;
   this->Allocate();
-  this->Modified();
+  this->Changed();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -309,7 +312,7 @@ void zylProperty::DeepCopy(zylProperty* other)
         break;
     }
   }
-  this->Modified();
+  this->Changed();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -334,6 +337,32 @@ std::uint64_t zylProperty::GetHashValue() const
     seed = Combine(seed, 0);
   }
   return seed;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylProperty::SetIncludeInHash(bool include)
+{
+  if (include != this->IncludeInHash)
+  {
+    this->IncludeInHash = include;
+    this->Report();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylProperty::Report()
+{
+  if (this->Changes)
+  {
+    this->Changes->Send();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylProperty::Changed()
+{
+  this->Report();
+  this->Modified();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -413,7 +442,7 @@ void zylProperty::SetOneElement(
   if (element != value)
   {
     element = value;
-    this->Modified();
+    this->Changed();
   }
 }
 

@@ -28,6 +28,9 @@
 
 #include <vtkObject.h>
 
+struct zylChangeReport;
+class zylPropertyCollection;
+
 // Xlib's header defines a macro of this name, and hosts include it, knowingly or not.
 #pragma push_macro("Bool")
 #undef Bool
@@ -126,7 +129,7 @@ public:
 
   ///@{
   /// Whether the hash of a collection takes this property into account. Default: true.
-  void SetIncludeInHash(bool include) { this->IncludeInHash = include; }
+  void SetIncludeInHash(bool include);
   bool GetIncludeInHash() const { return this->IncludeInHash; }
   ///@}
 
@@ -161,6 +164,11 @@ private:
   void ReleaseValues();
   void Allocate();
   void Release();
+  void Report();
+  void Changed();
+
+  friend class zylPropertyCollection;
+  const zylChangeReport* Changes = nullptr; // that of the collection, which outlives this link
 
   PropertyType Type = Int;
   unsigned int NumberOfElements = 0;

@@ -1,5 +1,7 @@
 #include "zylPropertyCollection.h"
 
+#include "Settings/zylChangeList.h"
+
 #include <algorithm>
 #include <mutex>
 #include <ostream>
@@ -27,7 +29,10 @@ const std::string* InternName(const std::string& name)
 zylPropertyCollection::zylPropertyCollection() = default;
 
 //--------------------------------------------------------------------------------------------------
-zylPropertyCollection::~zylPropertyCollection() = default;
+zylPropertyCollection::~zylPropertyCollection()
+{
+  this->RemoveAll();
+}
 
 //--------------------------------------------------------------------------------------------------
 void zylPropertyCollection::PrintSelf(ostream& os, vtkIndent indent)
@@ -40,8 +45,8 @@ void zylPropertyCollection::PrintSelf(ostream& os, vtkIndent indent)
 //--------------------------------------------------------------------------------------------------
 void zylPropertyCollection::Clear()
 {
-  this->Properties.clear();
-  this->Modified();
+  this->RemoveAll();
+  this->Changed();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -54,13 +59,15 @@ zylProperty* zylPropertyCollection::MakeProperty(
   const auto place = this->Properties.begin() + (this->Find(name) - this->Properties.cbegin());
   if (place != this->Properties.end() && *place->Name == name)
   {
+    place->Property->Changes = nullptr;
     place->Property = property;
   }
   else
   {
     this->Properties.insert(place, { InternName(name), property });
   }
-  this->Modified();
+  this->Link(property);
+  this->Changed();
   return property;
 }
 
@@ -338,8 +345,9 @@ void zylPropertyCollection::DeepCopy(zylPropertyCollection* other)
   {
     this->Properties.push_back({ entry.Name, vtkSmartPointer<zylProperty>::New() });
     this->Properties.back().Property->DeepCopy(entry.Property);
+    this->Link(this->Properties.back().Property);
   }
-  this->Modified();
+  this->Changed();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -354,6 +362,42 @@ std::uint64_t zylPropertyCollection::GetHashValue() const
     }
   }
   return seed;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPropertyCollection::ReportChangesTo(const std::shared_ptr<zylChangeList>& list, int id)
+{
+  this->Changes.reset(list ? new zylChangeReport{ list, id } : nullptr);
+  for (const Entry& entry : this->Properties)
+  {
+    this->Link(entry.Property);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPropertyCollection::Link(zylProperty* property) const
+{
+  property->Changes = this->Changes.get();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPropertyCollection::RemoveAll()
+{
+  for (const Entry& entry : this->Properties)
+  {
+    entry.Property->Changes = nullptr; // a caller may keep it
+  }
+  this->Properties.clear();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPropertyCollection::Changed()
+{
+  if (this->Changes)
+  {
+    this->Changes->Send();
+  }
+  this->Modified();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -23,11 +23,15 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <vtkObject.h>
 #include <vtkSmartPointer.h>
+
+class zylChangeList;
+struct zylChangeReport;
 
 class ZYL_EXPORT zylPropertyCollection : public vtkObject
 {
@@ -133,6 +137,11 @@ public:
   /// do not enter it. 0 when there are none. Computed afresh by every call.
   std::uint64_t GetHashValue() const;
 
+  /// Put `id` on the list whenever a value changes, through the collection or a property of it, or
+  /// a property comes, goes or joins or leaves the hash. Takes the place of an earlier list; null:
+  /// none. For the library itself, which has the class of the list.
+  void ReportChangesTo(const std::shared_ptr<zylChangeList>& list, int id);
+
   ///@{
   /// One line for each property.
   void PrintProperties(std::ostream& os) const;
@@ -164,8 +173,13 @@ private:
   template <class T>
   void SetValues(const std::string& name, const T* values, unsigned int count);
 
+  void Link(zylProperty* property) const;
+  void RemoveAll();
+  void Changed();
+
   std::vector<Entry> Properties;
   std::string Name;
+  std::unique_ptr<zylChangeReport> Changes; // null when there is no list
 };
 
 #endif

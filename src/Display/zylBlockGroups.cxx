@@ -2,6 +2,7 @@
 
 #include "Display/zylBlockFlags.h"
 #include "ParaView/zylBlockExtractor.h"
+#include "Settings/zylChangeList.h"
 #include "zylArrayInformation.h"
 #include "zylMultiBlockTree.h"
 #include "zylPipeline.h"
@@ -9,34 +10,53 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 
 namespace {
 constexpr unsigned int NoBlock = 0xFFFFFFFF; // of an empty tree
+
+//--------------------------------------------------------------------------------------------------
+bool IsOn(zylPropertyCollection* settings, const char* name)
+{
+  const zylProperty* property = settings->GetProperty(name);
+  return property && property->GetBool();
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylBlockGroups::Block::IsShown() const
+// What is taken out of a list of ids and what is put in; all ascending.
+struct Exchange
 {
-  const zylProperty* visible = this->Settings->GetProperty("Visibility");
-  const zylProperty* hidden = this->Settings->GetProperty("ForceHidden");
-  return this->IsLeaf && visible && visible->GetBool() && !(hidden && hidden->GetBool());
-}
+  std::vector<int> Out, In;
+
+  void Apply(std::vector<int>& ids) const
+  {
+    std::vector<int> rest;
+    std::set_difference(
+      ids.begin(), ids.end(), this->Out.begin(), this->Out.end(), std::back_inserter(rest));
+    ids.clear();
+    std::set_union(
+      rest.begin(), rest.end(), this->In.begin(), this->In.end(), std::back_inserter(ids));
+  }
+};
+} // namespace
 
 //--------------------------------------------------------------------------------------------------
 zylBlockGroups::zylBlockGroups(PipelineFactory newPipeline)
   : NewPipeline(newPipeline)
+  , Changes(std::make_shared<zylChangeList>())
 {
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylBlockGroups::SetBlocks(const zylMultiBlockTree* tree)
 {
-  for (auto& block : this->Blocks)
+  for (auto& [id, block] : this->Blocks)
   {
-    block.second.IsLeaf = false;
+    block.IsLeaf = false;
+    this->Changes->Add(id);
   }
   if (tree && tree->GetBlockIndex() != NoBlock)
   {
@@ -52,12 +72,15 @@ void zylBlockGroups::AddBlocks(const zylMultiBlockTree* node, zylPropertyCollect
   {
     return;
   }
-  Block& block = this->Blocks[static_cast<int>(node->GetBlockIndex())];
+  const int id = static_cast<int>(node->GetBlockIndex());
+  Block& block = this->Blocks[id];
   block.IsLeaf = node->IsLeaf();
   if (!block.Settings)
   {
     block.Settings = vtkSmartPointer<zylPropertyCollection>::New();
     block.Settings->DeepCopy(defaults);
+    block.Settings->ReportChangesTo(this->Changes, id);
+    this->Changes->Add(id);
   }
   for (unsigned int i = 0; i < node->GetNumberOfChildren(); ++i)
   {
@@ -69,6 +92,9 @@ void zylBlockGroups::AddBlocks(const zylMultiBlockTree* node, zylPropertyCollect
 void zylBlockGroups::ClearBlocks()
 {
   this->Blocks.clear();
+  this->BlocksOf.clear();
+  this->Shown.clear();
+  this->Changes = std::make_shared<zylChangeList>(); // callers may keep the old settings
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -90,13 +116,50 @@ std::vector<int> zylBlockGroups::GetBlocks() const
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylBlockGroups::AppendShown(std::vector<int>& ids) const
+void zylBlockGroups::FollowSettings()
 {
-  for (const auto& [id, block] : this->Blocks)
+  std::map<vtkTypeUInt64, Exchange> moves;
+  Exchange shown;
+  std::set<vtkTypeUInt64> stale;
+  for (const int id : this->Changes->Take())
   {
-    if (block.IsShown())
+    Block& block = this->Blocks[id];
+    const vtkTypeUInt64 hash = block.Settings->GetHashValue();
+    const bool isShown =
+      block.IsLeaf && IsOn(block.Settings, "Visibility") && !IsOn(block.Settings, "ForceHidden");
+    if (!block.HasGroup || hash != block.Hash)
     {
-      ids.push_back(id);
+      if (block.HasGroup)
+      {
+        moves[block.Hash].Out.push_back(id);
+      }
+      moves[hash].In.push_back(id);
+    }
+    if (isShown != block.IsShown)
+    {
+      (isShown ? shown.In : shown.Out).push_back(id);
+      stale.insert(hash);
+    }
+    block.HasGroup = true;
+    block.IsShown = isShown;
+    block.Hash = hash;
+  }
+  shown.Apply(this->Shown);
+  for (const auto& [hash, move] : moves)
+  {
+    move.Apply(this->BlocksOf[hash]);
+    stale.insert(hash);
+    if (this->BlocksOf[hash].empty())
+    {
+      this->BlocksOf.erase(hash);
+    }
+  }
+  for (const vtkTypeUInt64 hash : stale)
+  {
+    const auto group = this->Groups.find(hash);
+    if (group != this->Groups.end())
+    {
+      group->second.IsStale = true;
     }
   }
 }
@@ -105,13 +168,8 @@ void zylBlockGroups::AppendShown(std::vector<int>& ids) const
 bool zylBlockGroups::Update(
   vtkSMSourceProxy* source, zylMultiBlockTree* tree, zylView* view, const ScriptFactory& makeScript)
 {
-  std::map<vtkTypeUInt64, std::vector<int>> blocksOf;
-  for (const auto& [id, block] : this->Blocks)
-  {
-    blocksOf[block.Settings->GetHashValue()].push_back(id);
-  }
-  this->Regroup(blocksOf, view);
-  for (const auto& [hash, blocks] : blocksOf)
+  this->Regroup(view);
+  for (const auto& [hash, blocks] : this->BlocksOf)
   {
     Group& group = this->Groups[hash];
     if (!group.Pipeline && !this->CreateGroup(group, source))
@@ -119,7 +177,13 @@ bool zylBlockGroups::Update(
       this->Groups.erase(hash); // every group has a pipeline
       return false;
     }
-    this->UpdateSettings(group, hash, blocks, makeScript);
+    if (group.IsStale)
+    {
+      this->UpdateSettings(group, hash, blocks);
+    }
+    vtkSMPropertyHelper(group.Script, "Script")
+      .Set(makeScript(group.Pipeline->GetProperties()).c_str());
+    group.Script->UpdateVTKObjects();
     group.Pipeline->SetBlockTree(tree);
     if (view)
     {
@@ -130,22 +194,21 @@ bool zylBlockGroups::Update(
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylBlockGroups::Regroup(
-  const std::map<vtkTypeUInt64, std::vector<int>>& blocksOf, zylView* view)
+void zylBlockGroups::Regroup(zylView* view)
 {
   std::map<vtkTypeUInt64, Group> unused;
   for (auto group = this->Groups.begin(); group != this->Groups.end();)
   {
     const auto next = std::next(group);
-    if (blocksOf.count(group->first) == 0)
+    if (this->BlocksOf.count(group->first) == 0)
     {
       unused.insert(this->Groups.extract(group));
     }
     group = next;
   }
-  for (const auto& [hash, blocks] : blocksOf)
+  for (const auto& [hash, blocks] : this->BlocksOf)
   {
-    if (this->Groups.count(hash) > 0)
+    if (unused.empty() || this->Groups.count(hash) > 0)
     {
       continue;
     }
@@ -155,6 +218,7 @@ void zylBlockGroups::Regroup(
       [&sought](const auto& candidate) { return candidate.second.Blocks == sought; });
     if (same != unused.end())
     {
+      same->second.IsStale = true;
       this->Groups[hash] = std::move(same->second);
       unused.erase(same);
     }
@@ -199,7 +263,7 @@ void zylBlockGroups::DropGroup(Group& group, zylView* view)
 
 //--------------------------------------------------------------------------------------------------
 void zylBlockGroups::UpdateSettings(
-  Group& group, vtkTypeUInt64 hash, const std::vector<int>& blocks, const ScriptFactory& makeScript)
+  Group& group, vtkTypeUInt64 hash, const std::vector<int>& blocks)
 {
   // A block that has left the group is not drawn anyway. Taking it out of the stage as well would
   // process and upload every other block again, so that waits until it pays.
@@ -217,7 +281,7 @@ void zylBlockGroups::UpdateSettings(
   bool anyShown = false;
   for (const int id : blocks)
   {
-    const bool shown = this->Blocks[id].IsShown();
+    const bool shown = this->Blocks[id].IsShown;
     pairs.insert(pairs.end(), { id, shown ? 1 : 0 });
     anyShown = anyShown || shown;
   }
@@ -232,9 +296,7 @@ void zylBlockGroups::UpdateSettings(
   target->Set("ForceHidden", false);
   zylBlockFlags::Write(target, pairs);
   group.Blocks = blocks;
-
-  vtkSMPropertyHelper(group.Script, "Script").Set(makeScript(target).c_str());
-  group.Script->UpdateVTKObjects();
+  group.IsStale = false;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@
 
 class vtkSMSourceProxy;
 class zylArrayInformation;
+class zylChangeList;
 class zylMultiBlockTree;
 class zylPipeline;
 class zylPropertyCollection;
@@ -41,12 +43,17 @@ public:
   zylPropertyCollection* GetSettings(int id) const;
   /// All blocks that have settings, ascending.
   std::vector<int> GetBlocks() const;
-  /// Append the blocks that are to be drawn: leaves only, since every one has its own settings.
-  void AppendShown(std::vector<int>& ids) const;
 
-  /// Let the pipelines follow the settings. They show `source`, whose blocks `tree` describes, in
-  /// `view` (null: the pipelines get their sources only). False if the session cannot make the
-  /// stages that feed them.
+  /// Take over what has changed in the settings since the last call. Looks at those blocks only.
+  void FollowSettings();
+
+  /// The blocks that are to be drawn, ascending, as of the last FollowSettings(): leaves only,
+  /// since every one has its own settings.
+  const std::vector<int>& GetShown() const { return this->Shown; }
+
+  /// Let the pipelines follow the settings, as of the last FollowSettings(). They show `source`,
+  /// whose blocks `tree` describes, in `view` (null: the pipelines get their sources only). False
+  /// if the session cannot make the stages that feed them.
   bool Update(vtkSMSourceProxy* source, zylMultiBlockTree* tree, zylView* view,
     const ScriptFactory& makeScript);
 
@@ -66,8 +73,10 @@ private:
   {
     vtkSmartPointer<zylPropertyCollection> Settings;
     bool IsLeaf = false; // of the present tree
-
-    bool IsShown() const;
+    // As of the last FollowSettings().
+    bool HasGroup = false;
+    bool IsShown = false;
+    vtkTypeUInt64 Hash = 0;
   };
 
   // The blocks that share one set of settings, and the chain that draws them:
@@ -78,20 +87,23 @@ private:
     vtkSmartPointer<vtkSMSourceProxy> Script;
     vtkSmartPointer<zylPipeline> Pipeline;
     vtkTypeUInt64 Hash = 0;     // of the settings that the pipeline has
-    std::vector<int> Blocks;    // ascending
+    bool IsStale = true;        // blocks, flags or settings are not what the pipeline has
+    std::vector<int> Blocks;    // that the pipeline has, ascending
     std::vector<int> Extracted; // what Extract delivers, ascending: Blocks, or more
   };
 
   void AddBlocks(const zylMultiBlockTree* node, zylPropertyCollection* defaults);
-  void Regroup(const std::map<vtkTypeUInt64, std::vector<int>>& blocksOf, zylView* view);
+  void Regroup(zylView* view);
   bool CreateGroup(Group& group, vtkSMSourceProxy* source);
   void DropGroup(Group& group, zylView* view);
-  void UpdateSettings(Group& group, vtkTypeUInt64 hash, const std::vector<int>& blocks,
-    const ScriptFactory& makeScript);
+  void UpdateSettings(Group& group, vtkTypeUInt64 hash, const std::vector<int>& blocks);
 
   PipelineFactory NewPipeline;
+  std::shared_ptr<zylChangeList> Changes; // the blocks whose settings have changed
   std::map<int, Block> Blocks;
-  std::map<vtkTypeUInt64, Group> Groups;
+  std::vector<int> Shown;                             // ascending
+  std::map<vtkTypeUInt64, std::vector<int>> BlocksOf; // by the hash of their settings, ascending
+  std::map<vtkTypeUInt64, Group> Groups;              // follow BlocksOf in Update()
 };
 
 #endif

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <functional>
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -11,6 +13,8 @@
 #include <vtkNew.h>
 #include <zylPropertyCollection.h>
 #include <zylTestLog.h>
+
+#include "Settings/zylChangeList.h"
 
 namespace {
 using Names = std::vector<std::string>;
@@ -228,6 +232,75 @@ TEST(zylPropertyCollection, Printing)
     "zylPropertyCollection has property Big: 1.23457e+06 \n"
     "zylPropertyCollection has property ColorMapRange: 0 1 \n"
     "zylPropertyCollection has property On: 1 \n");
+}
+
+//--------------------------------------------------------------------------------------------------
+// Whatever can change the hash is reported, however it is done, and nothing else is.
+TEST(zylPropertyCollection, ReportsItsChanges)
+{
+  const double values[] = { 1.0, 2.0 };
+  vtkNew<zylPropertyCollection> collection, other;
+  other->MakeInt("I", 7);
+  collection->MakeDouble("D", values, 2);
+  collection->MakeString("S", "text");
+  const auto list = std::make_shared<zylChangeList>();
+  collection->ReportChangesTo(list, 42);
+  EXPECT_TRUE(list->Take().empty());
+  const auto property = [&](const char* name) { return collection->GetProperty(name); };
+
+  const struct
+  {
+    const char* What;
+    bool IsReported;
+    std::function<void()> Do;
+  } cases[] = {
+    { "an equal value", false, [&] { collection->Set("D", 1, 2.0); } },
+    { "a value of another type", false, [&] { collection->Set("S", 3); } },
+    { "a missing property", false, [&] { collection->Set("None", 3); } },
+    { "a touched property", false, [&] { property("D")->Modified(); } },
+    { "one element", true, [&] { collection->Set("D", 1, 3.0); } },
+    { "an array", true, [&] { collection->Set("D", values, 2); } },
+    { "an equal array", false, [&] { collection->Set("D", values, 2); } },
+    { "through the property", true, [&] { property("S")->Set("more"); } },
+    { "the count", true, [&] { property("D")->SetNumberOfElements(3); } },
+    { "the type", true, [&] { property("D")->SetPropertyType(zylProperty::Int); } },
+    { "no type", true, [&] { property("D")->SetPropertyType(zylProperty::PropertyType(9)); } },
+    { "a copied property", true, [&] { property("D")->DeepCopy(other->GetProperty("I")); } },
+    { "out of the hash", true, [&] { property("D")->SetIncludeInHash(false); } },
+    { "out of it already", false, [&] { property("D")->SetIncludeInHash(false); } },
+    { "a new property", true, [&] { collection->MakeBool("B", true); } },
+    { "a property replaced", true, [&] { collection->MakeBool("B", false); } },
+    { "through the new one", true, [&] { property("B")->Set(true); } },
+    { "a copy of another", true, [&] { collection->DeepCopy(other); } },
+    { "through a copied one", true, [&] { property("I")->Set(8); } },
+    { "all removed", true, [&] { collection->Clear(); } },
+  };
+  for (const auto& row : cases)
+  {
+    zylConsole(row.Do);
+    EXPECT_EQ(list->Take(), row.IsReported ? std::vector<int>{ 42 } : std::vector<int>{})
+      << row.What;
+  }
+
+  // A property that a caller keeps belongs to nothing once it was removed, replaced or left over.
+  vtkSmartPointer<zylProperty> kept[4];
+  kept[0] = collection->MakeInt("I", 1);
+  collection->MakeInt("I", 2);
+  kept[1] = property("I");
+  collection->Clear();
+  {
+    vtkNew<zylPropertyCollection> shortLived;
+    shortLived->ReportChangesTo(list, 43);
+    kept[2] = shortLived->MakeInt("I", 1);
+  }
+  kept[3] = collection->MakeInt("I", 1);
+  collection->ReportChangesTo(nullptr, 0);
+  list->Take();
+  for (zylProperty* one : kept)
+  {
+    one->Set(9);
+  }
+  EXPECT_TRUE(list->Take().empty());
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -5,8 +5,11 @@
 #include "zylHostTest.h"
 #include "zylPropertyCollection.h"
 #include "zylTestData.h"
+#include "zylTestLog.h"
 #include "zylTimeController.h"
 #include "zylView.h"
+
+#include <functional>
 
 #include <vtkCollection.h>
 #include <vtkMultiBlockDataSet.h>
@@ -187,6 +190,50 @@ TEST_F(zylBoundary, OwnSettingsWinOverThoseOfTheRoot)
   this->Boundary->Update();
   this->Draw();
   EXPECT_EQ(this->Row(), "wrb");
+}
+
+// How often settings are hashed is seen by a property of no known type: every hash prints a line.
+TEST_F(zylBoundary, LooksAtChangedBlocksOnly)
+{
+  this->ShowLeaves();
+  for (int id = 1; id <= 3; ++id)
+  {
+    zylProperty* odd = this->Surface(id)->MakeInt("Odd", 0);
+    zylConsole([odd] { odd->SetPropertyType(zylProperty::PropertyType(9)); });
+  }
+  const auto hashes = [this](const std::function<void()>& change) {
+    change();
+    const std::string printed = zylConsole([this] { this->Boundary->Update(); });
+    int count = 0;
+    for (std::size_t at = 0; (at = printed.find("PropertyType 9", at)) != printed.npos; ++at)
+    {
+      ++count;
+    }
+    return count;
+  };
+  EXPECT_EQ(hashes([] {}), 3);
+  EXPECT_EQ(hashes([] {}), 0);
+  EXPECT_EQ(hashes([this] { this->SetColor(2, 1, 0, 0); }), 1);
+  this->Draw();
+  EXPECT_EQ(this->Row(), "wrw");
+  EXPECT_EQ(hashes([this] { this->Boundary->Hide(1); }), 1);
+  this->Draw();
+  EXPECT_EQ(this->Row(), "brw");
+  EXPECT_EQ(hashes([this] { this->Surface(3)->GetProperty("Color")->SetElement(1, 0.0); }), 1);
+  EXPECT_EQ(hashes([this] { this->Surface(3)->GetProperty("Color")->SetElement(2, 0.0); }), 1);
+  this->Draw();
+  EXPECT_EQ(this->Row(), "brr");
+  EXPECT_EQ(hashes([this] { this->Surface(1)->DeepCopy(this->Surface(2)); }), 1);
+  this->Draw();
+  EXPECT_EQ(this->Row(), "rrr");
+  EXPECT_EQ(hashes([this] {
+    this->Boundary->FreeResources();
+    this->Boundary->Hide(2);
+  }),
+    1);
+  this->Draw();
+  EXPECT_EQ(this->Row(), "rbr");
+  EXPECT_EQ(hashes([this] { this->View->Update(); }), 0);
 }
 
 TEST_F(zylBoundary, HighlightsBlocks)
