@@ -199,23 +199,27 @@ std::vector<int> zylViewBlocks::GetBlocksOfDimension(int dimension) const
 //--------------------------------------------------------------------------------------------------
 zylViewArray zylViewBlocks::GetArray(const std::string& fullName, unsigned int block) const
 {
+  zylViewArray result;
+  result.Name = fullName;
+  const auto find = [&](const std::string& name, int component) {
+    VisitArrays(this->DataSet, block, [&](bool point, zylArrayInformation* array) {
+      const auto count = static_cast<int>(array->GetNumberOfComponents());
+      if (array->GetName() == name && !result.Found && component < count)
+      {
+        result.Found = true;
+        result.PointData = point;
+        result.Components = count;
+        const int slot = component >= 0 ? component : (count > 1 ? count : 0);
+        array->GetComponentRange(slot, result.Range.data());
+      }
+    });
+  };
+  // As in the library: "U_X" is the array of that name, and only where there is none that of U.
+  find(fullName, -1);
   std::string name;
   int component = -1;
   zylPipeline::SplitVariableName(fullName, name, component);
-  zylViewArray result;
-  result.Name = fullName;
-  VisitArrays(this->DataSet, block, [&](bool point, zylArrayInformation* array) {
-    const bool same = array->GetName() == name;
-    const auto count = static_cast<int>(array->GetNumberOfComponents());
-    if (same && !result.Found && component < count)
-    {
-      result.Found = true;
-      result.PointData = point;
-      result.Components = count;
-      const int slot = component >= 0 ? component : (count > 1 ? count : 0);
-      array->GetComponentRange(slot, result.Range.data());
-    }
-  });
+  find(name, component);
   return result;
 }
 
@@ -272,6 +276,14 @@ zylViewArray zylViewBlocks::NeedArray(const std::string& fullName,
     : pointData                            ? "point array"
                                            : "array";
   throw zylUnknownName(kind, fullName, names);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylViewBlocks::IsWholeVector(const std::string& fullName) const
+{
+  const auto names = this->GetArrayNames();
+  return std::find(names.begin(), names.end(), fullName) != names.end() &&
+    this->GetArray(fullName, this->GetLeaves()).Components > 1;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -56,6 +56,9 @@ public:
   zylViewArray NeedArray(const std::string& fullName, const std::vector<unsigned int>& blocks,
     bool pointData = false, int components = 0) const;
 
+  /// Whether that is a vector as a whole, of which colors show the magnitude.
+  bool IsWholeVector(const std::string& fullName) const;
+
   /// Whether that is a variable that --define made, or a component of one.
   bool IsDerived(const std::string& fullName) const;
 

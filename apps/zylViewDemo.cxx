@@ -1,6 +1,7 @@
 #include "zylViewDemo.h"
 
 #include "zylViewBlocks.h"
+#include "zylViewLook.h"
 #include "zylViewOptions.h"
 
 #include <algorithm>
@@ -66,38 +67,6 @@ void FillForSample(zylViewOptions& options)
 }
 
 //--------------------------------------------------------------------------------------------------
-// Numbers of points and cells say nothing about the flow.
-bool IsId(const std::string& name)
-{
-  const auto ends = [&name](const std::string& end) {
-    return name.size() >= end.size() &&
-      name.compare(name.size() - end.size(), end.size(), end) == 0;
-  };
-  return ends("Id") || ends("ID") || ends("Ids") || name.compare(0, 3, "vtk") == 0;
-}
-
-// The first point array, vectors last; else the first cell array.
-std::string ChooseArray(const zylViewBlocks& blocks)
-{
-  std::string vector, any;
-  for (const std::string& name : blocks.GetArrayNames())
-  {
-    const zylViewArray array = blocks.GetArray(name, blocks.GetLeaves());
-    if (IsId(name))
-    {
-      continue;
-    }
-    const double spread = array.Range[1] - array.Range[0];
-    if (array.PointData && array.Components == 1 && spread > 1e-3 * std::abs(array.Range[1]))
-    {
-      return name;
-    }
-    vector = vector.empty() && array.PointData ? name : vector;
-    any = any.empty() ? name : any;
-  }
-  return vector.empty() ? any : vector;
-}
-
 std::string ChooseVector(const zylViewBlocks& blocks)
 {
   for (const std::string& name : blocks.GetArrayNames())
@@ -205,7 +174,7 @@ void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOption
   const bool flat = !bounded || b[5] - b[4] <= 0.02 * size;
   const auto count = static_cast<int>(blocks.GetLeaves().size());
   const bool few = dataset->GetNumberOfPoints() < ManyPoints * count;
-  SetUnlessChosen(options.Array, ChooseArray(blocks));
+  SetUnlessChosen(options.Array, zylChooseArray(blocks));
   const auto overlays = ChooseOverlays(blocks, options, size, few);
   const auto volumes = blocks.GetBlocksOfDimension(3);
   if (volumes.empty() || flat || !options.Clips.empty() || !options.Derived.empty())
@@ -222,7 +191,7 @@ void FillForData(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOption
 //--------------------------------------------------------------------------------------------------
 void zylFillDemoOptions(const zylViewBlocks& blocks, zylDataSet* dataset, zylViewOptions& options)
 {
-  options.Legend = true;
+  options.Legend = options.Legend.value_or(true);
   if (options.Sample)
   {
     FillForSample(options);

@@ -1,6 +1,7 @@
 #include "zylViewDerived.h"
 
 #include "zylViewError.h"
+#include "zylViewLook.h"
 #include "zylViewOptions.h"
 #include "zylViewProperties.h"
 #include "zylViewSeeds.h"
@@ -151,7 +152,7 @@ void zylViewDerivedSurfaces::Make()
     this->ApplySettings(entry);
     this->SetSeeds(entry); // the settings say in which blocks
   }
-  if (this->Options.Legend)
+  if (this->Options.Legend.value_or(false))
   {
     this->ShowLegend();
   }
@@ -350,7 +351,8 @@ void zylViewDerivedSurfaces::ShowLegend()
     zylPropertyCollection* surface = entry.Representation->GetSurfaceProperties();
     if (surface->GetBool("Visibility") && surface->GetInt("ColorMode") == 1)
     {
-      zylShowLegend(surface, this->Options);
+      zylShowLegend(surface, this->Options,
+        this->Blocks.IsWholeVector(surface->GetString("ColorVariableName")));
       return;
     }
   }

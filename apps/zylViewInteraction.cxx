@@ -1,6 +1,6 @@
 #include "zylViewInteraction.h"
 
-#include "zylViewScene.h"
+#include "zylViewCamera.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,24 +48,21 @@ bool zylViewInteraction::Move(double x, double y)
       this->ZoomAt(this->Pressed[0], this->Pressed[1], std::pow(ZoomPerWindow, -dy / this->Height));
       break;
   }
-  this->Scene.CameraChanged();
+  this->Camera.Changed();
   return true;
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewInteraction::Orbit(double dx, double dy)
 {
-  vtkCamera* camera = this->Scene.GetCamera();
-  camera->Azimuth(-DegreesPerWindow * dx / this->Width);
-  camera->Elevation(DegreesPerWindow * dy / this->Height);
-  camera->OrthogonalizeViewUp();
+  this->Camera.Orbit(-DegreesPerWindow * dx / this->Width, DegreesPerWindow * dy / this->Height);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewInteraction::Pan(double dx, double dy)
 {
   double from[3], to[3], position[3], focus[3];
-  vtkCamera* camera = this->Scene.GetCamera();
+  vtkCamera* camera = this->Camera.Get();
   this->PointAt(this->Last[0] - dx, this->Last[1] - dy, from);
   this->PointAt(this->Last[0], this->Last[1], to);
   camera->GetPosition(position);
@@ -82,7 +79,7 @@ void zylViewInteraction::Pan(double dx, double dy)
 //--------------------------------------------------------------------------------------------------
 void zylViewInteraction::ZoomAt(double x, double y, double factor)
 {
-  vtkCamera* camera = this->Scene.GetCamera();
+  vtkCamera* camera = this->Camera.Get();
   double fixed[3], position[3], focus[3];
   this->PointAt(x, y, fixed);
   camera->GetPosition(position);
@@ -99,14 +96,14 @@ void zylViewInteraction::ZoomAt(double x, double y, double factor)
   }
   camera->SetPosition(position);
   camera->SetFocalPoint(focus);
-  this->Scene.CameraChanged();
+  this->Camera.Changed();
 }
 
 //--------------------------------------------------------------------------------------------------
 // The point under a pixel in the plane through the focal point that faces the eye.
 void zylViewInteraction::PointAt(double x, double y, double point[3]) const
 {
-  vtkCamera* camera = this->Scene.GetCamera();
+  vtkCamera* camera = this->Camera.Get();
   double forward[3], up[3], right[3];
   camera->GetDirectionOfProjection(forward);
   camera->GetViewUp(up);

@@ -1,10 +1,10 @@
 /// @file zylViewInteraction.h
-/// Moves the camera as the mouse says. Knows pixels and the scene, no window system: a host with
+/// Moves the camera as the mouse says. Knows pixels and the camera, no window system: a host with
 /// another toolkit can use it as it is.
 #ifndef zylViewInteraction_h
 #define zylViewInteraction_h
 
-class zylViewScene;
+class zylViewCamera;
 
 class zylViewInteraction
 {
@@ -17,9 +17,9 @@ public:
     Zoom
   };
 
-  /// `scene` is borrowed.
-  explicit zylViewInteraction(zylViewScene& scene)
-    : Scene(scene)
+  /// `camera` is borrowed.
+  explicit zylViewInteraction(zylViewCamera& camera)
+    : Camera(camera)
   {
   }
 
@@ -38,7 +38,7 @@ private:
   void Pan(double dx, double dy);
   void PointAt(double x, double y, double point[3]) const;
 
-  zylViewScene& Scene;
+  zylViewCamera& Camera;
   int Width = 1;
   int Height = 1;
   Mode Active = Mode::None;

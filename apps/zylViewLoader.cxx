@@ -110,6 +110,7 @@ vtkSmartPointer<zylDataSet> zylViewLoader::Load()
   {
     this->Options.Files.push_back(this->SampleFile());
     this->Options.Sample = true;
+    this->Options.Demo |= this->Options.ShowsDemo();
   }
   if (this->Options.Connect.empty())
   {

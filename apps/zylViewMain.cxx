@@ -87,11 +87,15 @@ int Run(zylViewOptions& options)
   {
     std::puts(options.Output.c_str());
   }
+  if (!empty.empty())
+  {
+    return zylViewNothing; // which has been said, with the reason
+  }
   if (messages.GetNumberOfErrors() > 0)
   {
     throw zylViewError(zylViewFailed, messages.GetFirstError());
   }
-  return empty.empty() ? zylViewDone : zylViewNothing;
+  return zylViewDone;
 }
 } // namespace
 

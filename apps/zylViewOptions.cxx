@@ -3,6 +3,7 @@
 #include "zylViewError.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <tuple>
 
@@ -10,7 +11,8 @@
 
 namespace {
 constexpr const char* Description =
-  "Shows simulation results. Without files it shows a built-in sample.\n";
+  "Shows simulation results, colored by the first array that means something. Without files it "
+  "shows a built-in sample.\n";
 
 constexpr const char* Footer = R"(
 Clips (--clip, repeatable; what is named is kept, with ":outside" at the end the rest is):
@@ -36,7 +38,7 @@ it where --opacity or --block asks for them. --array colors all of them.
     --cut 0,0,0,1,0,0 --set Cut.MeshLine.Visibility=true --set Cut.Blocks=Volume
   Integrate, Histogram and Probe have properties too: --set Histogram.BinRanges=0,5
 
-In the window: left drag orbits, middle or Shift+left drag pans, wheel or right drag zooms, h helps.
+In the window: left drag turns, middle or Shift+left drag pans, wheel or right drag zooms, h helps.
 
 Exit codes: 0 done, 1 rendering or writing failed, 2 bad arguments, 3 a file cannot be read,
 4 no such array, block, setting, color map or reader, 5 no display for a window, 6 no server,
@@ -93,6 +95,23 @@ void SetRange(const std::string& text, zylViewOptions& options)
   if (!((*options.Range)[0] < (*options.Range)[1]))
   {
     Bad("--range '" + text + "' is empty: the first number must be the smaller one");
+  }
+}
+
+void SetUp(const std::string& text, zylViewOptions& options)
+{
+  const std::string axes = "xyz";
+  const auto axis = text.empty() ? std::string::npos : axes.find(text.back());
+  if (axis != std::string::npos && (text.size() == 1 || (text.size() == 2 && text[0] == '-')))
+  {
+    options.Up = {};
+    options.Up[axis] = text.size() == 1 ? 1.0 : -1.0;
+    return;
+  }
+  options.Up = Tuple<3>(text, "--up");
+  if (options.Up == std::array<double, 3>{})
+  {
+    Bad("--up '" + text + "' is no direction");
   }
 }
 
@@ -217,7 +236,11 @@ void AddDisplayOptions(CLI::App& app, zylViewOptions& o)
     ->group(group);
   text("--range", SetRange, "Color range LOW,HIGH; default: the array's range in the shown blocks");
   app.add_option("--colormap", o.ColorMap, "Color map, see --list-colormaps")->group(group);
-  app.add_flag("--legend", o.Legend, "Show the color legend")->group(group);
+  const auto legend = [&o](std::int64_t count) { o.Legend = count > 0; };
+  app.add_flag_function("--legend,!--no-legend", legend, "Show the color legend, or none")
+    ->group(group);
+  app.add_flag("--plain", o.Plain, "Solid gray surfaces, no legend: nothing but what is asked for")
+    ->group(group);
   app
     .add_option_function<double>(
       "--opacity", [&o](double opacity) { o.Opacity = opacity; },
@@ -274,7 +297,12 @@ void AddPictureOptions(CLI::App& app, zylViewOptions& o)
   app
     .add_option_function<std::string>(
       "--from", [&o](const std::string& t) { o.From = Tuple<3>(t, "--from"); },
-      "Look from this direction, X,Y,Z; up is z")
+      "Look from this direction, X,Y,Z")
+    ->group(group);
+  app
+    .add_option_function<std::string>(
+      "--up", [&o](const std::string& t) { SetUp(t, o); },
+      "What is up: x, y, z, -x, -y, -z or a direction X,Y,Z; default z")
     ->group(group);
   app.add_option("--zoom", o.Zoom, "Magnify the fitted view")
     ->check(CLI::Range(0.01, 1000.0))

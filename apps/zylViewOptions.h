@@ -32,10 +32,13 @@ struct zylViewOptions
   std::array<double, 3> BackgroundTop{ 0.56, 0.66, 0.78 };
   std::array<double, 3> BackgroundBottom{ 0.95, 0.96, 0.98 };
 
-  std::string Array; ///< empty: solid colors
+  bool Plain = false; ///< nothing but what is asked for
+  std::string Array;  ///< empty: solid colors
   std::optional<std::array<double, 2>> Range;
-  std::string ColorMap; ///< empty: the library's default
-  bool Legend = false;
+  std::string ColorMap;          ///< empty: the library's default
+  std::optional<bool> Legend;    ///< none: where colors want one
+  bool DirectColors = false;     ///< the array has red, green and blue; set when that is known
+  bool Fit = false;              ///< fill the window; set for flat data
   std::optional<double> Opacity; ///< none: 1, and no surfaces where something is derived
   bool MeshLines = false;
   bool FeatureLines = false;
@@ -51,15 +54,21 @@ struct zylViewOptions
   bool Sample = false; ///< the built-in sample is shown; set when it is loaded
 
   std::optional<double> Time;
-  int View = 0; ///< 0: a view from above one corner
-  bool FlipView = false;
+  int View = 0;                              ///< 0: a view from above one corner
   std::optional<std::array<double, 3>> From; ///< direction from the data to the eye
+  std::array<double, 3> Up{ 0.0, 0.0, 1.0 };
   double Zoom = 1.0;
 
   bool Integrate = false;
   std::vector<std::pair<std::string, int>> Histograms; ///< variable, number of bins
   std::vector<double> ProbePoints;                     ///< x, y, z, ...
   bool PrintJson = false;
+  /// Whether a window without anything of the user's in it shows the demonstration.
+  bool ShowsDemo() const
+  {
+    return this->Output.empty() && !this->List && !this->Plain && !this->Measures() &&
+      this->Derived.empty();
+  }
   bool Measures() const
   {
     return this->Integrate || !this->Histograms.empty() || !this->ProbePoints.empty();

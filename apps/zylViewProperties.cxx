@@ -2,6 +2,7 @@
 
 #include "zylViewBlocks.h"
 #include "zylViewError.h"
+#include "zylViewLook.h"
 #include "zylViewOptions.h"
 
 #include <algorithm>
@@ -157,13 +158,18 @@ void zylColorBy(zylPropertyCollection* properties, const std::string& variable,
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylShowLegend(zylPropertyCollection* properties, const zylViewOptions& options)
+void zylShowLegend(zylPropertyCollection* properties, const zylViewOptions& options, bool magnitude)
 {
-  const auto& b = options.BackgroundTop;
-  const bool dark = 0.3 * b[0] + 0.6 * b[1] + 0.1 * b[2] < 0.45;
+  const bool high = properties->GetInt("ColorLegendLocation") > 3; // the library's upper places
+  const double* ink = zylGetInk(options, high ? 0.8 : 0.2);
   properties->Set("ColorLegendVisibility", true);
-  zylSetTriple(properties, "ColorLegendTitleColor", dark ? zylPaper : zylInk);
-  zylSetTriple(properties, "ColorLegendLabelColor", dark ? zylPaper : zylInk);
+  zylSetTriple(properties, "ColorLegendTitleColor", ink);
+  zylSetTriple(properties, "ColorLegendLabelColor", ink);
+  if (magnitude && properties->GetString("ColorLegendTitle").empty())
+  {
+    properties->Set("ColorLegendTitle", properties->GetString("ColorVariableName"));
+    properties->Set("ColorLegendComponentTitle", "Magnitude");
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -15,9 +15,6 @@ struct zylViewClip;
 struct zylViewOptions;
 struct zylViewSetting;
 
-inline constexpr double zylInk[3] = { 0.10, 0.11, 0.14 }; ///< lines and texts on light ground
-inline constexpr double zylPaper[3] = { 0.95, 0.95, 0.95 };
-
 /// Set a property from its text. Properties that are made without elements take any number of them.
 /// Throws zylViewError; `option` is the one that the user wrote, for the message.
 void zylSetProperty(
@@ -38,8 +35,10 @@ std::array<double, 2> zylGetRange(zylArrayInformation* array, const std::string&
 void zylColorBy(zylPropertyCollection* properties, const std::string& variable,
   const std::array<double, 2>& range, const std::string& colorMap);
 
-/// A legend in colors that can be read on the background.
-void zylShowLegend(zylPropertyCollection* properties, const zylViewOptions& options);
+/// A legend in colors that can be read on the background. `magnitude`: what colors is that of a
+/// vector, which the legend shall say.
+void zylShowLegend(
+  zylPropertyCollection* properties, const zylViewOptions& options, bool magnitude);
 
 /// The clips that the representation owns. Throws zylViewError for arrays that do not exist.
 void zylSetClips(zylRepresentation* representation, const std::vector<zylViewClip>& clips,

@@ -1,10 +1,13 @@
 #include "zylViewScene.h"
 
 #include "zylViewBlocks.h"
+#include "zylViewCamera.h"
 #include "zylViewDemo.h"
 #include "zylViewDerived.h"
 #include "zylViewError.h"
+#include "zylViewLegend.h"
 #include "zylViewLoader.h"
+#include "zylViewLook.h"
 #include "zylViewMessages.h"
 #include "zylViewNumbers.h"
 #include "zylViewOptions.h"
@@ -19,29 +22,27 @@
 #include <zylCore.h>
 #include <zylDataSet.h>
 #include <zylDerivedSurfaceRepresentation.h>
+#include <zylPropertyCollection.h>
 #include <zylTimeController.h>
 #include <zylView.h>
 
-#include <vtkBoundingBox.h>
-#include <vtkCamera.h>
 #include <vtkCollection.h>
 #include <vtkPVRenderView.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
-#include <vtkSMTransferFunctionProxy.h>
 #include <vtkTextActor.h>
 #include <vtkTextProperty.h>
 
 namespace {
-constexpr double Flat = 0.02; // height over width of data that are seen from above
-
-constexpr const char* HelpText = "left drag        orbit\n"
+constexpr const char* HelpText = "left drag        turn\n"
                                  "middle drag      pan (also Shift + left)\n"
                                  "wheel            zoom to the cursor\n"
-                                 "r                reset the camera\n"
+                                 "r                show everything\n"
+                                 "0                opening view\n"
                                  "1 ... 6          standard views (Shift: opposite)\n"
+                                 "t                free turning, upright turning\n"
                                  "right, left      next, previous time step\n"
                                  "space            play, pause\n"
                                  "h                this help\n"
@@ -121,6 +122,10 @@ void zylViewScene::Derive()
     this->GoToTime(); // the demonstration has a time of its own
     this->Blocks = std::make_unique<zylViewBlocks>(this->DataSet);
   }
+  else if (!this->Options.Plain)
+  {
+    zylFillLook(*this->Blocks, this->DataSet, this->Options);
+  }
   this->Derived =
     std::make_unique<zylViewDerivedSurfaces>(this->Options, *this->Blocks, this->DataSet);
   this->Derived->Make();
@@ -143,6 +148,10 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   progress.Observe(zylCore::GetInstance()->GetSession());
   zylViewTimes::Watch watch(this->Times, "update");
   this->View = vtkSmartPointer<zylView>::New();
+  this->Camera = std::make_unique<zylViewCamera>(this->Options, this->View);
+  this->Width = width;
+  this->Height = height;
+  this->PixelRatio = pixelRatio;
   this->View->SetWindowSize(width, height);
   this->View->GetProxy()->GetRenderWindow()->SetDPI(72 * pixelRatio); // the size of text
 
@@ -158,14 +167,14 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   this->Derived->AddTo(this->View);
   this->View->Update();
   this->UpdateBounds();
-  this->FormatLegends();
-  this->SetInitialView();
+  this->Format();
+  this->OpenCamera();
 }
 
 //--------------------------------------------------------------------------------------------------
 std::string zylViewScene::GetEmptyReason() const
 {
-  const double* b = this->Bounds;
+  const double* b = this->Camera->GetBounds();
   if (b[0] <= b[1] || (!this->Representation->IsVisible() && this->Options.Derived.empty()))
   {
     return ""; // there is something, or the user wants nothing
@@ -183,71 +192,58 @@ std::string zylViewScene::GetEmptyReason() const
 }
 
 //--------------------------------------------------------------------------------------------------
-// Arrows and tubes reach a little beyond the data.
 void zylViewScene::UpdateBounds()
 {
-  if (!this->View->GetBounds(this->Bounds))
-  {
-    return; // nothing is visible; the camera stays
-  }
-  vtkBoundingBox box(this->Bounds);
-  box.Inflate(0.05 * box.GetDiagonalLength());
-  box.GetBounds(this->Reach);
+  double bounds[6];
+  this->View->GetBounds(bounds);
+  this->Camera->SetBounds(bounds);
 }
 
 //--------------------------------------------------------------------------------------------------
-// Plain numbers at the ends of the legend, as at its ticks.
-void zylViewScene::FormatLegends()
+// What the library leaves to its host: the sizes of legends, and colors that are in the data.
+void zylViewScene::Format()
 {
-  this->FormatLegend(this->Representation);
+  const auto legends = [this](zylRepresentation* representation, zylPropertyCollection* settings) {
+    zylFitLegends(
+      this->View, representation, settings, this->Width, this->Height, this->PixelRatio);
+  };
+  legends(this->Representation, this->FindLegend());
   for (const auto& entry : this->Derived->GetEntries())
   {
-    this->FormatLegend(entry.Representation);
+    legends(entry.Representation, entry.Representation->GetSurfaceProperties());
   }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::FormatLegend(zylRepresentation* representation)
-{
-  const auto proxies = representation->GetPVRepresentations();
-  for (int i = 0; i < proxies->GetNumberOfItems(); ++i)
+  if (this->Options.DirectColors)
   {
-    auto proxy = vtkSMProxy::SafeDownCast(proxies->GetItemAsObject(i));
-    vtkSMProxy* colors = vtkSMPropertyHelper(proxy, "LookupTable", true).GetAsProxy();
-    vtkSMProxy* legend = colors == nullptr
-      ? nullptr
-      : vtkSMTransferFunctionProxy::FindScalarBarRepresentation(colors, this->View->GetProxy());
-    if (legend != nullptr)
+    const auto proxies = this->Representation->GetPVRepresentations();
+    for (int i = 0; i < proxies->GetNumberOfItems(); ++i)
     {
-      vtkSMPropertyHelper(legend, "RangeLabelFormat").Set("%.4g");
-      legend->UpdateVTKObjects();
+      auto proxy = vtkSMProxy::SafeDownCast(proxies->GetItemAsObject(i));
+      vtkSMPropertyHelper(proxy, "MapScalars").Set(0);
+      proxy->UpdateVTKObjects();
     }
   }
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewScene::SetInitialView()
+// The settings of the blocks that have the legend, or null.
+zylPropertyCollection* zylViewScene::FindLegend() const
 {
-  if (this->Options.View != 0)
+  for (const unsigned int block : this->Blocks->GetLeaves())
   {
-    this->SetStandardView(this->Options.View, false);
+    zylPropertyCollection* surface =
+      this->Representation->GetSurfaceProperties(static_cast<int>(block));
+    if (surface->GetBool("ColorLegendVisibility"))
+    {
+      return surface;
+    }
   }
-  else
-  {
-    const double* b = this->Bounds;
-    const bool flat = b[0] <= b[1] && b[5] - b[4] <= Flat * std::max(b[1] - b[0], b[3] - b[2]);
-    std::array<double, 3> from{ -0.9, -1.5, 1.0 };
-    from = flat ? std::array<double, 3>{ 0.0, 0.0, 1.0 } : from;
-    from = this->Options.From.value_or(from);
-    const bool alongZ = std::hypot(from[0], from[1]) < 1e-9;
-    vtkCamera* camera = this->GetCamera();
-    camera->SetFocalPoint(0.0, 0.0, 0.0);
-    camera->SetPosition(from.data());
-    camera->SetViewUp(0.0, alongZ ? 1.0 : 0.0, alongZ ? 0.0 : 1.0);
-    this->ResetCamera();
-  }
-  this->GetCamera()->Dolly(this->Options.Zoom);
-  this->CameraChanged();
+  return nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::OpenCamera()
+{
+  this->Camera->Open(this->Width, this->Height);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -262,38 +258,10 @@ void zylViewScene::Render(int framebuffer)
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::Resize(int width, int height)
 {
+  this->Width = width;
+  this->Height = height;
+  this->Format();
   this->View->SetWindowSize(width, height);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::ResetCamera()
-{
-  this->View->ResetCamera();
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::SetStandardView(int view, bool flip)
-{
-  this->View->SetViewDir(view, flip);
-}
-
-//--------------------------------------------------------------------------------------------------
-vtkCamera* zylViewScene::GetCamera()
-{
-  return this->View->GetProxy()->GetActiveCamera();
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::CameraChanged()
-{
-  // By the representation's bounds: the renderer knows none before the first frame.
-  auto view = vtkPVRenderView::SafeDownCast(this->View->GetProxy()->GetClientSideView());
-  double bounds[6];
-  std::copy(std::begin(this->Reach), std::end(this->Reach), bounds);
-  if (bounds[0] <= bounds[1])
-  {
-    view->GetRenderer()->ResetCameraClippingRange(bounds);
-  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -318,8 +286,9 @@ void zylViewScene::Step(int direction)
   }
   this->Representation->Update();
   this->Derived->Update();
+  this->Format();
   this->UpdateBounds();
-  this->CameraChanged();
+  this->Camera->Changed();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -13,13 +13,13 @@
 
 #include <vtkSmartPointer.h>
 
-class vtkCamera;
 class vtkTextActor;
 class zylBoundaryRepresentation;
 class zylDataSet;
-class zylRepresentation;
+class zylPropertyCollection;
 class zylView;
 class zylViewBlocks;
+class zylViewCamera;
 class zylViewDerivedSurfaces;
 class zylViewMessages;
 struct zylViewOptions;
@@ -52,11 +52,8 @@ public:
   void Render(int framebuffer);
 
   void Resize(int width, int height);
-  void ResetCamera();
-  /// 1..6 as the library counts its standard views; `flip` looks from the other side.
-  void SetStandardView(int view, bool flip);
-  vtkCamera* GetCamera();
-  void CameraChanged(); ///< call after moving the camera
+  zylViewCamera& GetCamera() { return *this->Camera; } ///< after Show()
+  void OpenCamera();                                   ///< as it was at the start
 
   /// Move by one time step (+1, -1); from the last to the first and back. Does nothing without
   /// steps.
@@ -75,10 +72,9 @@ public:
 
 private:
   void GoToTime();
-  void SetInitialView();
   void UpdateBounds();
-  void FormatLegends();
-  void FormatLegend(zylRepresentation* representation);
+  void Format();
+  zylPropertyCollection* FindLegend() const;
 
   zylViewOptions& Options;
   zylViewMessages& Messages;
@@ -88,8 +84,8 @@ private:
   std::unique_ptr<zylViewBlocks> Blocks;
   std::unique_ptr<zylViewDerivedSurfaces> Derived;
   vtkSmartPointer<vtkTextActor> Help;
-  double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< of what is visible
-  double Reach[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };  ///< with arrows and tubes
+  std::unique_ptr<zylViewCamera> Camera;
+  int Width = 0, Height = 0, PixelRatio = 1;
   bool FirstFrame = true;
   zylViewTimes Times;
   const zylViewProgress::Alive Alive;

@@ -1,6 +1,7 @@
 #include "zylViewSettings.h"
 
 #include "zylViewError.h"
+#include "zylViewLook.h"
 #include "zylViewOptions.h"
 #include "zylViewProperties.h"
 
@@ -168,7 +169,7 @@ void zylViewSettings::ApplyGlyphs()
 //--------------------------------------------------------------------------------------------------
 void zylViewSettings::ApplyLegend()
 {
-  if (!this->Options.Legend || !this->Options.Derived.empty())
+  if (!this->Options.Legend.value_or(false) || !this->Options.Derived.empty())
   {
     return; // what is derived has its own
   }
@@ -185,7 +186,8 @@ void zylViewSettings::ApplyLegend()
     }
     first = surface->GetHashValue();
     found = true;
-    zylShowLegend(surface, this->Options);
+    zylShowLegend(
+      surface, this->Options, this->Blocks.IsWholeVector(surface->GetString("ColorVariableName")));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "zylViewTerminal.h"
 
 #include <csignal>
+#include <iostream>
 #include <iterator>
 
 #include <unistd.h>
@@ -9,6 +10,16 @@ namespace {
 constexpr int Crashes[] = { SIGSEGV, SIGABRT, SIGBUS, SIGFPE };
 struct sigaction Previous[std::size(Crashes)];
 int TrueTerminal = -1;
+
+constexpr int Streams[] = { STDOUT_FILENO, STDERR_FILENO };
+
+// What was said before does not go where the streams go next.
+void Flush()
+{
+  std::cout.flush();
+  std::fflush(stdout);
+  std::fflush(stderr);
+}
 
 // A reader crashes: what is said about it belongs on the terminal.
 void OnCrash(int signal)
@@ -30,10 +41,13 @@ zylViewTerminal::zylViewTerminal(bool through)
   this->Heard = through ? nullptr : std::tmpfile();
   if (this->Heard != nullptr)
   {
-    std::fflush(stderr);
-    this->Terminal = dup(STDERR_FILENO);
-    dup2(fileno(this->Heard), STDERR_FILENO);
-    TrueTerminal = this->Terminal;
+    Flush();
+    for (int i = 0; i < 2; ++i)
+    {
+      this->Terminals[i] = dup(Streams[i]);
+      dup2(fileno(this->Heard), Streams[i]);
+    }
+    TrueTerminal = this->Terminals[1];
     struct sigaction action = {};
     action.sa_handler = &OnCrash;
     for (std::size_t i = 0; i < std::size(Crashes); ++i)
@@ -52,9 +66,12 @@ zylViewTerminal::~zylViewTerminal()
     {
       sigaction(Crashes[i], &Previous[i], nullptr);
     }
-    std::fflush(stderr);
-    dup2(this->Terminal, STDERR_FILENO);
-    close(this->Terminal);
+    Flush();
+    for (int i = 0; i < 2; ++i)
+    {
+      dup2(this->Terminals[i], Streams[i]);
+      close(this->Terminals[i]);
+    }
     std::fclose(this->Heard);
   }
 }
@@ -65,7 +82,7 @@ std::string zylViewTerminal::GetText() const
   std::string text;
   if (this->Heard != nullptr)
   {
-    std::fflush(stderr);
+    Flush();
     char buffer[4096];
     std::rewind(this->Heard);
     const std::size_t count = std::fread(buffer, 1, sizeof buffer, this->Heard);

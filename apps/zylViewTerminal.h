@@ -1,6 +1,6 @@
 /// @file zylViewTerminal.h
-/// Listens to what goes to the standard error stream while it lives: libraries below ParaView talk
-/// to the terminal as well, and what they say is often the only reason that is given.
+/// Listens to what goes to the standard streams while it lives: libraries below ParaView talk to
+/// the terminal as well, and what they say is often the only reason that is given.
 #ifndef zylViewTerminal_h
 #define zylViewTerminal_h
 
@@ -20,7 +20,7 @@ public:
 
 private:
   std::FILE* Heard = nullptr;
-  int Terminal = -1;
+  int Terminals[2] = { -1, -1 }; ///< where the streams of output and errors really go
 };
 
 #endif

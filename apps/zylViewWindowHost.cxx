@@ -1,4 +1,5 @@
 #include "zylViewBackdrop.h"
+#include "zylViewCamera.h"
 #include "zylViewError.h"
 #include "zylViewHost.h"
 #include "zylViewInteraction.h"
@@ -149,7 +150,7 @@ void WindowHost::Observe()
 void WindowHost::Run(zylViewScene& scene)
 {
   zylViewBackdrop backdrop;
-  zylViewInteraction interaction(scene);
+  zylViewInteraction interaction(scene.GetCamera());
   this->Scene = &scene;
   this->Backdrop = &backdrop;
   this->Interaction = &interaction;
@@ -215,13 +216,19 @@ void WindowHost::OnKey(int key, int modifiers)
   }
   if (key >= GLFW_KEY_1 && key <= GLFW_KEY_6)
   {
-    this->Scene->SetStandardView(key - GLFW_KEY_0, (modifiers & GLFW_MOD_SHIFT) != 0);
+    this->Scene->GetCamera().SetStandard(key - GLFW_KEY_0, (modifiers & GLFW_MOD_SHIFT) != 0);
     return;
   }
   switch (key)
   {
     case GLFW_KEY_R:
-      this->Scene->ResetCamera();
+      this->Scene->GetCamera().Reset();
+      break;
+    case GLFW_KEY_0:
+      this->Scene->OpenCamera();
+      break;
+    case GLFW_KEY_T:
+      this->Scene->GetCamera().SetFree(!this->Scene->GetCamera().IsFree());
       break;
     case GLFW_KEY_H:
       this->Scene->SetHelpVisible(!this->Scene->GetHelpVisible());

@@ -2,6 +2,7 @@
 #include "zylTestData.h"
 #include "zylViewRun.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -122,6 +123,25 @@ TEST(zylViewApp, SaysWhenThereIsNothingToDraw)
 }
 
 //--------------------------------------------------------------------------------------------------
+// Libraries below ParaView print on either stream; a user wants the one line that says what failed.
+TEST(zylViewApp, SaysOnceThatAPartIsMissing)
+{
+  const std::string file = Folder() + "/part.xmf";
+  std::ofstream(file) << R"(<Xdmf Version="2.0"><Domain><Grid Name="g" GridType="Uniform">
+    <Topology TopologyType="2DCoRectMesh" Dimensions="3 3"/><Geometry GeometryType="ORIGIN_DXDY">
+    <DataItem Dimensions="2" Format="XML">0 0</DataItem>
+    <DataItem Dimensions="2" Format="XML">1 1</DataItem></Geometry>
+    <Attribute Name="p" Center="Node"><DataItem Dimensions="3 3" Format="HDF">none.h5:/p</DataItem>
+    </Attribute></Grid></Domain></Xdmf>)";
+  const std::string output = Folder() + "/part.png";
+  const Outcome outcome = View("--size 32x32 --output " + output, file);
+  EXPECT_EQ(outcome.ExitCode, 0) << outcome.Text;
+  EXPECT_EQ(outcome.Text.find("zylview: a part of '" + file + "' could not be read: "), 0u)
+    << outcome.Text;
+  EXPECT_EQ(std::count(outcome.Text.begin(), outcome.Text.end(), '\n'), 2) << outcome.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
 TEST(zylViewApp, ListsColorMapsAndFileTypes)
 {
   const Outcome maps = View("--list-colormaps", "");
@@ -135,7 +155,7 @@ TEST(zylViewApp, ListsColorMapsAndFileTypes)
 //--------------------------------------------------------------------------------------------------
 TEST(zylViewApp, DrawsWithoutADisplay)
 {
-  const Picture plain = Draw("");
+  const Picture plain = Draw("--plain");
   EXPECT_EQ(plain.Width, 240);
   EXPECT_EQ(plain.Height, 160);
   EXPECT_GT(plain.Covered, 0.15);

@@ -1,0 +1,126 @@
+#include "zylViewWindow.h"
+
+#include <chrono>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include <X11/Xlib.h> // last: it defines macros of common names
+#include <X11/Xutil.h>
+#undef None
+#undef Bool
+#undef Status
+
+using namespace std::chrono_literals;
+using namespace zylViewRun;
+
+namespace {
+constexpr int Patience = 600; // tenths of a second
+
+std::string FirstLine(const std::string& text)
+{
+  return text.substr(0, text.find('\n'));
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+bool zylViewWindow::IsPossible()
+{
+  return std::getenv("DISPLAY") != nullptr && Execute("xdotool version").ExitCode == 0;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewWindow::zylViewWindow(const std::string& arguments)
+  : Program([this, arguments] {
+    this->Result = Execute(std::string(ZYL_VIEW) + " --size 600x400 " + arguments);
+  })
+{
+  for (int i = 0; i < Patience && this->Id.empty(); ++i)
+  {
+    std::this_thread::sleep_for(100ms);
+    const Outcome found = Execute("xdotool search --name '^zylview -.*h: help'");
+    this->Id = found.ExitCode == 0 ? FirstLine(found.Text) : "";
+  }
+  EXPECT_FALSE(this->Id.empty()) << "no window";
+  this->Do("windowfocus");
+  this->Look();
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewWindow::~zylViewWindow()
+{
+  this->Quit();
+}
+
+//--------------------------------------------------------------------------------------------------
+const Outcome& zylViewWindow::Quit()
+{
+  if (this->Program.joinable())
+  {
+    this->Do("key q");
+    this->Program.join();
+  }
+  return this->Result;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewWindow::Do(const std::string& commands)
+{
+  // Positions count from the window's corner; without a window manager it stands in the screen's.
+  const Outcome done = Execute("xdotool windowmove " + this->Id + " 0 0 windowfocus --sync " +
+    this->Id + " " + (commands == "windowfocus" ? "" : commands));
+  EXPECT_EQ(done.ExitCode, 0) << commands << ": " << done.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewWindow::GetTitle() const
+{
+  return FirstLine(Execute("xdotool getwindowname " + this->Id).Text);
+}
+
+//--------------------------------------------------------------------------------------------------
+Picture zylViewWindow::Look() const
+{
+  Picture picture = this->Grab();
+  int same = 0;
+  for (int i = 0; i < Patience && same < 5; ++i)
+  {
+    std::this_thread::sleep_for(100ms);
+    Picture next = this->Grab();
+    same = next.Pixels == picture.Pixels && next.Colors > 1 ? same + 1 : 0;
+    picture = std::move(next);
+  }
+  return picture;
+}
+
+//--------------------------------------------------------------------------------------------------
+Picture zylViewWindow::Grab() const
+{
+  Picture picture;
+  Display* display = XOpenDisplay(nullptr);
+  const Window window = std::strtoul(this->Id.c_str(), nullptr, 10);
+  XWindowAttributes attributes;
+  XImage* image = XGetWindowAttributes(display, window, &attributes) == 0
+    ? nullptr
+    : XGetImage(display, window, 0, 0, attributes.width, attributes.height, AllPlanes, ZPixmap);
+  if (image != nullptr)
+  {
+    picture.Width = attributes.width;
+    picture.Height = attributes.height;
+    for (int y = picture.Height - 1; y >= 0; --y) // the lowest row first
+    {
+      for (int x = 0; x < picture.Width; ++x)
+      {
+        const unsigned long pixel = XGetPixel(image, x, y);
+        for (const int shift : { 16, 8, 0 })
+        {
+          picture.Pixels.push_back(static_cast<unsigned char>(pixel >> shift & 0xff));
+        }
+        picture.Colors += pixel != XGetPixel(image, 0, 0);
+      }
+    }
+    XDestroyImage(image);
+  }
+  XCloseDisplay(display);
+  return picture;
+}

@@ -1,0 +1,38 @@
+/// @file zylViewWindow.h
+/// Plays a user of the viewer's window: real keys, real mouse, and eyes.
+#ifndef zylViewWindow_h
+#define zylViewWindow_h
+
+#include "zylViewRun.h"
+
+#include <string>
+#include <thread>
+
+class zylViewWindow
+{
+public:
+  /// Start zylview in a window of 600 x 400 on the display; it is there and has drawn afterwards.
+  explicit zylViewWindow(const std::string& arguments);
+  ~zylViewWindow(); ///< quits it
+
+  /// Whether there is a display to open it on, and xdotool.
+  static bool IsPossible();
+
+  /// Commands of xdotool in the window: "key 0", "mousemove 300 200 mousedown 1 ...".
+  void Do(const std::string& commands);
+  std::string GetTitle() const;
+  /// What is seen once that no longer changes.
+  zylViewRun::Picture Look() const;
+  /// Quit with the key and wait. The outcome of the program.
+  const zylViewRun::Outcome& Quit();
+
+private:
+  zylViewRun::Picture Grab() const;
+  bool WaitForTitle() const;
+
+  zylViewRun::Outcome Result;
+  std::thread Program;
+  std::string Id; ///< of the window, as xdotool names it
+};
+
+#endif
