@@ -6,6 +6,7 @@
 #include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylScriptFilter.h"
 #include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
@@ -80,10 +81,23 @@ vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeFilter(
   const char* name, vtkSMSourceProxy* input)
 {
   vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
-  auto filter =
+  return this->Made(name,
     zylProxyBuilder(source ? source->GetSessionProxyManager() : nullptr, "filters", name)
       .Input(input)
-      .Make();
+      .Make());
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeScriptFilter(
+  vtkSMSourceProxy* input)
+{
+  return this->Made("ProgrammableFilter", zylScriptFilter(input).Make());
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::Made(
+  const char* name, vtkSmartPointer<vtkSMSourceProxy> filter)
+{
   if (!filter)
   {
     vtkErrorMacro("The session cannot make the filter '" << name << "'");
@@ -157,7 +171,7 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
   if (!this->BlockExtractor)
   {
     this->BlockExtractor = this->MakeFilter("ExtractBlock", source);
-    this->VolumeScript = this->MakeFilter("ProgrammableFilter", this->BlockExtractor);
+    this->VolumeScript = this->MakeScriptFilter(this->BlockExtractor);
   }
   if (!zylIsUsable(this->BlockExtractor, "Update()") || !this->VolumeScript)
   {
@@ -169,10 +183,7 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
     this->CreateSurfacePipeline();
   }
   this->UpdateBlocks();
-  vtkSMPropertyHelper(this->VolumeScript, "Script")
-    .Set(this->GetVolumeDerivedVariableScript().c_str());
-  vtkSMPropertyHelper(this->VolumeScript, "CopyArrays").Set(1);
-  this->VolumeScript->UpdateVTKObjects();
+  zylPushScript(this->GetVolumeDerivedVariableScript(), this->VolumeScript);
   if (!this->FirstSurfaceFilter || !this->LastSurfaceFilter)
   {
     return false;
@@ -181,12 +192,7 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
   {
     this->BlockMerger = this->MakeMerger(this->LastSurfaceFilter);
     this->MultiClip->SetInput(this->BlockMerger);
-    this->SurfaceScript = this->MakeFilter("ProgrammableFilter", this->MultiClip->GetOutput());
-    if (this->SurfaceScript)
-    {
-      vtkSMPropertyHelper(this->SurfaceScript, "CopyArrays").Set(1);
-      this->SurfaceScript->UpdateVTKObjects();
-    }
+    this->SurfaceScript = this->MakeScriptFilter(this->MultiClip->GetOutput());
     this->WarpFilter = this->MakeFilter("WarpVector", this->SurfaceScript);
     this->Output = this->MakeFilter("PassThrough", this->SurfaceScript);
   }
@@ -264,9 +270,7 @@ void zylDerivedSurfaceRepresentation::UpdateSurfaceScript()
   if (this->SurfaceScriptTime < dataTime || this->SurfaceScriptTime < latest ||
     variables != this->SurfaceVariables)
   {
-    vtkSMPropertyHelper(this->SurfaceScript, "Script")
-      .Set(this->GetSurfaceDerivedVariableScript().c_str());
-    this->SurfaceScript->UpdateVTKObjects();
+    zylPushScript(this->GetSurfaceDerivedVariableScript(), this->SurfaceScript);
     this->SurfaceScriptTime = dataTime;
     this->SurfaceVariables = std::move(variables);
   }
@@ -352,10 +356,9 @@ void zylDerivedSurfaceRepresentation::FreeResources()
   this->FirstSurfaceFilter = nullptr;
   zylUnregister(this->LastSurfaceFilter);
   this->LastSurfaceFilter = nullptr;
-  for (vtkSMSourceProxy* proxy :
-    { this->BlockMerger.Get(), this->IntegrationScript.Get(), this->Integrator.Get(),
-      this->SurfaceScript.Get(), this->WarpFilter.Get(), this->BlockExtractor.Get(),
-      this->VolumeScript.Get(), this->Output.Get() })
+  for (vtkSMSourceProxy* proxy : { this->BlockMerger.Get(), this->IntegrationScript.Get(),
+         this->Integrator.Get(), this->SurfaceScript.Get(), this->WarpFilter.Get(),
+         this->BlockExtractor.Get(), this->VolumeScript.Get(), this->Output.Get() })
   {
     zylUnregister(proxy);
   }
@@ -601,14 +604,8 @@ zylIntegrateFields::IntegratedValues_ zylDerivedSurfaceRepresentation::GetIntegr
   if (!this->IntegrationScript)
   {
     // Kept: set here only, so that later definitions do not change what is integrated.
-    this->IntegrationScript = this->MakeFilter("ProgrammableFilter", this->BlockMerger);
-    if (this->IntegrationScript)
-    {
-      vtkSMPropertyHelper(this->IntegrationScript, "CopyArrays").Set(1);
-      vtkSMPropertyHelper(this->IntegrationScript, "Script")
-        .Set(zylGetDerivedVariablesScript(this->DataSet).c_str());
-      this->IntegrationScript->UpdateVTKObjects();
-    }
+    this->IntegrationScript = this->MakeScriptFilter(this->BlockMerger);
+    zylPushScript(zylGetDerivedVariablesScript(this->DataSet), this->IntegrationScript);
   }
   if (!this->Integrator)
   {

@@ -154,6 +154,7 @@ protected:
   /// A registered filter of the dataset's session; null, with an error, if the session knows none
   /// of that name. `input` may be null.
   vtkSmartPointer<vtkSMSourceProxy> MakeFilter(const char* name, vtkSMSourceProxy* input);
+  vtkSmartPointer<vtkSMSourceProxy> MakeScriptFilter(vtkSMSourceProxy* input);
   /// A "MergeBlocks" filter that makes one poly data of all blocks.
   vtkSmartPointer<vtkSMSourceProxy> MakeMerger(vtkSMSourceProxy* input);
 
@@ -180,7 +181,9 @@ private:
   zylDerivedSurfaceRepresentation(const zylDerivedSurfaceRepresentation&) = delete;
   void operator=(const zylDerivedSurfaceRepresentation&) = delete;
 
-  std::vector<zylPipeline*> GetDisplays(); // all but the highlight
+  vtkSmartPointer<vtkSMSourceProxy> Made(
+    const char* name, vtkSmartPointer<vtkSMSourceProxy> filter); // says so when it was not
+  std::vector<zylPipeline*> GetDisplays();                       // all but the highlight
   std::vector<zylPipeline*> GetAllPipelines();
   bool BuildChain(vtkSMSourceProxy* source);
   void ForgetChain();

@@ -3,6 +3,7 @@
 #include "Analysis/zylFieldValues.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylScriptFilter.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
@@ -146,10 +147,7 @@ bool zylFieldHistogram::BuildChain(const std::string& variable)
   {
     if (!this->ScriptFilter)
     {
-      this->ScriptFilter = zylProxyBuilder(manager, "filters", "ProgrammableFilter")
-                             .Input(source)
-                             .Set("CopyArrays", 1)
-                             .Make();
+      this->ScriptFilter = zylScriptFilter(source).Make();
     }
     zylPushScript(this->DataSet->GetDerivedPointVariableScript({ variable }), this->ScriptFilter);
     zylConnect(this->ScriptFilter, source);

@@ -4,6 +4,7 @@
 #include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylScriptFilter.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
@@ -90,10 +91,7 @@ bool zylIntegrateFields::BuildChain()
   {
     auto* manager = source->GetSessionProxyManager();
     this->BlockExtractor = zylProxyBuilder(manager, "filters", "ExtractBlock").Input(source).Make();
-    this->ScriptFilter = zylProxyBuilder(manager, "filters", "ProgrammableFilter")
-                           .Input(this->BlockExtractor)
-                           .Set("CopyArrays", 1)
-                           .Make();
+    this->ScriptFilter = zylScriptFilter(this->BlockExtractor).Make();
     this->Integrator =
       zylProxyBuilder(manager, "filters", "IntegrateAttributes").Input(this->ScriptFilter).Make();
   }

@@ -5,6 +5,7 @@
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylScriptFilter.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
@@ -186,10 +187,7 @@ bool zylPointProbe::BuildChain()
                         .Input(this->BlockExtractor, "SourceDataArrays")
                         .Input(this->LineSource, "DestinationMesh")
                         .Make();
-    this->ScriptFilter = zylProxyBuilder(manager, "filters", "ProgrammableFilter")
-                           .Input(this->Resampler)
-                           .Set("CopyArrays", 1)
-                           .Make();
+    this->ScriptFilter = zylScriptFilter(this->Resampler).Make();
   }
   zylConnect(this->BlockExtractor, source); // which may be another dataset's by now
   return this->LineSource && this->BlockExtractor && this->Resampler && this->ScriptFilter;

@@ -70,16 +70,6 @@ std::string zylDescribeMissing(zylDataSet* dataset, const zylFieldValues& values
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylPushScript(const std::string& script, vtkSMSourceProxy* filter)
-{
-  if (filter)
-  {
-    vtkSMPropertyHelper(filter, "Script").Set(script.c_str());
-    filter->UpdateVTKObjects();
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 std::vector<int> zylGetInts(const zylProperty* property)
 {
   const int* values = property->GetIntElements();

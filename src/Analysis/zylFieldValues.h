@@ -32,9 +32,6 @@ ZYL_PRIVATE std::string zylGetDerivedVariablesScript(zylDataSet* dataset);
 /// nobody else says that a script failed on a server. Empty when all are there.
 ZYL_PRIVATE std::string zylDescribeMissing(zylDataSet* dataset, const zylFieldValues& values);
 
-/// Send `script` as "Script" of a "ProgrammableFilter", unless it has that one. Null is fine.
-ZYL_PRIVATE void zylPushScript(const std::string& script, vtkSMSourceProxy* filter);
-
 /// The integers of a property.
 ZYL_PRIVATE std::vector<int> zylGetInts(const zylProperty* property);
 

@@ -2,6 +2,7 @@
 
 #include "Display/zylBlockFlags.h"
 #include "ParaView/zylBlockExtractor.h"
+#include "ParaView/zylScriptFilter.h"
 #include "Settings/zylChangeList.h"
 #include "zylArrayInformation.h"
 #include "zylMultiBlockTree.h"
@@ -181,9 +182,7 @@ bool zylBlockGroups::Update(
     {
       this->UpdateSettings(group, hash, blocks);
     }
-    vtkSMPropertyHelper(group.Script, "Script")
-      .Set(makeScript(group.Pipeline->GetProperties()).c_str());
-    group.Script->UpdateVTKObjects();
+    zylPushScript(makeScript(group.Pipeline->GetProperties()), group.Script);
     group.Pipeline->SetBlockTree(tree);
     if (view)
     {
@@ -233,10 +232,7 @@ void zylBlockGroups::Regroup(zylView* view)
 bool zylBlockGroups::CreateGroup(Group& group, vtkSMSourceProxy* source)
 {
   group.Extract = zylBlockExtractor(source).Make();
-  group.Script = zylProxyBuilder(source->GetSessionProxyManager(), "filters", "ProgrammableFilter")
-                   .Input(group.Extract)
-                   .Set("CopyArrays", 1)
-                   .Make();
+  group.Script = zylScriptFilter(group.Extract).Make();
   if (!group.Extract || !group.Script)
   {
     zylUnregister(group.Script);

@@ -171,7 +171,7 @@ TEST(zylFieldAnalysis, TakesDerivedVariablesThreeDeep)
   auto data = Load(zylSolids::MakeBoxes(2, 2));
   data->DefineDerivedPointVariable("double", "2 * x");
   data->DefineDerivedPointVariable("shifted", "double + one");
-  data->DefineDerivedPointVariable("three", "shifted + position[:,0] * 0");
+  data->DefineDerivedPointVariable("three", "shifted - -position[:,0] * 0");
 
   const auto integral = Integrate(data, { 1 });
   EXPECT_NEAR(Of(integral.PointValues, "three"), 2.0, 1e-12);

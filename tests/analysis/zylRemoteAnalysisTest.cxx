@@ -39,7 +39,7 @@ Answers Ask(const std::string& file)
   answers.PointsHere = CountPointsHere(data);
   data->DefineDerivedPointVariable("double", "2 * x");
   data->DefineDerivedPointVariable("shifted", "double + one");
-  data->DefineDerivedPointVariable("three words", "shifted * position[:,0]");
+  data->DefineDerivedPointVariable("three words", "-shifted * -position[:,0]");
 
   vtkNew<zylIntegrateFields> integral;
   integral->SetDataSet(data);

@@ -384,7 +384,7 @@ TEST_F(zylStreamline, SayWhatIsWrongWithTheVectors)
 TEST_F(zylStreamline, FollowDerivedVectors)
 {
   this->Use(zylFlowData::Uniform);
-  this->Data->DefineDerivedPointVariable("back", "velocity * -1.0");
+  this->Data->DefineDerivedPointVariable("back", "-velocity");
   this->Set("IntegrationDirection", 0);
   Trace(this->Lines, this->Data, { 0.1, 0.2, 0.3 });
   this->Set("VectorVariable", "back");

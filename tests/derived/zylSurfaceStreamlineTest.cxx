@@ -134,7 +134,7 @@ TEST_F(zylSurfaceStreamline, CanBeFreedAndSendWhatChanged)
   EXPECT_EQ(zylFlowData::GetLength(this->Lines->GetDerivedSurface()), first);
 
   // A derived variable is sampled like any other.
-  this->Data->DefineDerivedPointVariable("turned", "velocity * -1.0");
+  this->Data->DefineDerivedPointVariable("turned", "-velocity");
   this->Lines->GetProperties()->Set("IntegrationDirection", 0);
   this->Lines->GetProperties()->Set("VectorVariable", "turned");
   EXPECT_EQ(zylConsole([this] { this->Lines->Update(); }), "");
