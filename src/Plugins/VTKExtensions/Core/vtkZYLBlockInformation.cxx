@@ -654,11 +654,13 @@ void vtkZYLBlockInformation::CopyParametersToStream(vtkMultiProcessStream& strea
 void vtkZYLBlockInformation::CopyParametersFromStream(vtkMultiProcessStream& stream)
 {
   int magic = 0;
-  int arrays = 1;
-  stream >> magic >> this->PortNumber >> arrays;
-  this->DescribeArrays = arrays != 0;
-  if (magic != Magic)
+  stream >> magic;
+  if (magic != Magic) // a client of another build: what follows may be shorter, and reading aborts
   {
     vtkErrorMacro("Magic number mismatch.");
+    return;
   }
+  int arrays = 1;
+  stream >> this->PortNumber >> arrays;
+  this->DescribeArrays = arrays != 0;
 }
