@@ -87,6 +87,21 @@ std::uint64_t GetMapHash(zylPropertyCollection* settings)
   }
   return map->GetHashValue();
 }
+
+//--------------------------------------------------------------------------------------------------
+// A diverging map goes from one color over white to another. Some presets list all their colors and
+// call themselves diverging as well: then white would come between any two of different hue.
+void KeepListedColors(vtkSMProxy* table)
+{
+  constexpr int diverging = 3;
+  constexpr unsigned int numbers = 4; // of a control point
+  vtkSMPropertyHelper space(table, "ColorSpace");
+  if (space.GetAsInt() == diverging &&
+    vtkSMPropertyHelper(table, "RGBPoints").GetNumberOfElements() > 3 * numbers)
+  {
+    space.Set(0); // RGB
+  }
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -187,6 +202,7 @@ void zylColoring::UpdateMap(zylPropertyCollection* settings)
   {
     vtkLogF(WARNING, "No color map named '%s' exists", preset.c_str());
   }
+  KeepListedColors(this->LookupTable);
   const double* range = settings->GetDoubleElements("ColorMapRange");
   if (!range || !std::isfinite(range[0]) || !std::isfinite(range[1]) || range[1] < range[0] ||
     !vtkSMTransferFunctionProxy::RescaleTransferFunction(this->LookupTable, range[0], range[1]))

@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 #include <vtkCallbackCommand.h>
 #include <vtkCellData.h>
+#include <vtkColorTransferFunction.h>
 #include <vtkDataSet.h>
 #include <vtkDoubleArray.h>
 #include <vtkLogger.h>
@@ -495,6 +496,22 @@ TEST_F(zylPipelineTest, ColorMap)
   EXPECT_EQ(points[points.size() - 4], 2.5);
   EXPECT_EQ(zylNumber(lut, "Discretize"), 0.0);
   EXPECT_EQ(zylNumber(lut, "NumberOfTableValues"), 256.0);
+
+  // A color between two listed ones lies between them.
+  settings->Set("ColorMapName", "Viridis (matplotlib)");
+  pipeline->Update(this->View);
+  auto* colors = vtkColorTransferFunction::SafeDownCast(lut->GetClientSideObject());
+  points = zylNumbers(lut, "RGBPoints");
+  ASSERT_EQ(points.size(), 4u * 256u);
+  for (std::size_t i = 0; i + 4 < points.size(); i += 4)
+  {
+    double between[3];
+    colors->GetColor(0.5 * (points[i] + points[i + 4]), between);
+    for (int c = 0; c < 3; ++c)
+    {
+      EXPECT_NEAR(between[c], 0.5 * (points[i + 1 + c] + points[i + 5 + c]), 0.01) << i;
+    }
+  }
 
   settings->Set("ColorMapStyle", 0);
   settings->Set("ColorMapName", "Grayscale");
