@@ -64,24 +64,6 @@ std::uint64_t HashElement(const std::string& value)
 }
 
 //--------------------------------------------------------------------------------------------------
-std::uint64_t Combine(std::uint64_t seed, std::uint64_t hash)
-{
-  return seed ^ (hash + 0x9e3779b9 + (seed << 6) + (seed >> 2));
-}
-
-//--------------------------------------------------------------------------------------------------
-template <class T>
-std::uint64_t HashElements(const T* values, unsigned int count)
-{
-  std::uint64_t seed = 0;
-  for (unsigned int i = 0; i < count; ++i)
-  {
-    seed = Combine(seed, HashElement(values[i]));
-  }
-  return seed;
-}
-
-//--------------------------------------------------------------------------------------------------
 template <class T>
 void PrintElements(std::ostream& os, const T* values, unsigned int count)
 {
@@ -290,51 +272,98 @@ void zylProperty::DeepCopy(zylProperty* other)
   }
   if (other != this)
   {
-    this->Release();
-    this->Type = other->Type;
-    this->NumberOfElements = other->NumberOfElements;
-    this->IncludeInHash = other->IncludeInHash;
-    this->Allocate();
-    const unsigned int count = this->NumberOfElements;
-    switch (this->Type)
-    {
-      case Bool:
-        std::copy_n(other->Values<bool>(), count, this->Values<bool>());
-        break;
-      case Int:
-        std::copy_n(other->Values<int>(), count, this->Values<int>());
-        break;
-      case Double:
-        std::copy_n(other->Values<double>(), count, this->Values<double>());
-        break;
-      case String:
-        std::copy_n(other->Values<std::string>(), count, this->Values<std::string>());
-        break;
-    }
+    this->CopyAsOf(*other, vtkTimeStamp());
   }
   this->Changed();
 }
 
 //--------------------------------------------------------------------------------------------------
-std::uint64_t zylProperty::GetHashValue() const
+void zylProperty::CopyAsOf(const zylProperty& other, const vtkTimeStamp& time)
 {
+  this->Release();
+  this->Type = other.Type;
+  this->NumberOfElements = other.NumberOfElements;
+  this->IncludeInHash = other.IncludeInHash;
+  this->MTime = time;
+  this->Allocate();
   const unsigned int count = this->NumberOfElements;
   switch (this->Type)
   {
     case Bool:
-      return HashElements(this->Values<bool>(), count);
+      std::copy_n(other.Values<bool>(), count, this->Values<bool>());
+      break;
     case Int:
-      return HashElements(this->Values<int>(), count);
+      std::copy_n(other.Values<int>(), count, this->Values<int>());
+      break;
     case Double:
-      return HashElements(this->Values<double>(), count);
+      std::copy_n(other.Values<double>(), count, this->Values<double>());
+      break;
     case String:
-      return HashElements(this->Values<std::string>(), count);
+      std::copy_n(other.Values<std::string>(), count, this->Values<std::string>());
+      break;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylProperty::IsSame(const zylProperty& other) const
+{
+  const unsigned int count = this->NumberOfElements;
+  if (this->Type != other.Type || count != other.NumberOfElements ||
+    this->IncludeInHash != other.IncludeInHash)
+  {
+    return false;
+  }
+  const auto sameBits = [count](const auto* mine, const auto* theirs) {
+    return count == 0 || std::memcmp(mine, theirs, count * sizeof(*mine)) == 0;
+  };
+  switch (this->Type)
+  {
+    case Bool:
+      return sameBits(this->Values<bool>(), other.Values<bool>());
+    case Int:
+      return sameBits(this->Values<int>(), other.Values<int>());
+    case Double:
+      return sameBits(this->Values<double>(), other.Values<double>());
+    case String:
+      return std::equal(this->Values<std::string>(), this->Values<std::string>() + count,
+        other.Values<std::string>());
+  }
+  return false;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::uint64_t zylProperty::CombineHashes(std::uint64_t seed, std::uint64_t hash)
+{
+  return seed ^ (hash + 0x9e3779b9 + (seed << 6) + (seed >> 2));
+}
+
+//--------------------------------------------------------------------------------------------------
+std::uint64_t zylProperty::GetHashValue() const
+{
+  const auto hashOf = [this](const auto* values) {
+    std::uint64_t seed = 0;
+    for (unsigned int i = 0; i < this->NumberOfElements; ++i)
+    {
+      seed = CombineHashes(seed, HashElement(values[i]));
+    }
+    return seed;
+  };
+  switch (this->Type)
+  {
+    case Bool:
+      return hashOf(this->Values<bool>());
+    case Int:
+      return hashOf(this->Values<int>());
+    case Double:
+      return hashOf(this->Values<double>());
+    case String:
+      return hashOf(this->Values<std::string>());
   }
   std::uint64_t seed = 0;
-  for (unsigned int i = 0; i < count; ++i)
+  for (unsigned int i = 0; i < this->NumberOfElements; ++i)
   {
     std::cout << "Unknown PropertyType " << static_cast<std::uint32_t>(this->Type) << std::endl;
-    seed = Combine(seed, 0);
+    seed = CombineHashes(seed, 0);
   }
   return seed;
 }

@@ -144,8 +144,15 @@ private:
   zylProperty(const zylProperty&) = delete;
   void operator=(const zylProperty&) = delete;
 
-  // A dataset of thousands of blocks has hundreds of thousands of properties, nearly all of one to
-  // three elements. Hence one store for all types, inside the object as long as it fits.
+  // For collections that share properties: a copy that counts as changed at `time`; whether all
+  // that DeepCopy() copies is the same, to the bit.
+  friend class zylPropertyCollection;
+  void CopyAsOf(const zylProperty& other, const vtkTimeStamp& time);
+  bool IsSame(const zylProperty& other) const;
+  static std::uint64_t CombineHashes(std::uint64_t seed, std::uint64_t hash);
+
+  // Nearly all properties have one to three elements. Hence one store for all types, inside the
+  // object as long as it fits.
   static constexpr std::size_t InlineBytes = 32;
 
   template <class T>

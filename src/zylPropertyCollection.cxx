@@ -23,10 +23,71 @@ const std::string* InternName(const std::string& name)
   const std::lock_guard<std::mutex> lock(mutex);
   return &*names->insert(name).first;
 }
+
+//--------------------------------------------------------------------------------------------------
+template <class Entries>
+auto LowerBound(Entries& entries, const std::string& name)
+{
+  return std::lower_bound(entries.begin(), entries.end(), name,
+    [](const auto& entry, const std::string& wanted) { return *entry.Name < wanted; });
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-zylPropertyCollection::zylPropertyCollection() = default;
+struct zylPropertyCollection::SharedTable
+{
+  struct Entry
+  {
+    const std::string* Name;
+    vtkSmartPointer<zylProperty> Property;
+    bool Hashed;
+    std::uint64_t Hash; ///< of the property
+
+    bool IsHashed() const { return this->Hashed; }
+    std::uint64_t GetHash() const { return this->Hash; }
+  };
+  std::vector<Entry> Entries;
+  std::uint64_t Hash = 0; ///< of a collection that has these properties and no others
+
+  // Never freed: collections may outlive other static objects.
+  static const std::shared_ptr<const SharedTable>& Empty()
+  {
+    static const auto* const empty =
+      new std::shared_ptr<const SharedTable>(std::make_shared<SharedTable>());
+    return *empty;
+  }
+
+  std::size_t PlaceOf(const std::string& name) const
+  {
+    return LowerBound(this->Entries, name) - this->Entries.begin();
+  }
+
+  const zylProperty* Find(const std::string& name) const
+  {
+    const auto entry = LowerBound(this->Entries, name);
+    return entry != this->Entries.end() && *entry->Name == name ? entry->Property : nullptr;
+  }
+
+  // The shared property that an owned one hides, or null.
+  const zylProperty* GetHiddenBy(const Owned& own) const
+  {
+    const bool hides =
+      own.Place < this->Entries.size() && this->Entries[own.Place].Name == own.Name;
+    return hides ? this->Entries[own.Place].Property.Get() : nullptr;
+  }
+
+  bool Holds(const Owned& own) const
+  {
+    const zylProperty* hidden = this->GetHiddenBy(own);
+    return hidden && hidden->IsSame(*own.Property);
+  }
+};
+
+//--------------------------------------------------------------------------------------------------
+zylPropertyCollection::zylPropertyCollection()
+  : Shared(SharedTable::Empty())
+{
+}
 
 //--------------------------------------------------------------------------------------------------
 zylPropertyCollection::~zylPropertyCollection()
@@ -39,7 +100,7 @@ void zylPropertyCollection::PrintSelf(ostream& os, vtkIndent indent)
 {
   this->Superclass::PrintSelf(os, indent);
   os << indent << "Name: " << this->Name << '\n';
-  os << indent << "Properties: " << this->Properties.size() << '\n';
+  os << indent << "Properties: " << this->GetPropertyNames().size() << '\n';
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -53,22 +114,11 @@ void zylPropertyCollection::Clear()
 zylProperty* zylPropertyCollection::MakeProperty(
   const std::string& name, zylProperty::PropertyType type, unsigned int count)
 {
-  auto property = vtkSmartPointer<zylProperty>::New();
+  const auto property = vtkSmartPointer<zylProperty>::New();
   property->SetPropertyType(type);
   property->SetNumberOfElements(count);
-  const auto place = this->Properties.begin() + (this->Find(name) - this->Properties.cbegin());
-  if (place != this->Properties.end() && *place->Name == name)
-  {
-    place->Property->Changes = nullptr;
-    place->Property = property;
-  }
-  else
-  {
-    this->Properties.insert(place, { InternName(name), property });
-  }
-  this->Link(property);
   this->Changed();
-  return property;
+  return this->Own(name, property);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -150,53 +200,56 @@ zylProperty* zylPropertyCollection::MakeString(
 //--------------------------------------------------------------------------------------------------
 bool zylPropertyCollection::Has(const std::string& name) const
 {
-  return this->GetProperty(name) != nullptr;
+  return this->Look(name) != nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
 zylProperty* zylPropertyCollection::GetProperty(const std::string& name) const
 {
-  const auto place = this->Find(name);
-  return place != this->Properties.end() && *place->Name == name ? place->Property : nullptr;
+  zylProperty* owned = this->FindOwned(name);
+  const zylProperty* shared = owned ? nullptr : this->Shared->Find(name);
+  if (!shared)
+  {
+    return owned;
+  }
+  const auto property = vtkSmartPointer<zylProperty>::New();
+  property->CopyAsOf(*shared, this->SharedTime);
+  return this->Own(name, property);
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<std::string> zylPropertyCollection::GetPropertyNames() const
 {
   std::vector<std::string> names;
-  names.reserve(this->Properties.size());
-  for (const Entry& entry : this->Properties)
-  {
-    names.push_back(*entry.Name);
-  }
+  this->ForEach([&names](const auto& entry) { names.push_back(*entry.Name); });
   return names;
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylPropertyCollection::GetBool(const std::string& name, unsigned int index)
 {
-  const zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   return property ? property->GetBoolElement(index) : false;
 }
 
 //--------------------------------------------------------------------------------------------------
 int zylPropertyCollection::GetInt(const std::string& name, unsigned int index)
 {
-  const zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   return property ? property->GetIntElement(index) : 0;
 }
 
 //--------------------------------------------------------------------------------------------------
 double zylPropertyCollection::GetDouble(const std::string& name, unsigned int index)
 {
-  const zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   return property ? property->GetDoubleElement(index) : 0.0;
 }
 
 //--------------------------------------------------------------------------------------------------
 std::string zylPropertyCollection::GetString(const std::string& name, unsigned int index)
 {
-  const zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   return property ? property->GetStringElement(index) : std::string();
 }
 
@@ -254,11 +307,11 @@ void zylPropertyCollection::Set(const std::string& name, const std::string& valu
 //--------------------------------------------------------------------------------------------------
 void zylPropertyCollection::Set(const std::string& name, unsigned int index, bool value)
 {
-  zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   if (property && property->GetBoolElement(index) != value)
   {
     vtkLogF(TRACE, "Property '%s' [%d] set to %d", name.c_str(), static_cast<int>(index), value);
-    property->SetElement(index, value);
+    this->GetProperty(name)->SetElement(index, value);
     this->Modified();
   }
 }
@@ -266,11 +319,11 @@ void zylPropertyCollection::Set(const std::string& name, unsigned int index, boo
 //--------------------------------------------------------------------------------------------------
 void zylPropertyCollection::Set(const std::string& name, unsigned int index, int value)
 {
-  zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   if (property && property->GetIntElement(index) != value)
   {
     // Kept: not logged, unlike the other types. See zylPropertyCollection.TraceOfSetters.
-    property->SetElement(index, value);
+    this->GetProperty(name)->SetElement(index, value);
     this->Modified();
   }
 }
@@ -278,11 +331,11 @@ void zylPropertyCollection::Set(const std::string& name, unsigned int index, int
 //--------------------------------------------------------------------------------------------------
 void zylPropertyCollection::Set(const std::string& name, unsigned int index, double value)
 {
-  zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   if (property && property->GetDoubleElement(index) != value)
   {
     vtkLogF(TRACE, "Property '%s' [%d] set to %f", name.c_str(), static_cast<int>(index), value);
-    property->SetElement(index, value);
+    this->GetProperty(name)->SetElement(index, value);
     this->Modified();
   }
 }
@@ -297,12 +350,12 @@ void zylPropertyCollection::Set(const std::string& name, unsigned int index, con
 void zylPropertyCollection::Set(
   const std::string& name, unsigned int index, const std::string& value)
 {
-  zylProperty* property = this->GetExisting(name);
+  const zylProperty* property = this->LookExisting(name);
   if (property && property->GetStringElement(index) != value)
   {
     vtkLogF(
       TRACE, "Property '%s' [%d] set to %s", name.c_str(), static_cast<int>(index), value.c_str());
-    property->SetElement(index, value);
+    this->GetProperty(name)->SetElement(index, value);
     this->Modified();
   }
 }
@@ -340,12 +393,18 @@ void zylPropertyCollection::DeepCopy(zylPropertyCollection* other)
     return;
   }
   this->Clear();
-  this->Properties.reserve(other->Properties.size());
-  for (const Entry& entry : other->Properties)
+  other->Share();
+  this->Shared = other->Shared;
+  this->SharedTime.Modified();
+  for (const Owned& theirs : other->Properties)
   {
-    this->Properties.push_back({ entry.Name, vtkSmartPointer<zylProperty>::New() });
-    this->Properties.back().Property->DeepCopy(entry.Property);
-    this->Link(this->Properties.back().Property);
+    if (!this->Shared->Holds(theirs))
+    {
+      this->Properties.push_back(
+        { theirs.Name, vtkSmartPointer<zylProperty>::New(), theirs.Place });
+      this->Properties.back().Property->DeepCopy(theirs.Property);
+      this->Link(this->Properties.back().Property);
+    }
   }
   this->Changed();
 }
@@ -353,14 +412,17 @@ void zylPropertyCollection::DeepCopy(zylPropertyCollection* other)
 //--------------------------------------------------------------------------------------------------
 std::uint64_t zylPropertyCollection::GetHashValue() const
 {
-  std::uint64_t seed = 0;
-  for (const Entry& entry : this->Properties)
+  if (this->Properties.empty())
   {
-    if (entry.Property->GetIncludeInHash())
-    {
-      seed ^= entry.Property->GetHashValue() + 0x9e3779b9 + (seed << 6) + (seed >> 2);
-    }
+    return this->Shared->Hash;
   }
+  std::uint64_t seed = 0;
+  this->ForEach([&seed](const auto& entry) {
+    if (entry.IsHashed())
+    {
+      seed = zylProperty::CombineHashes(seed, entry.GetHash());
+    }
+  });
   return seed;
 }
 
@@ -368,9 +430,9 @@ std::uint64_t zylPropertyCollection::GetHashValue() const
 void zylPropertyCollection::ReportChangesTo(const std::shared_ptr<zylChangeList>& list, int id)
 {
   this->Changes.reset(list ? new zylChangeReport{ list, id } : nullptr);
-  for (const Entry& entry : this->Properties)
+  for (const Owned& own : this->Properties)
   {
-    this->Link(entry.Property);
+    this->Link(own.Property);
   }
 }
 
@@ -383,11 +445,12 @@ void zylPropertyCollection::Link(zylProperty* property) const
 //--------------------------------------------------------------------------------------------------
 void zylPropertyCollection::RemoveAll()
 {
-  for (const Entry& entry : this->Properties)
+  for (const Owned& own : this->Properties)
   {
-    entry.Property->Changes = nullptr; // a caller may keep it
+    own.Property->Changes = nullptr; // a caller may keep it
   }
   this->Properties.clear();
+  this->Shared = SharedTable::Empty();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -403,12 +466,11 @@ void zylPropertyCollection::Changed()
 //--------------------------------------------------------------------------------------------------
 void zylPropertyCollection::PrintProperties(std::ostream& os) const
 {
-  for (const Entry& entry : this->Properties)
-  {
+  this->ForEach([this, &os](const auto& entry) {
     os << this->GetClassName() << " has property " << *entry.Name << ": ";
     entry.Property->PrintProperty(os);
     os << std::endl;
-  }
+  });
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -422,27 +484,109 @@ std::string zylPropertyCollection::PrintPropertiesToString() const
 //--------------------------------------------------------------------------------------------------
 bool zylPropertyCollection::PropertyExists(const std::string& name) const
 {
-  return this->GetExisting(name) != nullptr;
+  return this->LookExisting(name) != nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
-std::vector<zylPropertyCollection::Entry>::const_iterator zylPropertyCollection::Find(
-  const std::string& name) const
+zylProperty* zylPropertyCollection::FindOwned(const std::string& name) const
 {
-  return std::lower_bound(this->Properties.begin(), this->Properties.end(), name,
-    [](const Entry& entry, const std::string& wanted) { return *entry.Name < wanted; });
+  const auto owned = LowerBound(this->Properties, name);
+  return owned != this->Properties.end() && *owned->Name == name ? owned->Property : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
-zylProperty* zylPropertyCollection::GetExisting(const std::string& name) const
+zylProperty* zylPropertyCollection::Own(const std::string& name, zylProperty* property) const
 {
-  zylProperty* property = this->GetProperty(name);
+  const auto owned = LowerBound(this->Properties, name);
+  if (owned != this->Properties.end() && *owned->Name == name)
+  {
+    owned->Property->Changes = nullptr; // a caller may keep it
+    owned->Property = property;
+  }
+  else
+  {
+    this->Properties.insert(owned, { InternName(name), property, this->Shared->PlaceOf(name) });
+  }
+  this->Link(property);
+  return property;
+}
+
+//--------------------------------------------------------------------------------------------------
+const zylProperty* zylPropertyCollection::Look(const std::string& name) const
+{
+  const zylProperty* owned = this->FindOwned(name);
+  return owned ? owned : this->Shared->Find(name);
+}
+
+//--------------------------------------------------------------------------------------------------
+const zylProperty* zylPropertyCollection::LookExisting(const std::string& name) const
+{
+  const zylProperty* property = this->Look(name);
   if (!property)
   {
     vtkLogF(WARNING, "No property named '%s' exists in '%s' %s", name.c_str(), this->GetClassName(),
       this->Name.c_str());
   }
   return property;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylProperty* zylPropertyCollection::GetExisting(const std::string& name) const
+{
+  return this->PropertyExists(name) ? this->GetProperty(name) : nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+template <class Action>
+void zylPropertyCollection::ForEach(Action action) const
+{
+  const auto& shared = this->Shared->Entries;
+  std::size_t place = 0;
+  for (const Owned& own : this->Properties)
+  {
+    for (; place < own.Place; ++place)
+    {
+      action(shared[place]);
+    }
+    place += this->Shared->GetHiddenBy(own) ? 1 : 0;
+    action(own);
+  }
+  for (; place < shared.size(); ++place)
+  {
+    action(shared[place]);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+// Let the next copies share the present values. Not for a few changes: a copy owns these.
+void zylPropertyCollection::Share()
+{
+  const auto changes = std::count_if(this->Properties.begin(), this->Properties.end(),
+    [this](const Owned& own) { return !this->Shared->Holds(own); });
+  if (4 * static_cast<std::size_t>(changes) <= this->Shared->Entries.size())
+  {
+    return;
+  }
+  const auto table = std::make_shared<SharedTable>();
+  this->ForEach([&table](const auto& entry) {
+    if (entry.Property->GetPropertyType() > zylProperty::String)
+    {
+      return; // every use of it is reported
+    }
+    const auto property = vtkSmartPointer<zylProperty>::New();
+    property->DeepCopy(entry.Property);
+    table->Entries.push_back(
+      { entry.Name, property, property->GetIncludeInHash(), property->GetHashValue() });
+    if (property->GetIncludeInHash())
+    {
+      table->Hash = zylProperty::CombineHashes(table->Hash, property->GetHashValue());
+    }
+  });
+  this->Shared = table;
+  for (Owned& own : this->Properties)
+  {
+    own.Place = table->PlaceOf(*own.Name);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -21,6 +21,7 @@
 #include "zylExport.h"
 #include "zylProperty.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
@@ -29,6 +30,7 @@
 
 #include <vtkObject.h>
 #include <vtkSmartPointer.h>
+#include <vtkTimeStamp.h>
 
 class zylChangeList;
 struct zylChangeReport;
@@ -130,7 +132,7 @@ public:
   ///@}
 
   /// Replace all properties by copies of those of `other`; the name of the collection stays. Null
-  /// does nothing.
+  /// does nothing. Copies are cheap: collections share the values in which they do not differ.
   void DeepCopy(zylPropertyCollection* other);
 
   /// Hash of the values of all properties included in the hash, in the order of their names, which
@@ -159,14 +161,32 @@ private:
   zylPropertyCollection(const zylPropertyCollection&) = delete;
   void operator=(const zylPropertyCollection&) = delete;
 
-  // A flat map. The same few names come back in every collection: they are kept once per process.
-  struct Entry
+  // A dataset of thousands of blocks has hundreds of thousands of settings, and nearly all of them
+  // have their defaults. So collections copied from one another share a table that never changes,
+  // and each one owns only what was made, set or handed out in it: that hides a shared property of
+  // the same name. Both are in the order of the names.
+  struct SharedTable;
+  struct Owned
   {
-    const std::string* Name;
+    const std::string* Name; ///< the one copy of this name in the process
     vtkSmartPointer<zylProperty> Property;
+    std::size_t Place; ///< of the first shared property that is not before it
+
+    bool IsHashed() const { return this->Property->GetIncludeInHash(); }
+    std::uint64_t GetHash() const { return this->Property->GetHashValue(); }
   };
-  std::vector<Entry>::const_iterator Find(const std::string& name) const;
+  zylProperty* FindOwned(const std::string& name) const;
+  zylProperty* Own(const std::string& name, zylProperty* property) const;
+  /// The property as it is, perhaps a shared one, which must not be changed; null if there is none.
+  const zylProperty* Look(const std::string& name) const;
+  ///@{
+  /// With a warning when there is none.
+  const zylProperty* LookExisting(const std::string& name) const;
   zylProperty* GetExisting(const std::string& name) const;
+  ///@}
+  template <class Action>
+  void ForEach(Action action) const; ///< in the order of the names
+  void Share();
   template <class T>
   zylProperty* MakeWithValues(
     const std::string& name, zylProperty::PropertyType type, const T* values, unsigned int count);
@@ -177,7 +197,9 @@ private:
   void RemoveAll();
   void Changed();
 
-  std::vector<Entry> Properties;
+  std::shared_ptr<const SharedTable> Shared;
+  vtkTimeStamp SharedTime; ///< when the shared properties became those of this collection
+  mutable std::vector<Owned> Properties; ///< owned
   std::string Name;
   std::unique_ptr<zylChangeReport> Changes; // null when there is no list
 };

@@ -22,8 +22,7 @@ constexpr unsigned int NoBlock = 0xFFFFFFFF; // of an empty tree
 //--------------------------------------------------------------------------------------------------
 bool IsOn(zylPropertyCollection* settings, const char* name)
 {
-  const zylProperty* property = settings->GetProperty(name);
-  return property && property->GetBool();
+  return settings->Has(name) && settings->GetBool(name);
 }
 
 //--------------------------------------------------------------------------------------------------

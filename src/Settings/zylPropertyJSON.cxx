@@ -12,6 +12,8 @@
 #include <set>
 #include <utility>
 
+#include <vtkNew.h>
+
 namespace {
 constexpr char NotANumber[] = "NaN";
 constexpr char Infinity[] = "Infinity";
@@ -147,13 +149,16 @@ Json::Value zylWriteJSON(const zylProperty* property)
 //--------------------------------------------------------------------------------------------------
 Json::Value zylWriteJSON(zylPropertyCollection* collection)
 {
+  // A collection keeps what is asked of it by name, and there are thousands: so ask a copy.
+  vtkNew<zylPropertyCollection> copy;
+  copy->DeepCopy(collection);
   Json::Value json(Json::objectValue);
   Json::Value& entries = json["collection"] = Json::Value(Json::arrayValue);
-  for (const std::string& name : collection->GetPropertyNames())
+  for (const std::string& name : copy->GetPropertyNames())
   {
     Json::Value entry(Json::objectValue);
     entry["name"] = name;
-    entry["property"] = zylWriteJSON(collection->GetProperty(name));
+    entry["property"] = zylWriteJSON(copy->GetProperty(name));
     entries.append(std::move(entry));
   }
   return json;

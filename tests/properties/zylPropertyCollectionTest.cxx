@@ -1,12 +1,10 @@
-#include <algorithm>
-#include <cstdio>
-#include <ctime>
+#include <cmath>
 #include <functional>
+#include <map>
 #include <memory>
-#include <set>
+#include <random>
+#include <string>
 #include <vector>
-
-#include <malloc.h>
 
 #include <gtest/gtest.h>
 #include <vtkLogger.h>
@@ -40,15 +38,18 @@ void Fill(zylPropertyCollection* collection, int kind)
 }
 
 //--------------------------------------------------------------------------------------------------
-std::size_t BytesInUse()
-{
-#if __GLIBC_PREREQ(2, 33)
-  return mallinfo2().uordblks;
-#else
-  return static_cast<unsigned int>(mallinfo().uordblks);
-#endif
-}
+// A collection as it would be without sharing: made anew, property by property.
+using Model = std::map<std::string, vtkSmartPointer<zylProperty>>;
 
+vtkSmartPointer<zylPropertyCollection> MakeAnew(const Model& model)
+{
+  auto collection = vtkSmartPointer<zylPropertyCollection>::New();
+  for (const auto& [name, property] : model)
+  {
+    collection->MakeInt(name)->DeepCopy(property);
+  }
+  return collection;
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -304,27 +305,111 @@ TEST(zylPropertyCollection, ReportsItsChanges)
 }
 
 //--------------------------------------------------------------------------------------------------
-// Boundary representations keep five collections for each of thousands of blocks.
-TEST(zylPropertyCollection, SmallEnoughForThousandsOfBlocks)
+// Whatever is done to some collections that are copied to one another, each one is as if it had all
+// its properties for itself, and the properties that it handed out stay its own.
+TEST(zylPropertyCollection, CopiesShareNothingThatCanBeSeen)
 {
-  constexpr int blocks = 400;
-  constexpr int kinds = 5;
-  vtkSmartPointer<zylPropertyCollection> prototypes[kinds];
-  for (int kind = 0; kind < kinds; ++kind)
+  std::mt19937 random(7);
+  const auto choose = [&random](int below) {
+    return std::uniform_int_distribution<int>(0, below - 1)(random);
+  };
+  constexpr int count = 6;
+  vtkNew<zylPropertyCollection> collections[count];
+  Model models[count];
+  std::map<std::string, zylProperty*> handedOut[count];
+  const auto nameOf = [](int i) { return "Setting" + std::to_string(i); };
+  for (int step = 0; step < 6000; ++step)
   {
-    prototypes[kind] = vtkSmartPointer<zylPropertyCollection>::New();
-    Fill(prototypes[kind], kind);
+    const int i = choose(count);
+    const std::string name = nameOf(choose(24));
+    const bool known = models[i].count(name) > 0;
+    zylProperty* expected = known ? models[i][name].Get() : nullptr;
+    const int value = choose(3);
+    switch (choose(known ? 8 : 9))
+    {
+      case 0: // copy
+      {
+        const int other = choose(count);
+        if (other == i)
+        {
+          break;
+        }
+        const auto before = collections[i]->GetMTime();
+        collections[i]->DeepCopy(collections[other]);
+        models[i].clear();
+        for (const auto& [key, property] : models[other])
+        {
+          models[i][key] = vtkSmartPointer<zylProperty>::New();
+          models[i][key]->DeepCopy(property);
+        }
+        handedOut[i].clear();
+        if (known && models[i].count(name))
+        {
+          const auto time = collections[i]->GetProperty(name)->GetMTime();
+          ASSERT_GT(time, before); // the copy changed it, asking for it did not
+          ASSERT_LT(time, collections[i]->GetMTime());
+        }
+        break;
+      }
+      case 1: // set through the collection
+        zylConsole([&] { collections[i]->Set(name, value); });
+        zylConsole([&] { expected ? expected->Set(value) : void(); });
+        break;
+      case 2:
+        zylConsole([&] { collections[i]->Set(name, 0.5 * value); });
+        zylConsole([&] { expected ? expected->Set(0.5 * value) : void(); });
+        break;
+      case 3: // hand out, and set behind the collection's back
+        ASSERT_EQ(collections[i]->GetProperty(name) != nullptr, known);
+        if (known)
+        {
+          handedOut[i][name] = collections[i]->GetProperty(name);
+          zylConsole([&] { handedOut[i][name]->Set(value); });
+          zylConsole([&] { expected->Set(value); });
+        }
+        break;
+      case 4:
+        if (known)
+        {
+          handedOut[i][name] = collections[i]->GetProperty(name);
+          handedOut[i][name]->SetIncludeInHash(value != 0);
+          expected->SetIncludeInHash(value != 0);
+        }
+        break;
+      case 5:
+        if (known && expected->GetPropertyType() == zylProperty::Double)
+        {
+          const double* elements = collections[i]->GetDoubleElements(name);
+          const double minus[] = { value == 0 ? -0.0 : 0.25 };
+          collections[i]->Set(name, minus, 1);
+          expected->SetElements(minus, 1);
+          ASSERT_EQ(elements, collections[i]->GetDoubleElements(name));
+          ASSERT_EQ(std::signbit(elements[0]), std::signbit(expected->GetDouble()));
+        }
+        break;
+      case 6:
+        if (choose(200) == 0)
+        {
+          collections[i]->Clear();
+          models[i].clear();
+          handedOut[i].clear();
+        }
+        break;
+      default: // make
+        handedOut[i].erase(name);
+        models[i][name] = vtkSmartPointer<zylProperty>::New();
+        models[i][name]->SetPropertyType(value == 0 ? zylProperty::Int : zylProperty::Double);
+        models[i][name]->SetNumberOfElements(1 + static_cast<unsigned int>(choose(6)));
+        collections[i]->MakeInt(name)->DeepCopy(models[i][name]);
+        break;
+    }
+    const auto anew = MakeAnew(models[i]);
+    ASSERT_EQ(collections[i]->GetPropertyNames(), anew->GetPropertyNames()) << step;
+    ASSERT_EQ(collections[i]->PrintPropertiesToString(), anew->PrintPropertiesToString()) << step;
+    ASSERT_EQ(collections[i]->GetHashValue(), anew->GetHashValue()) << step;
+    for (const auto& [key, property] : handedOut[i])
+    {
+      ASSERT_EQ(collections[i]->GetProperty(key), property) << step;
+    }
   }
-  std::vector<vtkSmartPointer<zylPropertyCollection>> collections;
-  collections.reserve(blocks * kinds);
-  const auto before = BytesInUse();
-  std::set<std::uint64_t> hashes;
-  for (int i = 0; i < blocks * kinds; ++i)
-  {
-    collections.push_back(vtkSmartPointer<zylPropertyCollection>::New());
-    collections.back()->DeepCopy(prototypes[i % kinds]);
-    hashes.insert(collections.back()->GetHashValue());
-  }
-  EXPECT_EQ(hashes.size(), 1u); // names do not enter
-  EXPECT_LT(static_cast<double>(BytesInUse() - before) / blocks, 40000);
 }
