@@ -39,21 +39,28 @@ unsigned int Compile(unsigned int program, unsigned int type, const char* source
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-zylViewBackdrop::zylViewBackdrop()
+unsigned int zylBuildProgram(const char* fragmentShader)
 {
-  this->Program = glCreateProgram();
-  const unsigned int vertex = Compile(this->Program, GL_VERTEX_SHADER, VertexShader);
-  const unsigned int fragment = Compile(this->Program, GL_FRAGMENT_SHADER, FragmentShader);
-  glLinkProgram(this->Program);
+  const unsigned int program = glCreateProgram();
+  const unsigned int vertex = Compile(program, GL_VERTEX_SHADER, VertexShader);
+  const unsigned int fragment = Compile(program, GL_FRAGMENT_SHADER, fragmentShader);
+  glLinkProgram(program);
   glDeleteShader(vertex);
   glDeleteShader(fragment);
-  glGenVertexArrays(1, &this->VertexArray);
   int linked = 0;
-  glGetProgramiv(this->Program, GL_LINK_STATUS, &linked);
+  glGetProgramiv(program, GL_LINK_STATUS, &linked);
   if (linked == 0)
   {
     throw zylViewError(zylViewFailed, "this OpenGL cannot compile the background's shaders");
   }
+  return program;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewBackdrop::zylViewBackdrop()
+  : Program(zylBuildProgram(FragmentShader))
+{
+  glGenVertexArrays(1, &this->VertexArray);
 }
 
 //--------------------------------------------------------------------------------------------------

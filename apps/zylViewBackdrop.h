@@ -6,6 +6,11 @@
 
 #include <array>
 
+/// A program that draws one triangle, without vertex data, over the whole viewport; the shader of
+/// its pixels is given and may take `in float height` from 0 at the bottom to 1. Throws
+/// zylViewError.
+unsigned int zylBuildProgram(const char* fragmentShader);
+
 class zylViewBackdrop
 {
 public:

@@ -236,11 +236,9 @@ zylViewArray zylViewBlocks::GetArray(
     {
       all = one;
     }
-    else if (one.Found && one.Range[0] <= one.Range[1])
+    else if (one.Found)
     {
-      const bool known = all.Range[0] <= all.Range[1];
-      all.Range[0] = known ? std::min(all.Range[0], one.Range[0]) : one.Range[0];
-      all.Range[1] = known ? std::max(all.Range[1], one.Range[1]) : one.Range[1];
+      zylExtend(all.Range, one.Range);
     }
   }
   return all;

@@ -3,6 +3,7 @@
 #ifndef zylViewBlocks_h
 #define zylViewBlocks_h
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -27,6 +28,17 @@ struct zylViewArray
   int Components = 0;
   std::array<double, 2> Range{ 1.0, -1.0 }; ///< over the blocks asked for; inverted when unknown
 };
+
+/// Let `range` hold the other one too; one whose minimum is above its maximum holds nothing.
+inline void zylExtend(std::array<double, 2>& range, const std::array<double, 2>& other)
+{
+  if (other[0] <= other[1])
+  {
+    const bool known = range[0] <= range[1];
+    range = { known ? std::min(range[0], other[0]) : other[0],
+      known ? std::max(range[1], other[1]) : other[1] };
+  }
+}
 
 class zylViewBlocks
 {

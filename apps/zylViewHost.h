@@ -4,6 +4,7 @@
 #define zylViewHost_h
 
 #include <memory>
+#include <string>
 
 class zylViewScene;
 struct zylViewOptions;
@@ -17,9 +18,9 @@ public:
   virtual int GetWidth() const = 0; ///< of the framebuffer, pixels
   virtual int GetHeight() const = 0;
   virtual int GetPixelRatio() const = 0; ///< pixels per pixel of a usual screen, each way
-  /// Called while the library works: shows the system that the program lives. False when the user
-  /// wants to leave.
-  virtual bool KeepAlive() { return true; }
+  /// Called while the library works, see zylViewProgress: shows user and system that the program
+  /// lives. False when the user wants to leave.
+  virtual bool KeepAlive(const std::string& /*work*/, double /*fraction*/) { return true; }
   /// Show `scene` until the user quits, or write the picture. Throws zylViewError.
   virtual void Run(zylViewScene& scene) = 0;
 };

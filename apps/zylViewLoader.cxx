@@ -100,7 +100,7 @@ zylViewLoader::zylViewLoader(zylViewOptions& options, zylViewMessages& messages,
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkSmartPointer<zylDataSet> zylViewLoader::Load()
+void zylViewLoader::Prepare()
 {
   if (!this->Options.Connect.empty())
   {
@@ -112,6 +112,11 @@ vtkSmartPointer<zylDataSet> zylViewLoader::Load()
     this->Options.Sample = true;
     this->Options.Demo |= this->Options.ShowsDemo();
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylDataSet> zylViewLoader::Load()
+{
   if (this->Options.Connect.empty())
   {
     std::for_each(this->Options.Files.begin(), this->Options.Files.end(), &CheckReadable);

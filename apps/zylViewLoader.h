@@ -21,7 +21,10 @@ public:
   zylViewLoader(zylViewOptions& options, zylViewMessages& messages, zylViewTimes& times,
     const zylViewProgress::Alive& alive);
 
-  /// Connect if asked to, and load. Needs no OpenGL. Throws zylViewError.
+  /// Connect if asked to, and name the built-in sample where there are no files. Throws
+  /// zylViewError.
+  void Prepare();
+  /// Load. Needs no OpenGL. Throws zylViewError.
   vtkSmartPointer<zylDataSet> Load();
 
 private:

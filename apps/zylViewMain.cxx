@@ -1,5 +1,4 @@
 // zylview: shows simulation results, and shows how an application hosts the library.
-#include "zylViewBlocks.h"
 #include "zylViewError.h"
 #include "zylViewHost.h"
 #include "zylViewMessages.h"
@@ -70,12 +69,14 @@ int Run(zylViewOptions& options)
   {
     host = options.Output.empty() ? zylNewWindowHost(options) : zylNewOffscreenHost(options);
   }
-  const auto alive = [&host] { return !host || host->KeepAlive(); };
+  const auto alive = [&host](const std::string& work, double fraction) {
+    return !host || host->KeepAlive(work, fraction);
+  };
   zylViewScene scene(options, messages, alive);
   scene.Load();
   if (options.List)
   {
-    zylPrintDataSet(scene.GetDataSet());
+    scene.PrintList();
     return zylViewDone;
   }
   const std::string empty = Show(scene, host.get(), messages);

@@ -37,6 +37,7 @@ struct zylViewOptions
   std::optional<std::array<double, 2>> Range;
   std::string ColorMap;          ///< empty: the library's default
   std::optional<bool> Legend;    ///< none: where colors want one
+  int LegendPlace = 2;           ///< as the library counts them; 2 is the lower right corner
   bool DirectColors = false;     ///< the array has red, green and blue; set when that is known
   bool Fit = false;              ///< fill the window; set for flat data
   std::optional<double> Opacity; ///< none: 1, and no surfaces where something is derived

@@ -42,6 +42,7 @@ zylViewProgress::zylViewProgress(const std::string& title, const Alive& alive)
   , Start(std::chrono::steady_clock::now())
   , Thread(&zylViewProgress::Beat, this)
 {
+  this->Ask();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -96,13 +97,19 @@ void zylViewProgress::OnProgress(vtkObject*, unsigned long, void*)
 {
   const char* text = this->Handler->GetLastProgressText();
   this->Set(this->Handler->GetLastProgress() / 100.0, text != nullptr ? text : "");
+  this->Ask();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewProgress::Ask()
+{
   const auto now = std::chrono::steady_clock::now();
   if (!this->StillWaiting || now - this->Asked < AskInterval)
   {
     return;
   }
   this->Asked = now;
-  if (!this->StillWaiting())
+  if (!this->StillWaiting(this->Title, this->Fraction)) // which this thread alone sets
   {
     std::lock_guard<std::mutex> lock(this->Mutex);
     this->Clear();

@@ -22,8 +22,9 @@ class vtkSMSession;
 class zylViewProgress
 {
 public:
-  /// Called now and then while ParaView works; returns whether the user still waits.
-  using Alive = std::function<bool()>;
+  /// Called at the start and now and then while ParaView works, with what it does and which part of
+  /// that is done (negative: unknown); returns whether the user still waits.
+  using Alive = std::function<bool(const std::string& work, double fraction)>;
 
   /// Shows progress of the work named `title` until destroyed. When `alive` says that nobody waits,
   /// the process ends: there is no way to stop a reader, and nothing that could be lost.
@@ -39,6 +40,7 @@ public:
   void Set(double fraction, const std::string& text);
 
 private:
+  void Ask();
   void OnProgress(vtkObject* caller, unsigned long event, void* data);
   void Beat();
   void Draw(double seconds);

@@ -160,6 +160,10 @@ void zylColorBy(zylPropertyCollection* properties, const std::string& variable,
 //--------------------------------------------------------------------------------------------------
 void zylShowLegend(zylPropertyCollection* properties, const zylViewOptions& options, bool magnitude)
 {
+  if (options.LegendPlace != zylViewOptions().LegendPlace)
+  {
+    properties->Set("ColorLegendLocation", options.LegendPlace);
+  }
   const bool high = properties->GetInt("ColorLegendLocation") > 3; // the library's upper places
   const double* ink = zylGetInk(options, high ? 0.8 : 0.2);
   properties->Set("ColorLegendVisibility", true);

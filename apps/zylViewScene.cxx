@@ -2,35 +2,26 @@
 
 #include "zylViewBlocks.h"
 #include "zylViewCamera.h"
-#include "zylViewDemo.h"
-#include "zylViewDerived.h"
+#include "zylViewCase.h"
 #include "zylViewError.h"
 #include "zylViewLegend.h"
 #include "zylViewLoader.h"
-#include "zylViewLook.h"
 #include "zylViewMessages.h"
 #include "zylViewNumbers.h"
 #include "zylViewOptions.h"
 #include "zylViewProgress.h"
-#include "zylViewSettings.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
-#include <zylBoundaryRepresentation.h>
 #include <zylCore.h>
-#include <zylDataSet.h>
-#include <zylDerivedSurfaceRepresentation.h>
-#include <zylPropertyCollection.h>
 #include <zylTimeController.h>
 #include <zylView.h>
 
-#include <vtkCollection.h>
 #include <vtkPVRenderView.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
-#include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkTextActor.h>
 #include <vtkTextProperty.h>
@@ -45,6 +36,7 @@ constexpr const char* HelpText = "left drag        turn\n"
                                  "t                free turning, upright turning\n"
                                  "right, left      next, previous time step\n"
                                  "space            play, pause\n"
+                                 "v                color range of this step (Shift: of all)\n"
                                  "h                this help\n"
                                  "q, Escape        quit";
 
@@ -78,17 +70,27 @@ zylViewScene::zylViewScene(
 //--------------------------------------------------------------------------------------------------
 zylViewScene::~zylViewScene()
 {
-  if (this->View)
+  for (const auto& one : this->Cases)
   {
-    this->Derived->RemoveFrom(this->View);
-    this->View->RemoveRepresentation(this->Representation);
+    if (this->View)
+    {
+      one->RemoveFrom(this->View);
+    }
   }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::Load()
 {
-  this->DataSet = zylViewLoader(this->Options, this->Messages, this->Times, this->Alive).Load();
+  zylViewLoader loader(this->Options, this->Messages, this->Times, this->Alive);
+  loader.Prepare();
+  for (const auto& files : zylGroupFiles(this->Options))
+  {
+    zylViewOptions options = this->Options;
+    options.Files = files;
+    auto dataset = zylViewLoader(options, this->Messages, this->Times, this->Alive).Load();
+    this->Cases.push_back(std::make_unique<zylViewCase>(options, dataset));
+  }
   zylViewProgress progress("loading the time step", this->Alive);
   progress.Observe(zylCore::GetInstance()->GetSession());
   this->GoToTime();
@@ -97,47 +99,59 @@ void zylViewScene::Load()
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::GoToTime()
 {
-  if (this->Options.Time)
+  const auto time = this->Cases.front()->GetOptions().Time;
+  if (time)
   {
     const auto steps = zylTimeController::GetInstance()->GetTimestepValues();
-    zylTimeController::GetInstance()->GoToTime(Nearest(steps, *this->Options.Time));
+    zylTimeController::GetInstance()->GoToTime(Nearest(steps, *time));
   }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::Derive()
 {
-  for (const auto& [name, expression] : this->Options.Definitions)
+  for (const auto& one : this->Cases)
   {
-    this->DataSet->DefineDerivedPointVariable(name, expression);
+    one->Define();
+    one->ReadBlocks();
   }
   if (this->Messages.GetNumberOfErrors() > 0)
   {
     throw zylViewError(zylViewFailed, "--define is refused"); // with the library's reason
   }
-  this->Blocks = std::make_unique<zylViewBlocks>(this->DataSet);
-  if (this->Options.Demo)
+  zylShareOptions(this->Cases);
+  for (const auto& one : this->Cases)
   {
-    zylFillDemoOptions(*this->Blocks, this->DataSet, this->Options);
-    this->GoToTime(); // the demonstration has a time of its own
-    this->Blocks = std::make_unique<zylViewBlocks>(this->DataSet);
+    one->ChooseLook();
   }
-  else if (!this->Options.Plain)
+  this->GoToTime(); // the demonstration has a time of its own
+  zylPlaceLegends(this->Cases);
+  for (const auto& one : this->Cases)
   {
-    zylFillLook(*this->Blocks, this->DataSet, this->Options);
+    one->ReadBlocks();
+    one->Derive();
   }
-  this->Derived =
-    std::make_unique<zylViewDerivedSurfaces>(this->Options, *this->Blocks, this->DataSet);
-  this->Derived->Make();
   this->Messages.Clear(); // choosing blocks asks for what not every kind of data can tell
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::PrintList()
+{
+  for (const auto& one : this->Cases)
+  {
+    zylPrintDataSet(one->GetDataSet());
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::PrintNumbers()
 {
-  if (this->Options.Measures())
+  for (const auto& one : this->Cases)
   {
-    zylPrintNumbers(this->Options, *this->Blocks, this->DataSet, *this->Derived);
+    if (one->GetOptions().Measures())
+    {
+      zylPrintNumbers(one->GetOptions(), one->GetBlocks(), one->GetDataSet(), one->GetDerived());
+    }
   }
 }
 
@@ -148,25 +162,21 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   progress.Observe(zylCore::GetInstance()->GetSession());
   zylViewTimes::Watch watch(this->Times, "update");
   this->View = vtkSmartPointer<zylView>::New();
-  this->Camera = std::make_unique<zylViewCamera>(this->Options, this->View);
+  this->Camera = std::make_unique<zylViewCamera>(this->Cases.front()->GetOptions(), this->View);
   this->Width = width;
   this->Height = height;
   this->PixelRatio = pixelRatio;
   this->View->SetWindowSize(width, height);
   this->View->GetProxy()->GetRenderWindow()->SetDPI(72 * pixelRatio); // the size of text
-
-  this->Representation = vtkSmartPointer<zylBoundaryRepresentation>::New();
-  this->Representation->SetDataSet(this->DataSet);
-  zylViewSettings settings(this->Options, *this->Blocks, this->Representation);
-  settings.Apply();
-  this->View->AddRepresentation(this->Representation); // updates it
-  if (settings.ApplyDerivedRange())
+  for (const auto& one : this->Cases)
   {
-    this->Representation->Update();
+    one->AddTo(this->View);
   }
-  this->Derived->AddTo(this->View);
+  if (this->Cases.size() > 1 && zylSetColorRanges(this->Cases, zylViewRange::Grow))
+  {
+    this->Update();
+  }
   this->View->Update();
-  this->UpdateBounds();
   this->Format();
   this->OpenCamera();
 }
@@ -175,69 +185,40 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
 std::string zylViewScene::GetEmptyReason() const
 {
   const double* b = this->Camera->GetBounds();
-  if (b[0] <= b[1] || (!this->Representation->IsVisible() && this->Options.Derived.empty()))
+  std::string reason;
+  for (const auto& one : this->Cases)
   {
-    return ""; // there is something, or the user wants nothing
+    reason = reason.empty() && b[0] > b[1] ? one->GetEmptyReason() : reason;
   }
-  const auto& errors = this->DataSet->GetReadErrors();
-  if (this->DataSet->GetNumberOfPoints() == 0)
-  {
-    const std::string reason = errors.empty() ? "the data have no points" : errors.front();
-    const auto colon = reason.find("drawn: "); // "Nothing can be drawn: ..."
-    return zylOneLine(colon == std::string::npos ? reason : reason.substr(colon + 7));
-  }
-  return !this->Options.Derived.empty() ? "what is derived is empty"
-    : !this->Options.Clips.empty()      ? "the clips cut everything away"
-                                        : "the blocks hold nothing that has a surface";
+  return reason;
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewScene::UpdateBounds()
+void zylViewScene::Update()
 {
+  for (const auto& one : this->Cases)
+  {
+    one->Update();
+  }
+  this->Format();
+  this->Camera->Changed();
+}
+
+//--------------------------------------------------------------------------------------------------
+// What the library leaves to its host.
+void zylViewScene::Format()
+{
+  for (const auto& one : this->Cases)
+  {
+    one->VisitLegends([this](zylRepresentation* representation, zylPropertyCollection* settings) {
+      zylFitLegends(
+        this->View, representation, settings, this->Width, this->Height, this->PixelRatio);
+    });
+    one->ApplyDirectColors();
+  }
   double bounds[6];
   this->View->GetBounds(bounds);
   this->Camera->SetBounds(bounds);
-}
-
-//--------------------------------------------------------------------------------------------------
-// What the library leaves to its host: the sizes of legends, and colors that are in the data.
-void zylViewScene::Format()
-{
-  const auto legends = [this](zylRepresentation* representation, zylPropertyCollection* settings) {
-    zylFitLegends(
-      this->View, representation, settings, this->Width, this->Height, this->PixelRatio);
-  };
-  legends(this->Representation, this->FindLegend());
-  for (const auto& entry : this->Derived->GetEntries())
-  {
-    legends(entry.Representation, entry.Representation->GetSurfaceProperties());
-  }
-  if (this->Options.DirectColors)
-  {
-    const auto proxies = this->Representation->GetPVRepresentations();
-    for (int i = 0; i < proxies->GetNumberOfItems(); ++i)
-    {
-      auto proxy = vtkSMProxy::SafeDownCast(proxies->GetItemAsObject(i));
-      vtkSMPropertyHelper(proxy, "MapScalars").Set(0);
-      proxy->UpdateVTKObjects();
-    }
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-// The settings of the blocks that have the legend, or null.
-zylPropertyCollection* zylViewScene::FindLegend() const
-{
-  for (const unsigned int block : this->Blocks->GetLeaves())
-  {
-    zylPropertyCollection* surface =
-      this->Representation->GetSurfaceProperties(static_cast<int>(block));
-    if (surface->GetBool("ColorLegendVisibility"))
-    {
-      return surface;
-    }
-  }
-  return nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -284,11 +265,43 @@ void zylViewScene::Step(int direction)
   {
     now <= steps.front() ? time->GoToLastTimeStep() : time->GoToPreviousTimeStep();
   }
-  this->Representation->Update();
-  this->Derived->Update();
-  this->Format();
-  this->UpdateBounds();
-  this->Camera->Changed();
+  this->ShowTime();
+}
+
+//--------------------------------------------------------------------------------------------------
+// What is shown of the time that the datasets are at, in colors that have it in their range.
+void zylViewScene::ShowTime()
+{
+  for (const auto& one : this->Cases)
+  {
+    one->ReadBlocks();
+    one->Update(); // the values of expressions are known only then
+  }
+  zylSetColorRanges(this->Cases, zylViewRange::Grow);
+  this->Update();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::RescaleColors(bool allSteps)
+{
+  zylViewProgress progress("looking at all time steps", this->Alive);
+  zylSetColorRanges(this->Cases, zylViewRange::Step);
+  zylTimeController* time = zylTimeController::GetInstance();
+  const double shown = time->GetActiveTime();
+  const auto steps = allSteps ? time->GetTimestepValues() : std::vector<double>();
+  for (std::size_t i = 0; i < steps.size(); ++i)
+  {
+    progress.Set(double(i) / steps.size(), "");
+    time->GoToTime(steps[i]);
+    for (const auto& one : this->Cases)
+    {
+      one->ReadBlocks();
+      one->Update();
+    }
+    zylSetColorRanges(this->Cases, zylViewRange::Join);
+  }
+  time->GoToTime(shown);
+  this->Update();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -330,10 +343,4 @@ void zylViewScene::SetHelpVisible(bool visible)
 bool zylViewScene::GetHelpVisible() const
 {
   return this->Help && this->Help->GetVisibility() != 0;
-}
-
-//--------------------------------------------------------------------------------------------------
-zylDataSet* zylViewScene::GetDataSet()
-{
-  return this->DataSet;
 }

@@ -1,10 +1,10 @@
 /// @file zylViewScene.h
-/// The part of the viewer that talks to the library: a session, one dataset, one view with a
-/// boundary representation and those that are derived. Knows nothing of windows; the host calls it
-/// with its context current.
+/// The part of the viewer that talks to the library: a session, the datasets, one view that shows
+/// them. Knows nothing of windows; the host calls it with its context current.
 #ifndef zylViewScene_h
 #define zylViewScene_h
 
+#include "zylViewCases.h"
 #include "zylViewProgress.h"
 #include "zylViewTimes.h"
 
@@ -14,13 +14,8 @@
 #include <vtkSmartPointer.h>
 
 class vtkTextActor;
-class zylBoundaryRepresentation;
-class zylDataSet;
-class zylPropertyCollection;
 class zylView;
-class zylViewBlocks;
 class zylViewCamera;
-class zylViewDerivedSurfaces;
 class zylViewMessages;
 struct zylViewOptions;
 
@@ -38,11 +33,15 @@ public:
   /// Throws zylViewError.
   void Load();
 
-  /// Set up what is derived. Needs no OpenGL. Throws zylViewError.
+  /// Decide what is shown, and set up what is derived. Needs no OpenGL. Throws zylViewError.
   void Derive();
 
-  /// Print integrals, histograms and probes that are asked for. Needs no view. Throws zylViewError.
+  ///@{
+  /// Print blocks and arrays; integrals, histograms and probes that are asked for. Needs no view.
+  /// Throws zylViewError.
+  void PrintList();
   void PrintNumbers();
+  ///@}
 
   /// Make the view and what it shows; its size in pixels, and how many pixels make up one of a
   /// usual screen. The host's context must be current; it still is afterwards. Throws zylViewError.
@@ -58,12 +57,12 @@ public:
   /// Move by one time step (+1, -1); from the last to the first and back. Does nothing without
   /// steps.
   void Step(int direction);
+  /// Color by the range of the values of the time step shown, or of all of them.
+  void RescaleColors(bool allSteps);
   std::string GetTimeLabel() const; ///< "step 3 of 8, time 0.125"; empty without time steps
 
   void SetHelpVisible(bool visible);
   bool GetHelpVisible() const;
-
-  zylDataSet* GetDataSet(); ///< null before Load()
 
   /// Why nothing is seen although something should be; empty when something is.
   std::string GetEmptyReason() const;
@@ -72,17 +71,14 @@ public:
 
 private:
   void GoToTime();
-  void UpdateBounds();
+  void ShowTime();
+  void Update(); ///< after a change of settings or time
   void Format();
-  zylPropertyCollection* FindLegend() const;
 
   zylViewOptions& Options;
   zylViewMessages& Messages;
-  vtkSmartPointer<zylDataSet> DataSet;
+  zylViewCaseList Cases;
   vtkSmartPointer<zylView> View;
-  vtkSmartPointer<zylBoundaryRepresentation> Representation;
-  std::unique_ptr<zylViewBlocks> Blocks;
-  std::unique_ptr<zylViewDerivedSurfaces> Derived;
   vtkSmartPointer<vtkTextActor> Help;
   std::unique_ptr<zylViewCamera> Camera;
   int Width = 0, Height = 0, PixelRatio = 1;

@@ -239,13 +239,7 @@ bool zylViewSettings::ApplyDerivedRange()
   {
     const auto array =
       this->Representation->GetSurfaceColorVariableInformation(static_cast<int>(block));
-    const auto own = zylGetRange(array, variable);
-    const bool known = range[0] <= range[1];
-    if (own[0] <= own[1])
-    {
-      range = { known ? std::min(range[0], own[0]) : own[0],
-        known ? std::max(range[1], own[1]) : own[1] };
-    }
+    zylExtend(range, zylGetRange(array, variable));
   }
   if (range[0] > range[1])
   {

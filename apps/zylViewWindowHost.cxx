@@ -3,11 +3,13 @@
 #include "zylViewError.h"
 #include "zylViewHost.h"
 #include "zylViewInteraction.h"
+#include "zylViewLoading.h"
 #include "zylViewOptions.h"
 #include "zylViewScene.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -28,7 +30,7 @@ public:
   int GetWidth() const override { return this->Width; }
   int GetHeight() const override { return this->Height; }
   int GetPixelRatio() const override;
-  bool KeepAlive() override;
+  bool KeepAlive(const std::string& work, double fraction) override;
   void Run(zylViewScene& scene) override;
 
 private:
@@ -45,12 +47,13 @@ private:
   GLFWwindow* Window = nullptr;
   int Width = 0;
   int Height = 0;
+  std::unique_ptr<zylViewLoading> Loading; // until there is a scene
   zylViewScene* Scene = nullptr;
   zylViewBackdrop* Backdrop = nullptr;
   zylViewInteraction* Interaction = nullptr;
   bool Dirty = true; // something to draw
   bool Playing = false;
-  bool Busy = false; // the library works: it must not be called again
+  bool Busy = true; // the library works: it must not be called again
 };
 
 WindowHost* HostOf(GLFWwindow* window)
@@ -83,6 +86,7 @@ WindowHost::WindowHost(const zylViewOptions& options)
   glfwSetWindowUserPointer(this->Window, this);
   glfwGetFramebufferSize(this->Window, &this->Width, &this->Height);
   this->MakeCurrent();
+  this->Observe();
   glfwSwapInterval(1);
   glfwPollEvents(); // the window is there while the files are read
 }
@@ -90,6 +94,7 @@ WindowHost::WindowHost(const zylViewOptions& options)
 //--------------------------------------------------------------------------------------------------
 WindowHost::~WindowHost()
 {
+  this->Loading.reset(); // while its context is there
   glfwDestroyWindow(this->Window);
   glfwTerminate();
 }
@@ -104,11 +109,30 @@ int WindowHost::GetPixelRatio() const
 
 //--------------------------------------------------------------------------------------------------
 // What the user does meanwhile is forgotten, but for closing the window.
-bool WindowHost::KeepAlive()
+bool WindowHost::KeepAlive(const std::string& work, double fraction)
 {
+  const bool before = this->Busy;
   this->Busy = true;
   glfwPollEvents();
-  this->Busy = false;
+  this->Busy = before;
+  if (this->Scene == nullptr)
+  {
+    glfwGetFramebufferSize(this->Window, &this->Width, &this->Height);
+    this->MakeCurrent();
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    if (!this->Loading)
+    {
+      this->Loading = std::make_unique<zylViewLoading>(this->Options);
+    }
+    this->Loading->Paint(this->Width, this->Height, this->GetPixelRatio(), work, fraction);
+    glfwSwapBuffers(this->Window);
+  }
+  else if (fraction >= 0.0)
+  {
+    char part[16];
+    std::snprintf(part, sizeof part, " %.0f %%", 100.0 * fraction);
+    glfwSetWindowTitle(this->Window, ("zylview - " + work + part).c_str());
+  }
   return glfwWindowShouldClose(this->Window) == GLFW_FALSE;
 }
 
@@ -151,11 +175,12 @@ void WindowHost::Run(zylViewScene& scene)
 {
   zylViewBackdrop backdrop;
   zylViewInteraction interaction(scene.GetCamera());
+  this->Loading.reset();
   this->Scene = &scene;
   this->Backdrop = &backdrop;
   this->Interaction = &interaction;
   this->ApplySize();
-  this->Observe();
+  this->Busy = false;
   this->UpdateTitle();
   double lastStep = glfwGetTime();
   int frames = 0;
@@ -238,6 +263,10 @@ void WindowHost::OnKey(int key, int modifiers)
       this->Scene->Step(key == GLFW_KEY_RIGHT ? 1 : -1);
       this->UpdateTitle();
       break;
+    case GLFW_KEY_V:
+      this->Scene->RescaleColors((modifiers & GLFW_MOD_SHIFT) != 0);
+      this->UpdateTitle();
+      break;
     case GLFW_KEY_SPACE:
       this->Playing = !this->Playing;
       break;
@@ -249,6 +278,10 @@ void WindowHost::OnKey(int key, int modifiers)
 //--------------------------------------------------------------------------------------------------
 void WindowHost::OnButton(int button, int action, int modifiers)
 {
+  if (this->Interaction == nullptr)
+  {
+    return; // nothing to turn yet
+  }
   if (action == GLFW_RELEASE || this->Busy)
   {
     this->Interaction->Release();

@@ -142,6 +142,36 @@ TEST(zylViewApp, SaysOnceThatAPartIsMissing)
 }
 
 //--------------------------------------------------------------------------------------------------
+// Files of different kinds are datasets side by side: each takes what it has of the user's wishes.
+TEST(zylViewApp, ShowsFilesOfDifferentKindsTogether)
+{
+  const std::string cube =
+    zylTestData::Write(zylTestData::MakeCube(5, 0, 0), Folder() + "/beside.vtu");
+  const std::string row = zylTestData::Write(zylTestData::MakeRow(1), Folder() + "/beside.vtm");
+  std::ofstream(Folder() + "/beside.vtk") << "# vtk DataFile Version 3.0\nother\nASCII\n"
+                                             "DATASET POLYDATA\nPOINTS 3 float\n"
+                                             "2 0 0  4 0 0  3 1 1\nPOLYGONS 1 4\n3 0 1 2\n"
+                                             "POINT_DATA 3\nSCALARS other float\n"
+                                             "LOOKUP_TABLE default\n1 2 3\n";
+  const std::string both = cube + " " + row;
+  const Outcome list = View("--list", both);
+  EXPECT_NE(list.Text.find("file " + cube), std::string::npos) << list.Text;
+  EXPECT_NE(list.Text.find("file " + row), std::string::npos) << list.Text;
+  const std::string look = "--view 3 --no-legend --array pressure ";
+  // Two cubes with a gap of four: one range of colors for both, so that the left one is all cold.
+  const Picture together = Draw(look, both);
+  const auto redAt = [&together](double x) {
+    return together.Pixels[3 * (80 * together.Width + static_cast<int>(x * together.Width))];
+  };
+  EXPECT_GT(redAt(0.8), redAt(0.2) + 60);
+  // The third one has another array, and a legend of its own at the other side.
+  const std::string three = both + " " + Folder() + "/beside.vtk";
+  EXPECT_GT(Difference(Draw("--view 3", three), Draw("--view 3 --no-legend", three)), 0.01);
+  EXPECT_GT(
+    Difference(Draw("--view 3", three), Draw("--view 3 --plain --array other", three)), 0.01);
+}
+
+//--------------------------------------------------------------------------------------------------
 TEST(zylViewApp, ListsColorMapsAndFileTypes)
 {
   const Outcome maps = View("--list-colormaps", "");
@@ -309,7 +339,8 @@ INSTANTIATE_TEST_SUITE_P(All, zylViewAppFailure,
     Failure{ "EmptyFile", "--list @empty.vtu", 3, "empty" },
     Failure{ "GarbageFile", "--list @garbage.vtu", 3, "its content is not what" },
     Failure{ "UnknownKind", "--list @garbage.nope", 3, "no reader for this kind" },
-    Failure{ "DifferentKinds", "--list @good.vtu @good.vtm", 3, "different kinds" },
+    Failure{ "ArrayInNoneOfTheFiles", "--output @out.png --array nope @good.vtu @good.vtm", 4,
+      "no array 'nope'" },
     Failure{ "RefusedByALibrary", "--list @garbage.ex2", 3, "garbage.ex2': " },
     Failure{ "BytesInTheReason", "--list @garbage.dat", 3, "record type ??" },
     Failure{ "UnknownArray", "--output @out.png --array Presure", 4, "nearest: Pressure" },

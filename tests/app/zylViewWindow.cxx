@@ -16,6 +16,7 @@ using namespace zylViewRun;
 
 namespace {
 constexpr int Patience = 600; // tenths of a second
+constexpr int Still = 15;     // of them: what has not changed for so long is what there is to see
 
 std::string FirstLine(const std::string& text)
 {
@@ -30,20 +31,22 @@ bool zylViewWindow::IsPossible()
 }
 
 //--------------------------------------------------------------------------------------------------
-zylViewWindow::zylViewWindow(const std::string& arguments)
+zylViewWindow::zylViewWindow(const std::string& arguments, const std::string& title)
   : Program([this, arguments] {
     this->Result = Execute(std::string(ZYL_VIEW) + " --size 600x400 " + arguments);
   })
 {
   for (int i = 0; i < Patience && this->Id.empty(); ++i)
   {
-    std::this_thread::sleep_for(100ms);
-    const Outcome found = Execute("xdotool search --name '^zylview -.*h: help'");
+    std::this_thread::sleep_for(50ms);
+    const Outcome found = Execute("xdotool search --name '" + title + "'");
     this->Id = found.ExitCode == 0 ? FirstLine(found.Text) : "";
   }
   EXPECT_FALSE(this->Id.empty()) << "no window";
-  this->Do("windowfocus");
-  this->Look();
+  for (int i = 0; i < Patience && this->Grab().Colors < 2; ++i)
+  {
+    std::this_thread::sleep_for(50ms);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -83,7 +86,7 @@ Picture zylViewWindow::Look() const
 {
   Picture picture = this->Grab();
   int same = 0;
-  for (int i = 0; i < Patience && same < 5; ++i)
+  for (int i = 0; i < Patience && same < Still; ++i)
   {
     std::this_thread::sleep_for(100ms);
     Picture next = this->Grab();
@@ -98,6 +101,7 @@ Picture zylViewWindow::Grab() const
 {
   Picture picture;
   Display* display = XOpenDisplay(nullptr);
+  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; }); // no window, or none on the screen
   const Window window = std::strtoul(this->Id.c_str(), nullptr, 10);
   XWindowAttributes attributes;
   XImage* image = XGetWindowAttributes(display, window, &attributes) == 0

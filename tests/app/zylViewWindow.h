@@ -11,8 +11,10 @@
 class zylViewWindow
 {
 public:
-  /// Start zylview in a window of 600 x 400 on the display; it is there and has drawn afterwards.
-  explicit zylViewWindow(const std::string& arguments);
+  /// Start zylview in a window of 600 x 400 on the display; it is there, of that title (a regular
+  /// expression), and has drawn afterwards.
+  explicit zylViewWindow(
+    const std::string& arguments, const std::string& title = "^zylview -.*h: help");
   ~zylViewWindow(); ///< quits it
 
   /// Whether there is a display to open it on, and xdotool.
@@ -21,15 +23,15 @@ public:
   /// Commands of xdotool in the window: "key 0", "mousemove 300 200 mousedown 1 ...".
   void Do(const std::string& commands);
   std::string GetTitle() const;
-  /// What is seen once that no longer changes.
+  ///@{
+  /// What is seen now, and once that no longer changes.
+  zylViewRun::Picture Grab() const;
   zylViewRun::Picture Look() const;
+  ///@}
   /// Quit with the key and wait. The outcome of the program.
   const zylViewRun::Outcome& Quit();
 
 private:
-  zylViewRun::Picture Grab() const;
-  bool WaitForTitle() const;
-
   zylViewRun::Outcome Result;
   std::thread Program;
   std::string Id; ///< of the window, as xdotool names it

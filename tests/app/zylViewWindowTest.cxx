@@ -55,3 +55,48 @@ TEST_F(zylViewWindowTest, ShowsTheDemonstrationWithoutFiles)
   const Picture plain = zylViewWindow("--plain").Look();
   EXPECT_GT(Difference(demo, plain), 0.2);
 }
+
+//--------------------------------------------------------------------------------------------------
+// "pressure" of each step lies above that of the one before.
+TEST_F(zylViewWindowTest, ColorsFollowTheTimeStepsSeen)
+{
+  const double times[] = { 0.0, 10.0, 20.0 };
+  const std::string series = zylTestData::WriteSeries(zylTestData::MakeFolder(), times, 3);
+  zylViewWindow window("--no-legend " + series);
+  const Picture first = window.Look();
+  window.Do("key Right");
+  const Picture grown = window.Look();
+  EXPECT_GT(Difference(first, grown), 0.1); // all of it is hot compared with the first
+  window.Do("key v");
+  EXPECT_LT(Difference(first, window.Look()), 0.001); // as varied as the first step was
+  window.Do("key Right key Left");
+  const Picture upper = window.Look();
+  EXPECT_GT(Difference(first, upper), 0.1); // from the second to the third
+  EXPECT_GT(Difference(grown, upper), 0.1);
+  window.Do("key shift+v");
+  const Picture all = window.Look();
+  for (const Picture* other : { &first, &grown, &upper })
+  {
+    EXPECT_GT(Difference(*other, all), 0.1);
+  }
+  window.Do("key Right key Left key Left key Right");
+  EXPECT_LT(Difference(all, window.Look()), 0.001); // nothing is left to grow
+  EXPECT_EQ(window.Quit().Text, "");
+  // Who gives a range keeps it.
+  zylViewWindow fixed("--no-legend --range 0,2 " + series);
+  EXPECT_LT(Difference(first, fixed.Look()), 0.001);
+  fixed.Do("key Right key Left");
+  EXPECT_LT(Difference(first, fixed.Look()), 0.001);
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylViewWindowTest, ShowsProgressAndObeysWhileItLoads)
+{
+  const std::string file =
+    zylTestData::Write(zylTestData::MakeRow(1500, 1), zylTestData::MakeFolder() + "/many.vtm");
+  zylViewWindow window("--stats " + file, "^zylview - loading$");
+  EXPECT_GT(window.Grab().Colors, 1000u); // the ground, a text and a bar
+  const Outcome& outcome = window.Quit();
+  EXPECT_EQ(outcome.ExitCode, 0);
+  EXPECT_EQ(outcome.Text, ""); // not even the time of the load
+}

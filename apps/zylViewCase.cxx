@@ -1,0 +1,238 @@
+#include "zylViewCase.h"
+
+#include "zylViewBlocks.h"
+#include "zylViewDemo.h"
+#include "zylViewDerived.h"
+#include "zylViewLook.h"
+#include "zylViewMessages.h"
+#include "zylViewProperties.h"
+#include "zylViewSettings.h"
+
+#include <algorithm>
+
+#include <zylArrayInformation.h>
+#include <zylBoundaryRepresentation.h>
+#include <zylDataSet.h>
+#include <zylDerivedSurfaceRepresentation.h>
+#include <zylPropertyCollection.h>
+#include <zylView.h>
+
+#include <vtkCollection.h>
+#include <vtkSMPropertyHelper.h>
+#include <vtkSMProxy.h>
+
+//--------------------------------------------------------------------------------------------------
+zylViewCase::zylViewCase(zylViewOptions options, vtkSmartPointer<zylDataSet> dataset)
+  : Options(std::move(options))
+  , DataSet(std::move(dataset))
+{
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewCase::~zylViewCase() = default;
+
+//--------------------------------------------------------------------------------------------------
+zylDataSet* zylViewCase::GetDataSet()
+{
+  return this->DataSet;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylBoundaryRepresentation* zylViewCase::GetBoundary()
+{
+  return this->Boundary;
+}
+
+//--------------------------------------------------------------------------------------------------
+zylViewDerivedSurfaces& zylViewCase::GetDerived()
+{
+  return *this->Derived;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::Define()
+{
+  for (const auto& [name, expression] : this->Options.Definitions)
+  {
+    this->DataSet->DefineDerivedPointVariable(name, expression);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::ReadBlocks()
+{
+  if (this->Blocks)
+  {
+    *this->Blocks = zylViewBlocks(this->DataSet); // others hold on to it
+    return;
+  }
+  this->Blocks = std::make_unique<zylViewBlocks>(this->DataSet);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::ChooseLook()
+{
+  if (this->Options.Demo)
+  {
+    zylFillDemoOptions(*this->Blocks, this->DataSet, this->Options);
+  }
+  else if (!this->Options.Plain)
+  {
+    zylFillLook(*this->Blocks, this->DataSet, this->Options);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::Derive()
+{
+  this->Derived =
+    std::make_unique<zylViewDerivedSurfaces>(this->Options, *this->Blocks, this->DataSet);
+  this->Derived->Make();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::AddTo(zylView* view)
+{
+  this->Boundary = vtkSmartPointer<zylBoundaryRepresentation>::New();
+  this->Boundary->SetDataSet(this->DataSet);
+  zylViewSettings settings(this->Options, *this->Blocks, this->Boundary);
+  settings.Apply();
+  view->AddRepresentation(this->Boundary); // updates it
+  if (settings.ApplyDerivedRange())
+  {
+    this->Boundary->Update();
+  }
+  this->Derived->AddTo(view);
+  if (!this->GetVariable().empty())
+  {
+    this->ColorRange = this->Options.Range.value_or(zylUsableRange(this->GetVariableRange()));
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::RemoveFrom(zylView* view)
+{
+  this->Derived->RemoveFrom(view);
+  view->RemoveRepresentation(this->Boundary);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::Update()
+{
+  this->Boundary->Update();
+  this->Derived->Update();
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewCase::GetEmptyReason() const
+{
+  if (!this->Boundary->IsVisible() && this->Options.Derived.empty())
+  {
+    return ""; // the user wants nothing
+  }
+  const auto& errors = this->DataSet->GetReadErrors();
+  if (this->DataSet->GetNumberOfPoints() == 0)
+  {
+    const std::string reason = errors.empty() ? "the data have no points" : errors.front();
+    const auto colon = reason.find("drawn: "); // "Nothing can be drawn: ..."
+    return zylOneLine(colon == std::string::npos ? reason : reason.substr(colon + 7));
+  }
+  return !this->Options.Derived.empty() ? "what is derived is empty"
+    : !this->Options.Clips.empty()      ? "the clips cut everything away"
+                                        : "the blocks hold nothing that has a surface";
+}
+
+//--------------------------------------------------------------------------------------------------
+std::array<double, 2> zylViewCase::GetVariableRange() const
+{
+  std::array<double, 2> range{ 1.0, -1.0 };
+  if (this->Blocks->IsDerived(this->GetVariable()))
+  {
+    for (const unsigned int block : this->Blocks->GetLeaves())
+    {
+      const auto information =
+        this->Boundary->GetSurfaceColorVariableInformation(static_cast<int>(block));
+      zylExtend(range, zylGetRange(information, this->GetVariable()));
+    }
+    for (const auto& entry : this->Derived->GetEntries())
+    {
+      zylExtend(range,
+        zylGetRange(
+          entry.Representation->GetSurfaceColorVariableInformation(), this->GetVariable()));
+    }
+    return range;
+  }
+  for (const unsigned int block : this->Blocks->GetLeaves())
+  {
+    // What is derived may come from any block.
+    if (!this->Options.Derived.empty() ||
+      this->Boundary->GetSurfaceProperties(static_cast<int>(block))->GetBool("Visibility"))
+    {
+      zylExtend(range, this->Blocks->GetArray(this->GetVariable(), block).Range);
+    }
+  }
+  return range;
+}
+
+//--------------------------------------------------------------------------------------------------
+// The displays that are colored as the scene is; those with a variable or range of their own keep
+// it.
+std::vector<zylPropertyCollection*> zylViewCase::GetColored() const
+{
+  std::vector<zylPropertyCollection*> all;
+  for (const unsigned int block : this->Blocks->GetLeaves())
+  {
+    all.push_back(this->Boundary->GetSurfaceProperties(static_cast<int>(block)));
+  }
+  for (const auto& entry : this->Derived->GetEntries())
+  {
+    all.push_back(entry.Representation->GetSurfaceProperties());
+  }
+  const auto other = [this](zylPropertyCollection* display) {
+    return display->GetInt("ColorMode") != 1 ||
+      display->GetString("ColorVariableName") != this->GetVariable() ||
+      display->GetDouble("ColorMapRange", 0) != this->ColorRange[0] ||
+      display->GetDouble("ColorMapRange", 1) != this->ColorRange[1];
+  };
+  all.erase(std::remove_if(all.begin(), all.end(), other), all.end());
+  return all;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::SetColorRange(const std::array<double, 2>& range)
+{
+  for (zylPropertyCollection* display : this->GetColored())
+  {
+    display->Set("ColorMapRange", range.data(), 2);
+  }
+  this->ColorRange = range;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::VisitLegends(
+  const std::function<void(zylRepresentation*, zylPropertyCollection*)>& visit) const
+{
+  zylPropertyCollection* shown = nullptr;
+  for (const unsigned int block : this->Blocks->GetLeaves())
+  {
+    zylPropertyCollection* surface = this->Boundary->GetSurfaceProperties(static_cast<int>(block));
+    shown = shown == nullptr && surface->GetBool("ColorLegendVisibility") ? surface : shown;
+  }
+  visit(this->Boundary, shown);
+  for (const auto& entry : this->Derived->GetEntries())
+  {
+    visit(entry.Representation, entry.Representation->GetSurfaceProperties());
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::ApplyDirectColors() const
+{
+  const auto proxies = this->Boundary->GetPVRepresentations();
+  for (int i = 0; i < proxies->GetNumberOfItems() && this->Options.DirectColors; ++i)
+  {
+    auto proxy = vtkSMProxy::SafeDownCast(proxies->GetItemAsObject(i));
+    vtkSMPropertyHelper(proxy, "MapScalars").Set(0);
+    proxy->UpdateVTKObjects();
+  }
+}

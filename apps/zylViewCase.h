@@ -1,0 +1,89 @@
+/// @file zylViewCase.h
+/// One dataset of the scene and all that is shown of it: its blocks and what is derived from them.
+#ifndef zylViewCase_h
+#define zylViewCase_h
+
+#include "zylViewOptions.h"
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <vtkSmartPointer.h>
+
+class zylBoundaryRepresentation;
+class zylDataSet;
+class zylPropertyCollection;
+class zylRepresentation;
+class zylView;
+class zylViewBlocks;
+class zylViewDerivedSurfaces;
+
+class zylViewCase
+{
+public:
+  /// `dataset` is shared; `options` are what the command line wants of this dataset.
+  zylViewCase(zylViewOptions options, vtkSmartPointer<zylDataSet> dataset);
+  ~zylViewCase();
+  zylViewCase(const zylViewCase&) = delete;
+  zylViewCase& operator=(const zylViewCase&) = delete;
+
+  ///@{
+  /// Borrowed.
+  zylViewOptions& GetOptions() { return this->Options; }
+  const zylViewBlocks& GetBlocks() const { return *this->Blocks; }
+  zylDataSet* GetDataSet();
+  zylBoundaryRepresentation* GetBoundary(); ///< null before AddTo()
+  zylViewDerivedSurfaces& GetDerived();
+  ///@}
+
+  /// Make the variables that the user defines. Whether the library took them.
+  void Define();
+  /// Look at the blocks, again when they may have changed.
+  void ReadBlocks();
+  /// Fill in what the user left open.
+  void ChooseLook();
+  /// Set up what is derived. Throws zylViewError.
+  void Derive();
+
+  ///@{
+  /// Show everything in `view` (borrowed) or take it out of it. Throws zylViewError.
+  void AddTo(zylView* view);
+  void RemoveFrom(zylView* view);
+  ///@}
+  /// Bring what is shown in step with settings and time.
+  void Update();
+
+  /// Why nothing is seen although something should be, given that nothing is; else empty.
+  std::string GetEmptyReason() const;
+
+  ///@{
+  /// What the surfaces are colored by: its name (empty: nothing), the range of its values at the
+  /// time shown in what is shown (inverted when nobody knows it), and the range of the colors.
+  const std::string& GetVariable() const { return this->Options.Array; }
+  std::array<double, 2> GetVariableRange() const;
+  const std::array<double, 2>& GetColorRange() const { return this->ColorRange; }
+  /// Takes effect with Update().
+  void SetColorRange(const std::array<double, 2>& range);
+  ///@}
+
+  /// Calls visit(representation, settings of the display that has its legend or null) for each.
+  void VisitLegends(
+    const std::function<void(zylRepresentation*, zylPropertyCollection*)>& visit) const;
+
+  /// Show colors that are in the data as they are. Call after every update.
+  void ApplyDirectColors() const;
+
+private:
+  std::vector<zylPropertyCollection*> GetColored() const;
+
+  zylViewOptions Options;
+  std::array<double, 2> ColorRange{ 1.0, -1.0 };
+  vtkSmartPointer<zylDataSet> DataSet;
+  std::unique_ptr<zylViewBlocks> Blocks;
+  vtkSmartPointer<zylBoundaryRepresentation> Boundary;
+  std::unique_ptr<zylViewDerivedSurfaces> Derived;
+};
+
+#endif
