@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
+#include <vector>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -51,7 +53,8 @@ private:
   zylViewScene* Scene = nullptr;
   zylViewBackdrop* Backdrop = nullptr;
   zylViewInteraction* Interaction = nullptr;
-  bool Dirty = true; // something to draw
+  std::vector<std::pair<int, int>> Waiting; // keys and modifiers pressed while the library works
+  bool Dirty = true;                        // something to draw
   bool Playing = false;
   bool Busy = true; // the library works: it must not be called again
 };
@@ -108,7 +111,7 @@ int WindowHost::GetPixelRatio() const
 }
 
 //--------------------------------------------------------------------------------------------------
-// What the user does meanwhile is forgotten, but for closing the window.
+// Keys that are pressed meanwhile wait, but for those that close the window.
 bool WindowHost::KeepAlive(const std::string& work, double fraction)
 {
   const bool before = this->Busy;
@@ -140,9 +143,14 @@ bool WindowHost::KeepAlive(const std::string& work, double fraction)
 void WindowHost::Observe()
 {
   glfwSetKeyCallback(this->Window, [](GLFWwindow* window, int key, int, int action, int modifiers) {
+    WindowHost* host = HostOf(window);
+    if (action == GLFW_PRESS && host->Busy && host->Scene != nullptr)
+    {
+      host->Waiting.emplace_back(key, modifiers);
+    }
     if (action != GLFW_RELEASE)
     {
-      HostOf(window)->OnKey(key, modifiers);
+      host->OnKey(key, modifiers);
     }
   });
   glfwSetMouseButtonCallback(
@@ -193,6 +201,10 @@ void WindowHost::Run(zylViewScene& scene)
       this->UpdateTitle();
       this->Dirty = true;
     }
+    for (const auto& [key, modifiers] : std::exchange(this->Waiting, {}))
+    {
+      this->OnKey(key, modifiers);
+    }
     this->FollowSize();
     this->Dirty |= this->Options.Frames > 0;
     if (this->Dirty && this->Width > 0 && this->Height > 0)
@@ -203,7 +215,9 @@ void WindowHost::Run(zylViewScene& scene)
         return;
       }
     }
-    this->Playing || this->Options.Frames > 0 ? glfwWaitEventsTimeout(0.01) : glfwWaitEvents();
+    this->Playing || this->Options.Frames > 0 || !this->Waiting.empty()
+      ? glfwWaitEventsTimeout(0.01)
+      : glfwWaitEvents();
   }
 }
 
