@@ -16,6 +16,7 @@
 #include "zylMultiBlockTree.h"
 #include "zylMultiClip.h"
 #include "zylPropertyCollection.h"
+#include "zylSelection.h"
 #include "zylSurfacePipeline.h"
 #include "zylVectorGlyphPipeline.h"
 #include "zylView.h"
@@ -64,6 +65,19 @@ std::vector<int> MakePairs(const std::vector<int>& ids)
 std::vector<int> HighlightedBlocks(zylPropertyCollection* highlight)
 {
   return zylBlockFlags(highlight->GetProperty("BlockVisibility")).GetVisibleBlocks();
+}
+
+template <class Action>
+void ForSelected(zylSelection* selection, zylView* view, Action action)
+{
+  const bool any = selection && view;
+  for (auto* rep : any ? selection->GetRepresentations(view) : std::vector<zylRepresentation*>())
+  {
+    if (rep->IsA("zylBoundaryRepresentation"))
+    {
+      action(static_cast<zylBoundaryRepresentation*>(rep), selection->GetBlocks(rep));
+    }
+  }
 }
 } // namespace
 
@@ -524,6 +538,21 @@ void zylBoundaryRepresentation::SetHighlightTransparency(double transparency)
   zylScope("SetHighlightTransparency()");
   this->HighlightPipeline->RestoreProperties();
   this->GetHighlightProperties()->Set("Transparency", transparency);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylBoundaryRepresentation::Highlight(zylSelection* selection, zylView* view, int style)
+{
+  ForSelected(selection, view, [style](auto* boundary, const std::vector<int>& blocks) {
+    boundary->Highlight(blocks, style);
+  });
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylBoundaryRepresentation::UnHighlight(zylSelection* selection, zylView* view)
+{
+  ForSelected(selection, view,
+    [](auto* boundary, const std::vector<int>& blocks) { boundary->UnHighlight(blocks); });
 }
 
 //--------------------------------------------------------------------------------------------------

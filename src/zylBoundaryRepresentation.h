@@ -34,6 +34,7 @@ class zylArrayInformation;
 class zylBlockGroups;
 class zylHighlightPipeline;
 class zylPipeline;
+class zylSelection;
 
 class ZYL_EXPORT zylBoundaryRepresentation : public zylRepresentation
 {
@@ -91,6 +92,10 @@ public:
   void Highlight(const std::vector<int>& blockIds, int style);
   void UnHighlight(const std::vector<int>& blockIds);
   void ClearHighlights();
+  /// The same for all boundary representations of a selection, made in `view`, with their selected
+  /// blocks. Null does nothing.
+  static void Highlight(zylSelection* selection, zylView* view, int style);
+  static void UnHighlight(zylSelection* selection, zylView* view);
   /// 0 opaque ... 1 invisible.
   void SetHighlightTransparency(double transparency);
   ///@}

@@ -1,36 +1,39 @@
 #include "zylView.h"
 
+#include "Display/zylShownRepresentations.h"
 #include "Host/zylHostCamera.h"
 #include "Host/zylHostRenderWindow.h"
+#include "Host/zylHostSelector.h"
 #include "Host/zylHostView.h"
 #include "Host/zylScreenshot.h"
+#include "ParaView/zylSelectionSource.h"
 #include "ParaView/zylViewSettings.h"
 #include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylPropertyCollection.h"
 #include "zylRepresentation.h"
+#include "zylSelection.h"
 #include "zylTimeController.h"
 
-#include <algorithm>
-#include <vector>
+#include <string>
 
 #include <vtkBoundingBox.h>
 #include <vtkCallbackCommand.h>
 #include <vtkCamera.h>
+#include <vtkCollection.h>
 #include <vtkGraphicsFactory.h>
 #include <vtkImageData.h>
 #include <vtkLogger.h>
+#include <vtkNew.h>
 #include <vtkObjectFactory.h>
 #include <vtkOpenGLRenderUtilities.h>
 #include <vtkOpenGLRenderWindow.h>
-#include <vtkOutputWindow.h>
 #include <vtkRenderer.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtksys/SystemInformation.hxx>
 
 namespace {
-void Mark(const char* text)
+void Mark(const std::string& text)
 {
   vtkOpenGLRenderUtilities::MarkDebugEvent(text);
 }
@@ -40,7 +43,8 @@ vtkStandardNewMacro(zylView);
 
 //--------------------------------------------------------------------------------------------------
 zylView::zylView()
-  : Properties(vtkSmartPointer<zylPropertyCollection>::New())
+  : Shown(std::make_unique<zylShownRepresentations>(this))
+  , Properties(vtkSmartPointer<zylPropertyCollection>::New())
   , LightKitProperties(vtkSmartPointer<zylPropertyCollection>::New())
   , GraphicsFactory(vtkSmartPointer<vtkGraphicsFactory>::New())
   , StartRenderCommand(vtkSmartPointer<vtkCallbackCommand>::New())
@@ -58,9 +62,8 @@ zylView::~zylView()
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "~zylView()");
   zylCore::GetInstance()->UnRegisterView(this);
-  while (!this->Representations.empty())
+  while (const vtkSmartPointer<zylRepresentation> rep = this->Shown->GetFirst())
   {
-    const vtkSmartPointer<zylRepresentation> rep = *this->Representations.begin();
     this->RemoveRepresentation(rep);
   }
   this->Host.reset();
@@ -87,10 +90,10 @@ zylPropertyCollection* zylView::GetLightKitProperties()
 //--------------------------------------------------------------------------------------------------
 void zylView::AddRepresentation(zylRepresentation* rep)
 {
-  if (rep && this->Representations.count(rep) == 0)
+  if (rep && !this->Shown->Has(rep))
   {
     rep->SetView(this);
-    this->Representations.insert(rep);
+    this->Shown->Add(rep);
     rep->Update();
   }
 }
@@ -98,10 +101,10 @@ void zylView::AddRepresentation(zylRepresentation* rep)
 //--------------------------------------------------------------------------------------------------
 void zylView::RemoveRepresentation(zylRepresentation* rep)
 {
-  if (rep && this->Representations.count(rep) > 0)
+  if (this->Shown->Has(rep))
   {
     rep->SetView(nullptr);
-    this->Representations.erase(rep);
+    this->Shown->Remove(rep);
   }
 }
 
@@ -109,18 +112,7 @@ void zylView::RemoveRepresentation(zylRepresentation* rep)
 vtkSmartPointer<zylRepresentation> zylView::FindRepresentationForFileName(std::string& fileName)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylView()"); // kept: the constructor's label
-  for (const auto& rep : this->Representations)
-  {
-    if (zylDataSet* dataSet = rep->GetDataSet())
-    {
-      const std::vector<std::string> names = dataSet->GetFileNames();
-      if (std::find(names.begin(), names.end(), fileName) != names.end())
-      {
-        return rep;
-      }
-    }
-  }
-  return nullptr;
+  return this->Shown->FindForFile(fileName);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -247,12 +239,19 @@ void zylView::ResetCamera(
 }
 
 //--------------------------------------------------------------------------------------------------
+template <class Action>
+void zylView::WithCamera(Action action)
+{
+  if (vtkCamera* camera = this->Host->GetCamera())
+  {
+    action(camera);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylView::ResetCameraClippingRange()
 {
-  if (this->Host->GetCamera())
-  {
-    this->Host->GetRenderer()->ResetCameraClippingRange();
-  }
+  this->WithCamera([=](vtkCamera*) { this->Host->GetRenderer()->ResetCameraClippingRange(); });
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -293,66 +292,49 @@ void zylView::SetViewDir(int direction, bool flip)
 //--------------------------------------------------------------------------------------------------
 void zylView::SetCameraMatrices(const double* first, const double* second, const double* projection)
 {
-  vtkCamera* camera = this->Host->GetCamera();
-  if (camera && !zylHostCamera::SetMatrices(camera, first, second, projection))
-  {
-    vtkLogF(ERROR, "SetCameraMatrices: the matrices describe no camera");
-  }
+  this->WithCamera([=](vtkCamera* camera) {
+    if (!zylHostCamera::SetMatrices(camera, first, second, projection))
+    {
+      vtkLogF(ERROR, "SetCameraMatrices: the matrices describe no camera");
+    }
+  });
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::SetParallelProjection(bool on)
 {
-  if (vtkCamera* camera = this->Host->GetCamera())
-  {
-    camera->SetParallelProjection(on);
-  }
+  this->WithCamera([=](vtkCamera* camera) { camera->SetParallelProjection(on); });
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::Pitch(double angle)
 {
-  if (vtkCamera* camera = this->Host->GetCamera())
-  {
-    camera->Pitch(angle);
-  }
+  this->WithCamera([=](vtkCamera* camera) { camera->Pitch(angle); });
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::Yaw(double angle)
 {
-  if (vtkCamera* camera = this->Host->GetCamera())
-  {
-    camera->Yaw(angle);
-  }
+  this->WithCamera([=](vtkCamera* camera) { camera->Yaw(angle); });
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::SetZoom(double factor)
 {
-  if (vtkCamera* camera = this->Host->GetCamera())
-  {
-    camera->Zoom(factor);
-  }
+  this->WithCamera([=](vtkCamera* camera) { camera->Zoom(factor); });
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::Azimuth(double factor)
 {
   // Kept: zooms, as SetZoom() does. See zylViewCamera.AzimuthZooms.
-  if (vtkCamera* camera = this->Host->GetCamera())
-  {
-    camera->Zoom(factor);
-  }
+  this->SetZoom(factor);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::SetBackground(double r, double g, double b)
 {
-  if (this->Host->GetCamera())
-  {
-    this->Host->SetBackground(r, g, b);
-  }
+  this->WithCamera([=](vtkCamera*) { this->Host->SetBackground(r, g, b); });
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -378,30 +360,16 @@ void zylView::GetWindowSize(int size[2])
 //--------------------------------------------------------------------------------------------------
 void zylView::SetViewport(int x, int y, int w, int h)
 {
-  int size[2];
-  this->GetWindowSize(size);
-  if (size[0] <= 0 || size[1] <= 0)
+  if (!this->Host->SetViewport(x, y, w, h))
   {
     vtkLogF(ERROR, "SetViewport: the window has no area");
-    return;
   }
-  this->Host->SetViewport(x, y, w, h);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylView::SetOffScreenRendering(bool on)
 {
-  if (vtkOpenGLRenderWindow* window = this->Host->GetWindow())
-  {
-    window->SetOffScreenRendering(on);
-  }
-  vtkGraphicsFactory::SetOffScreenOnlyMode(on);
-  vtkGraphicsFactory::SetUseMesaClasses(on);
-  vtkOutputWindow::GetInstance()->SetDisplayMode(on - 1);
-  if (on)
-  {
-    vtkObject::SetGlobalWarningDisplay(0);
-  }
+  this->Host->SetOffScreenRendering(on);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -445,19 +413,7 @@ bool zylView::GetBounds(double bounds[6])
   {
     return false;
   }
-  vtkBoundingBox box;
-  for (const auto& rep : this->Representations)
-  {
-    double part[6];
-    if (rep->IsVisible() && rep->GetBounds(part))
-    {
-      box.AddBounds(part);
-    }
-  }
-  if (box.IsValid())
-  {
-    box.GetBounds(bounds);
-  }
+  this->Shown->GetBounds(bounds);
   vtkVLogF(vtkLogger::VERBOSITY_TRACE, "GetBounds(): [%f, %f, %f, %f, %f, %f]", bounds[0],
     bounds[1], bounds[2], bounds[3], bounds[4], bounds[5]);
   return bounds[0] <= bounds[1];
@@ -466,7 +422,7 @@ bool zylView::GetBounds(double bounds[6])
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkImageData> zylView::CaptureImage()
 {
-  if (!this->BeginCapture("CaptureImage()"))
+  if (!this->CanDraw("CaptureImage()"))
   {
     return nullptr;
   }
@@ -484,18 +440,8 @@ vtkSmartPointer<vtkImageData> zylView::CaptureImage()
 //--------------------------------------------------------------------------------------------------
 bool zylView::SaveScreenshot(const char* fileName)
 {
-  if (!fileName || !*fileName)
+  if (!zylScreenshot::IsWritable(fileName) || !this->CanDraw("SaveScreenshot()"))
   {
-    vtkLogF(ERROR, "SaveScreenshot: no file name");
-    return false;
-  }
-  if (!this->BeginCapture("SaveScreenshot()"))
-  {
-    return false;
-  }
-  if (!zylScreenshot::IsWritable(fileName))
-  {
-    vtkLogF(ERROR, "SaveScreenshot: '%s' cannot be written to", fileName);
     return false;
   }
   zylScreenshot screenshot(this->GetProxy(), fileName);
@@ -506,11 +452,107 @@ bool zylView::SaveScreenshot(const char* fileName)
   this->PreRenderSetup();
   const bool written = screenshot.Write();
   this->PostRenderCleanup();
-  if (!written)
-  {
-    vtkLogF(ERROR, "SaveScreenshot: '%s' could not be written", fileName);
-  }
   return written;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylSelection> zylView::Select(int kind, const Rectangle& rectangle)
+{
+  constexpr const char* Operations[] = { "SelectCells", "SelectPoints", "SelectBlocks" };
+  const std::string operation = Operations[kind];
+  auto selection = vtkSmartPointer<zylSelection>::New();
+  vtkNew<vtkCollection> representations;
+  vtkNew<vtkCollection> sources;
+  selection->SetPVSelectedRepresentations(representations);
+  selection->SetPVSelectionSources(sources);
+  if (!this->CanDraw((operation + "()").c_str()))
+  {
+    return selection;
+  }
+  Mark("begin zylView::" + operation);
+  this->PreSelectSetup();
+  zylHostSelector(*this->Host, this->GetOccluder())
+    .Select(kind, rectangle.data(), /*multiple*/ true, representations, sources);
+  this->PostSelectCleanup();
+  Mark("end zylView::" + operation);
+  return selection;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylSelection> zylView::SelectBlocks(int x0, int y0, int x1, int y1)
+{
+  return this->Select(zylHostSelector::Blocks, { x0, y0, x1, y1 });
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylSelection> zylView::SelectCells(int x0, int y0, int x1, int y1)
+{
+  return this->Select(zylHostSelector::Cells, { x0, y0, x1, y1 });
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylSelection> zylView::SelectPoints(int x0, int y0, int x1, int y1)
+{
+  return this->Select(zylHostSelector::Points, { x0, y0, x1, y1 });
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylView::PickPointOnSurface(int x, int y, double point[3])
+{
+  if (!this->CanDraw("PickPointOnSurface()"))
+  {
+    return false;
+  }
+  Mark("begin zylView::PickPointOnSurface");
+  this->PreSelectSetup();
+  const bool picked = zylHostSelector(*this->Host, this->GetOccluder()).PickPoint(x, y, point);
+  this->PostSelectCleanup();
+  Mark("end zylView::PickPointOnSurface");
+  return picked;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylView::HighlightSelection(zylRepresentation* rep, zylSelection* sel)
+{
+  if (rep)
+  {
+    this->ShowSelection(sel, rep->GetPVRepresentations(), "zylView::HighlightSelection");
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylView::HighlightSelection(zylSelection* sel)
+{
+  this->ShowSelection(sel, sel ? sel->GetPVSelectedRepresentations() : nullptr,
+    "zylView::HighlightSelection(zylSelection *)");
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylView::ShowSelection(zylSelection* sel, vtkCollection* among, const std::string& mark)
+{
+  if (sel && this->Host->IsUsable("HighlightSelection()"))
+  {
+    Mark("begin " + mark);
+    this->PreRenderSetup();
+    zylSelectionSource::Show(
+      sel->GetPVSelectedRepresentations(), sel->GetPVSelectionSources(), among);
+    this->PostRenderCleanup();
+    Mark("end " + mark);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylView::ClearHighlight()
+{
+  if (!this->Host->IsUsable("ClearHighlight()"))
+  {
+    return;
+  }
+  Mark("begin zylView::ClearHighlight");
+  this->PreSelectSetup();
+  zylSelectionSource::HideAll(this->GetProxy());
+  this->PostSelectCleanup();
+  Mark("end zylView::ClearHighlight");
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -532,7 +574,7 @@ void zylView::StartRenderCallback(
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylView::BeginCapture(const char* operation)
+bool zylView::CanDraw(const char* operation)
 {
   if (!this->Host->IsUsable(operation))
   {
@@ -549,12 +591,5 @@ bool zylView::BeginCapture(const char* operation)
 //--------------------------------------------------------------------------------------------------
 zylRepresentation* zylView::GetZYLRepresentation(vtkSMProxy* proxy)
 {
-  for (const auto& rep : this->Representations)
-  {
-    if (rep->HasRepresentation(proxy))
-    {
-      return rep;
-    }
-  }
-  return nullptr;
+  return this->Shown->FindOwner(proxy);
 }

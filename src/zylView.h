@@ -13,11 +13,11 @@
  *     // each frame, with the context current and the framebuffer bound:
  *     view->Render();
  *
- * Render(), screenshots and the setup pairs draw in the context that is current. All other calls,
- * of this and the other classes, may come with this context current, another one, or none, and
- * touch no other than the view's: OpenGL objects that they drop while it is not current are deleted
- * at the view's next frame. What a view still has when it is deleted elsewhere goes with its
- * context.
+ * Render(), screenshots, selections and the setup pairs draw in the context that is current. All
+ * other calls, of this and the other classes, may come with this context current, another one, or
+ * none, and touch no other than the view's: OpenGL objects that they drop while it is not current
+ * are deleted at the view's next frame. What a view still has when it is deleted elsewhere goes
+ * with its context.
  *
  * Every call leaves the OpenGL state, the pending error and the host's objects as they were.
  * Transform feedback is paused meanwhile (from OpenGL 4.0 on); queries that are running count what
@@ -33,14 +33,15 @@
 
 #include "zylExport.h"
 
+#include <array>
 #include <memory>
-#include <set>
 #include <string>
 
 #include <vtkObject.h>
 #include <vtkSmartPointer.h>
 
 class vtkCallbackCommand;
+class vtkCollection;
 class vtkGraphicsFactory;
 class vtkImageData;
 class vtkSMProxy;
@@ -48,6 +49,8 @@ class vtkSMRenderViewProxy;
 class zylHostView;
 class zylPropertyCollection;
 class zylRepresentation;
+class zylSelection;
+class zylShownRepresentations;
 
 class ZYL_EXPORT zylView : public vtkObject
 {
@@ -166,6 +169,41 @@ public:
   /// failure.
   bool SaveScreenshot(const char* fileName);
 
+  ///@{
+  /// What lies under a rectangle of pixels, counted from the view's lower left corner, both corners
+  /// included and in any order: all blocks, cells or points of which something is to be seen there;
+  /// behind a single pixel the nearest. Hidden and clipped parts and what is behind others is not
+  /// selected; what is transparent is. Never null; empty when nothing is there, and with a message
+  /// when it cannot be told. Draws, in the current context, but leaves the host's picture alone.
+  vtkSmartPointer<zylSelection> SelectBlocks(int x0, int y0, int x1, int y1);
+  vtkSmartPointer<zylSelection> SelectCells(int x0, int y0, int x1, int y1);
+  vtkSmartPointer<zylSelection> SelectPoints(int x0, int y0, int x1, int y1);
+  ///@}
+
+  /// The point (x, y, z) of the surface under a pixel. False, and `point` untouched, when nothing
+  /// is there, and with a message when it cannot be told. Draws as SelectCells() does.
+  bool PickPointOnSurface(int x, int y, double point[3]);
+
+  ///@{
+  /// Whether what lies behind the host's own geometry is left out of selections and picks. Off, the
+  /// default, they look through it. On, the depths that are in the framebuffer object of
+  /// SetSourceFBO() at the call count, before Render() or after.
+  void SetHostOccludesSelection(bool on) { this->HostOccludesSelection = on; }
+  bool GetHostOccludesSelection() { return this->HostOccludesSelection; }
+  ///@}
+
+  ///@{
+  /// Draw what is selected, of all representations or of `rep` only, in the selection color from
+  /// the next Render() on; of each part of a representation the last selection counts. Null does
+  /// nothing. Its edges are drawn until ClearHighlight(), or until other settings of the
+  /// representation draw its blocks with others. See also
+  /// zylBoundaryRepresentation::Highlight(), which stays. Both take and give back the current
+  /// context as Render() does, without drawing.
+  void HighlightSelection(zylRepresentation* rep, zylSelection* sel);
+  void HighlightSelection(zylSelection* sel);
+  void ClearHighlight();
+  ///@}
+
 protected:
   zylView();
   ~zylView() override;
@@ -177,12 +215,20 @@ private:
   zylView(const zylView&) = delete;
   void operator=(const zylView&) = delete;
 
-  bool BeginCapture(const char* operation);
+  using Rectangle = std::array<int, 4>;
+
+  bool CanDraw(const char* operation);
+  vtkSmartPointer<zylSelection> Select(int kind, const Rectangle& rectangle);
+  const int* GetOccluder() { return this->HostOccludesSelection ? &this->SourceFBO : nullptr; }
+  template <class Action>
+  void WithCamera(Action action);
+  void ShowSelection(zylSelection* sel, vtkCollection* among, const std::string& mark);
   zylRepresentation* GetZYLRepresentation(vtkSMProxy* proxy);
 
   bool IgnoreHostContext = false;
   int SourceFBO = 1;
-  std::set<vtkSmartPointer<zylRepresentation>> Representations;
+  bool HostOccludesSelection = false;
+  std::unique_ptr<zylShownRepresentations> Shown;
   vtkSmartPointer<zylPropertyCollection> Properties;
   vtkSmartPointer<zylPropertyCollection> LightKitProperties;
   vtkSmartPointer<vtkGraphicsFactory> GraphicsFactory;

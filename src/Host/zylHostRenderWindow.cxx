@@ -109,7 +109,7 @@ bool zylHostRenderWindow::BeginAdoption()
   this->Frames.clear();
   this->Initialized = false;
   this->DepthFormat = 0;
-  this->PictureSize[0] = this->PictureSize[1] = 0;
+  this->ForgetPicture();
   // Debian's GLEW is built for GLX: under EGL it loads every function and then says that there is
   // no GLX display.
   zylHostErrors errors;
@@ -255,12 +255,24 @@ void zylHostRenderWindow::CopyFromHost()
 }
 
 //--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::HasPicture() const
+{
+  return this->HasArea() && this->PictureSize[0] == this->Size[0] &&
+    this->PictureSize[1] == this->Size[1];
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::ForgetPicture()
+{
+  this->PictureSize[0] = this->PictureSize[1] = 0;
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylHostRenderWindow::CopyToHost()
 {
-  if (!this->HasArea() || this->PictureSize[0] != this->Size[0] ||
-    this->PictureSize[1] != this->Size[1])
+  if (!this->HasPicture())
   {
-    return; // nothing was drawn yet
+    return;
   }
   const GLenum status = glCheckFramebufferStatus(GL_DRAW_FRAMEBUFFER);
   if (status != GL_FRAMEBUFFER_COMPLETE)
@@ -484,7 +496,7 @@ void zylHostRenderWindow::MatchFramebuffers(unsigned int depthFormat)
     return;
   }
   this->DepthFormat = wanted;
-  this->PictureSize[0] = this->PictureSize[1] = 0;
+  this->ForgetPicture();
   this->Populate(this->RenderFramebuffer, 1);
   this->Populate(this->DisplayFramebuffer, 2);
   this->LastMultiSamples = this->MultiSamples; // or the render framebuffer is made anew

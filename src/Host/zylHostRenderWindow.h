@@ -80,6 +80,13 @@ public:
   void CopyToHost();
   ///@}
 
+  ///@{
+  /// Whether there is a finished picture. A selection draws over it and forgets it: nothing is
+  /// copied out then.
+  bool HasPicture() const;
+  void ForgetPicture();
+  ///@}
+
   /// Whether the window has pixels.
   bool HasArea() const { return this->Size[0] > 0 && this->Size[1] > 0; }
 

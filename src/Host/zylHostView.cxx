@@ -10,9 +10,11 @@
 #include <algorithm>
 
 #include <vtkCommand.h>
+#include <vtkGraphicsFactory.h>
 #include <vtkLogger.h>
 #include <vtkOpenGLRenderUtilities.h>
 #include <vtkOpenGLRenderWindow.h>
+#include <vtkOutputWindow.h>
 #include <vtkPVRenderView.h>
 #include <vtkRenderer.h>
 #include <vtkRendererCollection.h>
@@ -20,6 +22,7 @@
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
+#include <vtk_glew.h>
 
 namespace {
 void Mark(const char* text)
@@ -64,6 +67,24 @@ zylHostView::~zylHostView()
   }
   zylHostViewProxy::Release(this->Proxy, this->StartRender);
   this->Proxy = nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMRenderViewProxy* zylHostView::GetProxy() const
+{
+  return this->Proxy;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkRenderer* zylHostView::GetRenderer() const
+{
+  return this->Renderer;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkOpenGLRenderWindow* zylHostView::GetWindow() const
+{
+  return this->Window;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -146,7 +167,13 @@ bool zylHostView::BeginRender(int source)
   {
     return false;
   }
+  this->Source = source;
+  if (source < 0)
+  {
+    glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &this->Source);
+  }
   this->Frame.CopyIn(source);
+  this->Frame.GetWindow()->ForgetPicture();
   Mark("ZYL - push OpenGL state");
   this->Frame.PushState();
   return true;
@@ -172,10 +199,12 @@ bool zylHostView::EndRender()
 //--------------------------------------------------------------------------------------------------
 bool zylHostView::BeginSelection()
 {
+  const bool inRender = this->Frame.IsOpen();
   if (!this->Begin())
   {
     return false;
   }
+  this->InterruptsRender = inRender && this->Frame.GetWindow()->HasPicture();
   Mark("ZYL - selection begin push OpenGL state");
   this->Frame.PushState();
   Mark("ZYL - selection end push OpenGL state");
@@ -188,6 +217,13 @@ bool zylHostView::EndSelection()
   if (!this->Find())
   {
     return false;
+  }
+  this->Frame.GetWindow()->ForgetPicture();
+  if (this->InterruptsRender)
+  {
+    this->InterruptsRender = false;
+    this->Frame.CopyIn(this->Source);
+    this->Proxy->StillRender();
   }
   Mark("ZYL - selection begin pop OpenGL state");
   this->Frame.PopState();
@@ -257,10 +293,14 @@ void zylHostView::GetSize(int size[2]) const
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylHostView::SetViewport(int x, int y, int w, int h)
+bool zylHostView::SetViewport(int x, int y, int w, int h)
 {
   int size[2];
   this->GetSize(size);
+  if (size[0] <= 0 || size[1] <= 0)
+  {
+    return false;
+  }
   const double width = size[0];
   const double height = size[1];
   vtkCollectionSimpleIterator iterator;
@@ -268,6 +308,23 @@ void zylHostView::SetViewport(int x, int y, int w, int h)
   while (vtkRenderer* renderer = this->Window->GetRenderers()->GetNextRenderer(iterator))
   {
     renderer->SetViewport(x / width, y / height, (x + w) / width, (y + h) / height);
+  }
+  return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostView::SetOffScreenRendering(bool on)
+{
+  if (this->Window)
+  {
+    this->Window->SetOffScreenRendering(on);
+  }
+  vtkGraphicsFactory::SetOffScreenOnlyMode(on);
+  vtkGraphicsFactory::SetUseMesaClasses(on);
+  vtkOutputWindow::GetInstance()->SetDisplayMode(on - 1);
+  if (on)
+  {
+    vtkObject::SetGlobalWarningDisplay(0);
   }
 }
 

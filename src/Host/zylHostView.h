@@ -42,12 +42,12 @@ public:
   zylHostView& operator=(const zylHostView&) = delete;
 
   /// Borrowed; null without a session.
-  vtkSMRenderViewProxy* GetProxy() const { return this->Proxy; }
+  vtkSMRenderViewProxy* GetProxy() const;
 
   ///@{
   /// Borrowed; they go with the session. Without a renderer there is no camera, which is reported.
-  vtkRenderer* GetRenderer() const { return this->Renderer; }
-  vtkOpenGLRenderWindow* GetWindow() const { return this->Window; }
+  vtkRenderer* GetRenderer() const;
+  vtkOpenGLRenderWindow* GetWindow() const;
   vtkCamera* GetCamera() const;
   ///@}
 
@@ -63,12 +63,16 @@ public:
   ///@{
   /// Put the host's state aside and back; a render also copies the picture of the framebuffer
   /// object `source` in, and the finished one out. False when nothing was done. An end without a
-  /// beginning gets one.
+  /// beginning gets one. Where nothing was drawn in between, nothing is copied out. A selection
+  /// between drawing and end of a render has the picture drawn again.
   bool BeginRender(int source);
   bool EndRender();
   bool BeginSelection();
   bool EndSelection();
   ///@}
+
+  /// Inside a frame: the host's color and depth in this framebuffer object become the background.
+  void CopyIn(int source) { this->Frame.CopyIn(source); }
 
   /// Whether the state is on the toolkit's stack, so that a render may change it.
   bool IsStatePushed() const { return this->Frame.IsStatePushed(); }
@@ -85,7 +89,8 @@ public:
   void SetBackground(double r, double g, double b);
   void SetSize(int w, int h);
   void GetSize(int size[2]) const;
-  void SetViewport(int x, int y, int w, int h);
+  bool SetViewport(int x, int y, int w, int h); ///< false without area
+  void SetOffScreenRendering(bool on);
   void SetOrientationAxis(bool on);
   ///@}
 
@@ -99,6 +104,8 @@ private:
   vtkWeakPointer<vtkRenderer> Renderer;
   vtkWeakPointer<vtkOpenGLRenderWindow> Window;
   zylHostFrame Frame;
+  int Source = 0;                // of the render that has begun last
+  bool InterruptsRender = false; // the selection that has begun: of a picture that is drawn already
 };
 
 #endif

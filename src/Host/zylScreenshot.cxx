@@ -48,19 +48,33 @@ vtkSmartPointer<vtkImageData> zylScreenshot::Capture()
 bool zylScreenshot::Write()
 {
   // ParaView does not see all failures.
-  return this->Proxy->WriteImage(this->FileName.c_str()) &&
+  const bool written = this->Proxy->WriteImage(this->FileName.c_str()) &&
     vtksys::SystemTools::FileExists(this->FileName, true) &&
     vtksys::SystemTools::FileLength(this->FileName) > 0;
+  if (!written)
+  {
+    vtkLogF(ERROR, "SaveScreenshot: '%s' could not be written", this->FileName.c_str());
+  }
+  return written;
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylScreenshot::IsWritable(const std::string& fileName)
+bool zylScreenshot::IsWritable(const char* fileName)
 {
+  if (!fileName || !*fileName)
+  {
+    vtkLogF(ERROR, "SaveScreenshot: no file name");
+    return false;
+  }
   const bool existed = vtksys::SystemTools::FileExists(fileName);
   const bool opened = std::ofstream(fileName, std::ios::app).is_open();
   if (opened && !existed)
   {
     vtksys::SystemTools::RemoveFile(fileName);
+  }
+  if (!opened)
+  {
+    vtkLogF(ERROR, "SaveScreenshot: '%s' cannot be written to", fileName);
   }
   return opened;
 }

@@ -33,11 +33,12 @@ public:
   /// Null on failure.
   vtkSmartPointer<vtkImageData> Capture();
 
-  /// Whether the file was written.
+  /// Whether the file was written; reported when not.
   bool Write();
 
-  /// Whether the file can be opened for writing; one that does not exist is not left behind.
-  static bool IsWritable(const std::string& fileName);
+  /// Whether the file can be opened for writing, reported when not; one that does not exist is not
+  /// left behind.
+  static bool IsWritable(const char* fileName);
 
 private:
   std::string FileName;

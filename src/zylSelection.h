@@ -1,0 +1,88 @@
+/**
+ * @class zylSelection
+ * @brief What was selected of the representations that a view shows: blocks, cells or points.
+ *
+ * zylView::SelectBlocks(), SelectCells() and SelectPoints() make one of what is under a rectangle,
+ * CreateSelectionForBlocks() one of given blocks. It is read for one representation at a time:
+ *
+ *     vtkSmartPointer<zylSelection> selection = view->SelectBlocks(x, y, x, y);
+ *     for (zylRepresentation* representation : selection->GetRepresentations(view))
+ *     {
+ *       const std::vector<int> blocks = selection->GetBlocks(representation);
+ *     }
+ *
+ * A selection belongs to its session; read after that has ended it says so in the log and is empty.
+ * It stays as it is when data or settings change.
+ */
+#ifndef zylSelection_h
+#define zylSelection_h
+
+#include "zylExport.h"
+
+#include <vector>
+
+#include <vtkObject.h>
+#include <vtkSmartPointer.h>
+
+class vtkCollection;
+class vtkSMProxy;
+class vtkSMSourceProxy;
+class zylRepresentation;
+class zylView;
+
+class ZYL_EXPORT zylSelection : public vtkObject
+{
+public:
+  static zylSelection* New();
+  vtkTypeMacro(zylSelection, vtkObject);
+
+  ///@{
+  /// These blocks, by flat index, of everything that `rep` shows as of its last update. Never null;
+  /// empty, with a warning where it is a failure, without a representation or a session.
+  static vtkSmartPointer<zylSelection> CreateSelectionForBlocks(
+    zylRepresentation* rep, std::vector<int>& blocks);
+  static vtkSmartPointer<zylSelection> CreateSelectionForBlock(zylRepresentation* rep, int block);
+  ///@}
+
+  /// The flat indices of the selected blocks of `rep`: those of the surface, then those of other
+  /// displays of it, so that a block may come more than once. Empty for null, for a representation
+  /// without selected blocks or view, and for data without blocks.
+  std::vector<int> GetBlocks(zylRepresentation* rep);
+
+  /// The selected cells of `rep` - points, if points were selected - as three integers each: flat
+  /// index of the block, process of the server, and index in what is drawn of the block: its
+  /// surface after clips. Of data without blocks as two: process and index. Order and repeats as
+  /// GetBlocks(). All cells of selected blocks.
+  std::vector<int> GetCells(zylRepresentation* rep);
+
+  /// The representations (borrowed) of `view` of which something is selected; one of which several
+  /// displays are selected comes that many times. Empty for null.
+  std::vector<zylRepresentation*> GetRepresentations(zylView* view);
+
+protected:
+  zylSelection();
+  ~zylSelection() override;
+
+  ///@{
+  /// Item i of the one belongs to item i of the other: source proxies of selections, and the
+  /// representation proxies that they are of (shared; null at first).
+  void SetPVSelectionSources(vtkCollection* sources);
+  vtkCollection* GetPVSelectionSources() { return this->PVSelectionSources; }
+  void SetPVSelectedRepresentations(vtkCollection* representations);
+  vtkCollection* GetPVSelectedRepresentations() { return this->PVSelectedRepresentations; }
+  ///@}
+
+private:
+  friend class zylView;
+  zylSelection(const zylSelection&) = delete;
+  void operator=(const zylSelection&) = delete;
+
+  using Conversion = vtkSmartPointer<vtkSMSourceProxy>(vtkSMProxy*, vtkSMProxy*);
+  std::vector<int> Read(
+    zylRepresentation* rep, Conversion convert, const char* property, const char* operation);
+
+  vtkSmartPointer<vtkCollection> PVSelectionSources;
+  vtkSmartPointer<vtkCollection> PVSelectedRepresentations;
+};
+
+#endif
