@@ -12,6 +12,7 @@
 #include "zylMultiBlockTree.h"
 #include "zylMultiClip.h"
 #include "zylPropertyCollection.h"
+#include "zylSelection.h"
 #include "zylSessionScene.h"
 #include "zylSurfacePipeline.h"
 #include "zylTestData.h"
@@ -62,6 +63,7 @@ struct Objects
     vtkSmartPointer<zylBoundaryRepresentation>::New();
   vtkSmartPointer<zylClipPipelineHelper> Clip = vtkSmartPointer<zylClipPipelineHelper>::New();
   vtkSmartPointer<zylMultiClip> Clips = vtkSmartPointer<zylMultiClip>::New();
+  vtkSmartPointer<zylSelection> Selected;
   std::vector<vtkSmartPointer<zylPipeline>> Pipelines = { NewPipeline<zylSurfacePipeline>(),
     NewPipeline<zylContourPipeline>(), NewPipeline<zylFeatureLinePipeline>(),
     NewPipeline<zylMeshLinePipeline>(), NewPipeline<zylVectorGlyphPipeline>(),
@@ -99,6 +101,7 @@ struct Objects
       pipeline->Update(this->View);
     }
     this->View->Render();
+    this->Selected = zylSelection::CreateSelectionForBlock(this->Boundary, 2);
   }
   ~Objects()
   {
@@ -266,6 +269,39 @@ const std::vector<Call>& Calls()
       [](Objects& o) {
         return !o.View->SaveScreenshot((zylTestData::MakeFolder() + "/picture.png").c_str());
       } },
+    { "zylView::SelectBlocks", Kind::Uses,
+      [](Objects& o) {
+        return o.View->SelectBlocks(0, 0, 300, 300)->GetRepresentations(o.View).empty();
+      } },
+    { "zylView::SelectCells", Kind::Uses,
+      [](Objects& o) {
+        return o.View->SelectCells(0, 0, 300, 300)->GetRepresentations(o.View).empty();
+      } },
+    { "zylView::SelectPoints", Kind::Uses,
+      [](Objects& o) {
+        return o.View->SelectPoints(0, 0, 300, 300)->GetRepresentations(o.View).empty();
+      } },
+    { "zylView::PickPointOnSurface", Kind::Uses,
+      [](Objects& o) { return !o.View->PickPointOnSurface(150, 150, Box); } },
+    { "zylView::HighlightSelection", Kind::Speaks,
+      [](Objects& o) {
+        o.View->HighlightSelection(o.Selected);
+        o.View->HighlightSelection(o.Boundary, o.Selected);
+        return true;
+      } },
+    { "zylView::ClearHighlight", Kind::Speaks,
+      [](Objects& o) {
+        o.View->ClearHighlight();
+        return true;
+      } },
+    { "zylSelection::GetBlocks", Kind::Uses,
+      [](Objects& o) { return o.Selected->GetBlocks(o.Boundary).empty(); } },
+    { "zylSelection::GetCells", Kind::Uses,
+      [](Objects& o) { return o.Selected->GetCells(o.Boundary).empty(); } },
+    { "zylSelection::CreateSelectionForBlock", Kind::Uses,
+      [](Objects& o) {
+        return zylSelection::CreateSelectionForBlock(o.Boundary, 2)->GetBlocks(o.Boundary).empty();
+      } },
     { "zylView::GetBounds", Kind::Uses, [](Objects& o) { return !o.View->GetBounds(Box); } },
   };
   return calls;
@@ -287,6 +323,9 @@ void CallTheRest(Objects& o)
   o.Boundary->UnHighlight({ 1 });
   o.Boundary->ClearHighlights();
   o.Boundary->SetHighlightTransparency(0.5);
+  o.Selected->GetRepresentations(o.View);
+  zylBoundaryRepresentation::Highlight(o.Selected, o.View, 1);
+  zylBoundaryRepresentation::UnHighlight(o.Selected, o.View);
   o.Boundary->Hide();
   o.Boundary->Show();
   o.Boundary->IsVisible();

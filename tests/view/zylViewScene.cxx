@@ -115,6 +115,27 @@ std::vector<zylViewCall> zylViewCalls()
         s.Boundary->ClearHighlights();
         s.Boundary->Update();
       } },
+    { "selections",
+      [](zylViewScene& s) {
+        s.View->SelectBlocks(0, 0, 299, 299);
+        s.View->SelectPoints(100, 100, 200, 200)->GetBlocks(s.Boundary);
+        s.View->SetHostOccludesSelection(true);
+        s.Selected = s.View->SelectCells(150, 150, 160, 150);
+        s.Selected->GetCells(s.Boundary);
+        s.View->SetHostOccludesSelection(false);
+      } },
+    { "pick",
+      [](zylViewScene& s) {
+        double point[3];
+        s.View->PickPointOnSurface(150, 150, point);
+      } },
+    { "highlight of a selection",
+      [](zylViewScene& s) {
+        s.View->HighlightSelection(s.Selected);
+        s.View->HighlightSelection(
+          s.Boundary, zylSelection::CreateSelectionForBlock(s.Boundary, 2));
+      } },
+    { "highlight of a selection cleared", [](zylViewScene& s) { s.View->ClearHighlight(); } },
     { "Hide",
       [](zylViewScene& s) {
         s.Boundary->Hide();
@@ -194,6 +215,7 @@ std::vector<zylViewCall> zylViewCalls()
         s.View->RemoveRepresentation(s.Boundary);
         s.Boundary = nullptr;
       } },
+    { "selection deleted", [](zylViewScene& s) { s.Selected = nullptr; } },
     { "and made", [](zylViewScene& s) { s.Make(); } },
     { "view deleted", [](zylViewScene& s) { s.View = nullptr; } },
     { "view made", [](zylViewScene& s) { s.Make(); } },

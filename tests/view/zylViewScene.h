@@ -6,6 +6,7 @@
 
 #include "zylBoundaryRepresentation.h"
 #include "zylDataSet.h"
+#include "zylSelection.h"
 #include "zylView.h"
 
 #include <functional>
@@ -26,6 +27,7 @@ struct zylViewScene
   vtkSmartPointer<zylDataSet> Data;
   vtkSmartPointer<zylBoundaryRepresentation> Boundary;
   vtkSmartPointer<zylView> View;
+  vtkSmartPointer<zylSelection> Selected; // lives longer than what is selected
 };
 
 struct zylViewCall
