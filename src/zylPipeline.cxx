@@ -4,6 +4,7 @@
 #include "Display/zylColoring.h"
 #include "Display/zylVariable.h"
 #include "ParaView/zylBlockExtractor.h"
+#include "ParaView/zylBlockMapper.h"
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
@@ -306,6 +307,7 @@ bool zylPipeline::EnsureRepresentation(zylView* view, vtkSMSourceProxy* source)
         .Set("UseSeparateColorMap", 1)
         .MakeRepresentation(view->GetProxy());
     this->Representation = vtkSMPVRepresentationProxy::SafeDownCast(proxy);
+    zylBlockMapper::Use(proxy);
   }
   if (!zylIsAlive(this->Representation))
   {

@@ -1,5 +1,6 @@
 #include "zylBoundaryRepresentation.h"
 
+#include "ParaView/zylBlockMapper.h"
 #include "zylArrayInformation.h"
 #include "zylDataSet.h"
 #include "zylHostTest.h"
@@ -318,6 +319,32 @@ TEST_F(zylBoundary, ColorsByAVariable)
   ASSERT_NE(information, nullptr);
   EXPECT_EQ(information->GetName(), "pressure");
   EXPECT_EQ(this->Boundary->GetContourColorVariableInformation(1), nullptr);
+}
+
+// Filling the vertex buffers must not look through all blocks for each of them.
+TEST_F(zylBoundary, FillsBuffersInOneSearch)
+{
+  const auto searches = [this] {
+    const int before = zylBlockMapper::GetNumberOfSearches();
+    this->Boundary->Update();
+    this->Draw();
+    return zylBlockMapper::GetNumberOfSearches() - before;
+  };
+  for (int id = 1; id <= 3; ++id)
+  {
+    this->Surface(id)->Set("ColorMode", 1);
+    this->Surface(id)->Set("ColorVariableName", "pressure");
+  }
+  this->ShowLeaves();
+  EXPECT_EQ(searches(), 1);
+  EXPECT_EQ(searches(), 0);
+  this->Boundary->Hide(2);
+  EXPECT_EQ(searches(), 0);
+  this->Boundary->Show(2);
+  this->Surface(3)->Set("ColorMapName", "Rainbow Uniform"); // two pipelines from now on
+  EXPECT_EQ(searches(), 1);
+  this->Surface(3)->Set("ColorVariableName", "quality"); // of cells: never by texture
+  EXPECT_EQ(searches(), 1);
 }
 
 TEST_F(zylBoundary, DrawsArrowsOfVisibleBlocksOnly)

@@ -1,0 +1,137 @@
+#include "ParaView/zylBlockMapper.h"
+
+#include "ParaView/zylParaViewCompat.mapper.h"
+
+#include <vtkCompositeDataDisplayAttributes.h>
+#include <vtkGeometryRepresentation.h>
+#include <vtkObjectFactory.h>
+#include <vtkPVLODActor.h>
+#include <vtkSMProperty.h>
+#include <vtkSMProxy.h>
+#include <vtkSelection.h>
+
+namespace {
+int Searches = 0;
+
+// Fills and draws the buffers of blocks that have the same attributes.
+class Helper : public vtkCompositeMapperHelper2
+{
+public:
+  static Helper* New();
+  vtkTypeMacro(Helper, vtkCompositeMapperHelper2);
+
+protected:
+  Helper() = default;
+  ~Helper() override = default;
+
+  void BuildBufferObjects(vtkRenderer* renderer, vtkActor* actor) override
+  {
+    this->Phase = Building;
+    this->Superclass::BuildBufferObjects(renderer, actor);
+    this->Phase = Idle;
+  }
+
+  // Whichever block it is asked for, the answer is about all of them, and none of them changes
+  // while the buffers are filled.
+  int CanUseTextureMapForColoring(vtkDataObject* data) override
+  {
+    if (this->Phase != Answered)
+    {
+      this->Answer = this->Superclass::CanUseTextureMapForColoring(data);
+      if (this->Phase == Building)
+      {
+        this->Phase = Answered;
+        ++Searches;
+      }
+    }
+    return this->Answer;
+  }
+
+private:
+  Helper(const Helper&) = delete;
+  void operator=(const Helper&) = delete;
+
+  enum
+  {
+    Idle,
+    Building,
+    Answered
+  } Phase = Idle;
+  int Answer = 0;
+};
+
+vtkStandardNewMacro(Helper);
+} // namespace
+
+vtkStandardNewMacro(zylBlockMapper);
+
+// The representation lets subclasses put mappers of their own in place of its own. This reaches
+// them from outside, so that it works for whatever class the proxy has made.
+class zylMapperAccess : public vtkGeometryRepresentation
+{
+public:
+  static void Replace(vtkGeometryRepresentation* representation)
+  {
+    vtkMapper*& mapper = representation->*&zylMapperAccess::Mapper;
+    vtkMapper*& lodMapper = representation->*&zylMapperAccess::LODMapper;
+    zylBlockMapper::Replace(mapper);
+    zylBlockMapper::Replace(lodMapper);
+    vtkPVLODActor* actor = representation->*&zylMapperAccess::Actor;
+    actor->SetMapper(mapper);
+    actor->SetLODMapper(lodMapper);
+  }
+};
+
+//--------------------------------------------------------------------------------------------------
+void zylBlockMapper::Use(vtkSMProxy* representation)
+{
+  // The part of the proxy that draws surfaces is the one that has this setting.
+  vtkSMProperty* ofSurfaces =
+    representation ? representation->GetProperty("InterpolateScalarsBeforeMapping") : nullptr;
+  vtkSMProxy* surface = ofSurfaces ? ofSurfaces->GetParent() : nullptr;
+  auto* drawn =
+    vtkGeometryRepresentation::SafeDownCast(surface ? surface->GetClientSideObject() : nullptr);
+  if (drawn)
+  {
+    zylMapperAccess::Replace(drawn);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylBlockMapper::Replace(vtkMapper*& mapper)
+{
+  auto* old = vtkCompositePolyDataMapper2::SafeDownCast(mapper);
+  if (old && !old->IsA("zylBlockMapper"))
+  {
+    zylBlockMapper* own = zylBlockMapper::New();
+    own->TakeOver(old);
+    mapper = own;
+    old->Delete();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylBlockMapper::TakeOver(vtkCompositePolyDataMapper2* other)
+{
+  this->vtkMapper::ShallowCopy(other); // those of the classes between warn, or copy the input
+  this->SetPointIdArrayName(other->GetPointIdArrayName());
+  this->SetCellIdArrayName(other->GetCellIdArrayName());
+  this->SetCompositeIdArrayName(other->GetCompositeIdArrayName());
+  this->SetProcessIdArrayName(other->GetProcessIdArrayName());
+  this->SetStatic(other->GetStatic());
+  this->SetSelection(other->GetSelection());
+  this->SetCompositeDataDisplayAttributes(other->GetCompositeDataDisplayAttributes());
+  this->SetColorMissingArraysWithNanColor(other->GetColorMissingArraysWithNanColor());
+}
+
+//--------------------------------------------------------------------------------------------------
+int zylBlockMapper::GetNumberOfSearches()
+{
+  return Searches;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkCompositeMapperHelper2* zylBlockMapper::CreateHelper()
+{
+  return Helper::New();
+}

@@ -1,0 +1,45 @@
+/// @file zylBlockMapper.h
+/// Draws the surfaces of many blocks at a cost that grows with their number. Private to the
+/// library.
+///
+/// The toolkit's mapper of composite data puts its blocks into the vertex buffers one after
+/// another, and for each of them looks through all blocks for a reason not to color by texture.
+/// This mapper looks once for all.
+#ifndef zylBlockMapper_h
+#define zylBlockMapper_h
+
+#include "zylExport.h"
+
+#include <vtkCompositePolyDataMapper2.h>
+
+class vtkSMProxy;
+
+class ZYL_PRIVATE zylBlockMapper : public vtkCompositePolyDataMapper2
+{
+public:
+  static zylBlockMapper* New();
+  vtkTypeMacro(zylBlockMapper, vtkCompositePolyDataMapper2);
+
+  /// Let a new "GeometryRepresentation" proxy, which has drawn nothing yet, draw with such mappers
+  /// what this process draws of it. Other proxies stay as they are.
+  static void Use(vtkSMProxy* representation);
+
+  /// How often the mappers of this process have looked through their blocks while filling buffers.
+  static int GetNumberOfSearches();
+
+protected:
+  zylBlockMapper() = default;
+  ~zylBlockMapper() override = default;
+
+  vtkCompositeMapperHelper2* CreateHelper() override;
+
+private:
+  zylBlockMapper(const zylBlockMapper&) = delete;
+  void operator=(const zylBlockMapper&) = delete;
+
+  void TakeOver(vtkCompositePolyDataMapper2* other);
+  static void Replace(vtkMapper*& mapper);
+  friend class zylMapperAccess;
+};
+
+#endif
