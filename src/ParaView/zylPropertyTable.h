@@ -44,6 +44,10 @@ struct zylPropertyRow
   {
     return Numbers(name, zylProperty::Int, 1, value);
   }
+  static constexpr zylPropertyRow Int2(const char* name, int a, int b)
+  {
+    return Numbers(name, zylProperty::Int, 2, a, b);
+  }
   /// No elements.
   static constexpr zylPropertyRow Ints(const char* name)
   {

@@ -1,5 +1,6 @@
 // What every public call does when its session is gone: no crash, a line that says why, a failed
 // result. The table names all calls that need a session; a new class adds its rows.
+#include "zylAnnotation.h"
 #include "zylArrayInformation.h"
 #include "zylBoundaryRepresentation.h"
 #include "zylClipPipelineHelper.h"
@@ -61,6 +62,7 @@ struct Objects
   vtkSmartPointer<zylView> View = vtkSmartPointer<zylView>::New();
   vtkSmartPointer<zylBoundaryRepresentation> Boundary =
     vtkSmartPointer<zylBoundaryRepresentation>::New();
+  vtkSmartPointer<zylAnnotation> Annotation = vtkSmartPointer<zylAnnotation>::New();
   vtkSmartPointer<zylClipPipelineHelper> Clip = vtkSmartPointer<zylClipPipelineHelper>::New();
   vtkSmartPointer<zylMultiClip> Clips = vtkSmartPointer<zylMultiClip>::New();
   vtkSmartPointer<zylSelection> Selected;
@@ -77,6 +79,10 @@ struct Objects
     this->Boundary->SetDataSet(this->Data);
     this->Show();
     this->View->AddRepresentation(this->Boundary);
+    this->Annotation->SetDataSet(this->Data);
+    this->Annotation->GetProperties()->Set("Expression", "time_value");
+    this->Annotation->GetProperties()->Set("Visibility", true);
+    this->View->AddRepresentation(this->Annotation);
     vtkSMSourceProxy* source = this->Data->GetOutput();
     this->Clip->SetInput(source);
     this->Clip->GetProperties()->Set("ClipMode", 2);
@@ -199,6 +205,18 @@ const std::vector<Call>& Calls()
     { "zylBoundaryRepresentation::GetSurfaceColorVariableInformation", Kind::Uses,
       [](Objects& o) {
         return !o.Boundary->GetSurfaceColorVariableInformation(int(o.Data->GetBlockIDs().back()));
+      } },
+    { "zylAnnotation::Update", Kind::Speaks,
+      [](Objects& o) {
+        o.Annotation->GetProperties()->Set("Bold", true);
+        o.Annotation->Update();
+        return true;
+      } },
+    { "zylAnnotation::GetScreenBounds", Kind::Speaks,
+      [](Objects& o) {
+        int bounds[4] = { 1, 2, 3, 4 };
+        o.Annotation->GetScreenBounds(bounds);
+        return bounds[0] == 1 && bounds[3] == 4;
       } },
     { "zylPipeline::Update", Kind::Speaks, each([](Objects& o, zylPipeline* pipeline) {
        pipeline->Update(o.View);
@@ -338,6 +356,15 @@ void CallTheRest(Objects& o)
   o.Boundary->Update();
   o.Boundary->SetDataSet(nullptr);
   o.Boundary->SetDataSet(o.Data);
+  o.Annotation->Hide();
+  o.Annotation->Show();
+  o.Annotation->IsVisible();
+  o.Annotation->GetBounds(Box);
+  o.Annotation->FreeResources();
+  o.Annotation->Update();
+  o.Annotation->SetDataSet(nullptr);
+  o.Annotation->SetDataSet(o.Data);
+  o.Annotation->Update();
   o.View->SetBackground(0, 0, 1);
   o.View->SetViewport(0, 0, 50, 50);
   o.View->SetParallelProjection(true);
