@@ -91,14 +91,26 @@ void zylViewCase::Derive()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewCase::AddTo(zylView* view)
+void zylViewCase::MakeBoundary()
 {
   this->Boundary = vtkSmartPointer<zylBoundaryRepresentation>::New();
   this->Boundary->SetDataSet(this->DataSet);
-  zylViewSettings settings(this->Options, *this->Blocks, this->Boundary);
-  settings.Apply();
+  if (!this->Options.Restored)
+  {
+    zylViewSettings(this->Options, *this->Blocks, this->Boundary).Apply();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::AddTo(zylView* view)
+{
   view->AddRepresentation(this->Boundary); // updates it
-  if (settings.ApplyDerivedRange())
+  if (this->Options.Restored)
+  {
+    this->Derived->AddTo(view);
+    return;
+  }
+  if (zylViewSettings(this->Options, *this->Blocks, this->Boundary).ApplyDerivedRange())
   {
     this->Boundary->Update();
   }

@@ -47,6 +47,9 @@ public:
   /// Set up what is derived. Throws zylViewError.
   void Derive();
 
+  /// Make the blocks' displays, set up as the user wishes; those of a saved scene have defaults.
+  /// Nothing is drawn or sent before they are added. Throws zylViewError.
+  void MakeBoundary();
   ///@{
   /// Show everything in `view` (borrowed) or take it out of it. Throws zylViewError.
   void AddTo(zylView* view);
@@ -66,6 +69,8 @@ public:
   const std::array<double, 2>& GetColorRange() const { return this->ColorRange; }
   /// Takes effect with Update().
   void SetColorRange(const std::array<double, 2>& range);
+  /// The range that the displays have been given.
+  void TakeColorRange(const std::array<double, 2>& range) { this->ColorRange = range; }
   ///@}
 
   /// Calls visit(representation, settings of the display that has its legend or null) for each.

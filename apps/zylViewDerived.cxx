@@ -26,18 +26,6 @@ namespace {
 using Representation = zylDerivedSurfaceRepresentation;
 using Shape = zylViewDerived::Shape;
 
-struct Display
-{
-  const char* Name;
-  zylPropertyCollection* (Representation::*Get)();
-};
-constexpr Display Displays[] = { { "Surface", &Representation::GetSurfaceProperties },
-  { "Contour", &Representation::GetContourProperties },
-  { "FeatureLine", &Representation::GetFeatureLineProperties },
-  { "MeshLine", &Representation::GetMeshLineProperties },
-  { "VectorGlyph", &Representation::GetVectorGlyphProperties },
-  { "Highlight", &Representation::GetHighlightProperties } };
-
 // Solid colors of what stands beside each other, in the order of the kinds.
 constexpr double Palette[][3] = { { 0.80, 0.82, 0.86 }, { 0.93, 0.93, 0.90 }, { 0.75, 0.85, 0.70 },
   { 0.95, 0.70, 0.25 }, { 0.10, 0.11, 0.14 }, { 0.15, 0.35, 0.70 }, { 0.30, 0.60, 0.75 },
@@ -106,6 +94,19 @@ void SetVolumeClip(zylPropertyCollection* properties, const zylViewClip& clip)
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
+const std::vector<zylDerivedDisplay>& zylGetDerivedDisplays()
+{
+  static const std::vector<zylDerivedDisplay> displays{ { "Surface",
+                                                          &Representation::GetSurfaceProperties },
+    { "Contour", &Representation::GetContourProperties },
+    { "FeatureLine", &Representation::GetFeatureLineProperties },
+    { "MeshLine", &Representation::GetMeshLineProperties },
+    { "VectorGlyph", &Representation::GetVectorGlyphProperties },
+    { "Highlight", &Representation::GetHighlightProperties } };
+  return displays;
+}
+
+//--------------------------------------------------------------------------------------------------
 zylViewDerivedSurfaces::zylViewDerivedSurfaces(
   const zylViewOptions& options, const zylViewBlocks& blocks, zylDataSet* dataset)
   : Options(options)
@@ -145,6 +146,10 @@ void zylViewDerivedSurfaces::Make()
   for (const Entry& entry : this->Entries)
   {
     entry.Representation->SetDataSet(this->DataSet);
+    if (this->Options.Restored)
+    {
+      continue;
+    }
     zylSetAny(entry.Representation->GetProperties(), "Blocks", this->ChooseBlocks(entry));
     this->SetShape(entry);
     this->SetDisplay(entry);
@@ -323,7 +328,7 @@ zylPropertyCollection* zylViewDerivedSurfaces::FindCollection(
       : representation->GetProperties();
   }
   std::vector<std::string> names;
-  for (const Display& display : Displays)
+  for (const zylDerivedDisplay& display : zylGetDerivedDisplays())
   {
     if (setting.Kind == display.Name)
     {
@@ -364,7 +369,10 @@ void zylViewDerivedSurfaces::AddTo(zylView* view)
   for (const Entry& entry : this->Entries)
   {
     view->AddRepresentation(entry.Representation); // updates it
-    this->ColorByOwnRange(entry);
+    if (!this->Options.Restored)
+    {
+      this->ColorByOwnRange(entry);
+    }
   }
 }
 

@@ -19,6 +19,14 @@ class zylView;
 struct zylViewDerived;
 struct zylViewOptions;
 
+/// The displays of what is derived, and where their settings are.
+struct zylDerivedDisplay
+{
+  const char* Name;
+  zylPropertyCollection* (zylDerivedSurfaceRepresentation::*Get)();
+};
+const std::vector<zylDerivedDisplay>& zylGetDerivedDisplays();
+
 class zylViewDerivedSurfaces
 {
 public:
@@ -34,8 +42,9 @@ public:
   zylViewDerivedSurfaces(
     const zylViewOptions& options, const zylViewBlocks& blocks, zylDataSet* dataset);
 
-  /// Make and set up all of them. Nothing is drawn or sent before they are updated. Throws
-  /// zylViewError for arrays, blocks and settings that do not exist.
+  /// Make and set up all of them; those of a saved scene have their settings from it. Nothing is
+  /// drawn or sent before they are updated. Throws zylViewError for arrays, blocks and settings
+  /// that do not exist.
   void Make();
 
   /// Show them, and color them by the range of what they turn out to hold where nobody else knows.

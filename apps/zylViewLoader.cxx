@@ -100,12 +100,8 @@ zylViewLoader::zylViewLoader(zylViewOptions& options, zylViewMessages& messages,
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewLoader::Prepare()
+void zylViewLoader::NameSample()
 {
-  if (!this->Options.Connect.empty())
-  {
-    this->Connect();
-  }
   if (this->Options.Files.empty())
   {
     this->Options.Files.push_back(this->SampleFile());
@@ -130,6 +126,10 @@ vtkSmartPointer<zylDataSet> zylViewLoader::Load()
 void zylViewLoader::Connect()
 {
   const std::string& url = this->Options.Connect;
+  if (url.empty())
+  {
+    return;
+  }
   zylViewProgress progress("connecting to " + url, this->Alive);
   this->Messages.Clear();
   zylCore* core = zylCore::GetInstance();

@@ -21,14 +21,15 @@ public:
   zylViewLoader(zylViewOptions& options, zylViewMessages& messages, zylViewTimes& times,
     const zylViewProgress::Alive& alive);
 
-  /// Connect if asked to, and name the built-in sample where there are no files. Throws
-  /// zylViewError.
-  void Prepare();
+  ///@{
+  /// Connect if asked to; name the built-in sample where there are no files. Throw zylViewError.
+  void Connect();
+  void NameSample();
+  ///@}
   /// Load. Needs no OpenGL. Throws zylViewError.
   vtkSmartPointer<zylDataSet> Load();
 
 private:
-  void Connect();
   std::string SampleFile();
   vtkSmartPointer<zylDataSet> LoadFiles();
   /// Why a file could not be read: ": reason" or nothing. `heard` is what went to the terminal.

@@ -4,6 +4,7 @@
 #include "zylViewMessages.h"
 #include "zylViewOptions.h"
 #include "zylViewScene.h"
+#include "zylViewState.h"
 
 #include <cstdio>
 
@@ -62,6 +63,12 @@ int Run(zylViewOptions& options)
                                      : zylCore::GetSupportedFileTypes());
     return zylViewDone;
   }
+  std::unique_ptr<zylViewState> state;
+  if (!options.State.empty())
+  {
+    state = std::make_unique<zylViewState>(options.State);
+    state->GetWindow(options);
+  }
   // The host comes first: it owns the context, and outlives what is drawn in it.
   std::unique_ptr<zylViewHost> host;
   const bool picture = !options.List && (!options.Measures() || !options.Output.empty());
@@ -72,7 +79,7 @@ int Run(zylViewOptions& options)
   const auto alive = [&host](const std::string& work, double fraction) {
     return !host || host->KeepAlive(work, fraction);
   };
-  zylViewScene scene(options, messages, alive);
+  zylViewScene scene(options, messages, state.get(), alive);
   scene.Load();
   if (options.List)
   {
@@ -80,6 +87,10 @@ int Run(zylViewOptions& options)
     return zylViewDone;
   }
   const std::string empty = Show(scene, host.get(), messages);
+  if (!options.SaveState.empty() && host != nullptr)
+  {
+    scene.SaveState(options.SaveState);
+  }
   if (options.Stats)
   {
     scene.PrintTimes();

@@ -195,7 +195,8 @@ void AddNumberOptions(CLI::App& app, zylViewOptions& o)
 void AddDataOptions(CLI::App& app, zylViewOptions& o)
 {
   const char* const group = "Data";
-  app.add_option("FILES", o.Files, "Result files; several are one series read by one reader");
+  app.add_option("FILES", o.Files,
+    "Result files; those of one kind are one series, other kinds stand beside it");
   app.option_defaults()->take_last(); // what is written twice is corrected
   app
     .add_option_function<std::string>(
@@ -310,6 +311,39 @@ void AddPictureOptions(CLI::App& app, zylViewOptions& o)
 }
 
 //--------------------------------------------------------------------------------------------------
+void AddSceneOptions(CLI::App& app, zylViewOptions& o)
+{
+  const char* const group = "Scene";
+  app.add_option("--state", o.State, "Open a saved scene; FILES take the place of those it names")
+    ->group(group);
+  app.add_option("--save-state", o.SaveState, "Save the scene at the end, as JSON")->group(group);
+  app
+    .add_flag("--trust", o.Trust,
+      "Run any program that the scene's variables are made of, not only arithmetic")
+    ->group(group);
+}
+
+// A scene says what is shown; how it is opened, where and by whom it is looked at is left open.
+void CheckScene(const CLI::App& app, zylViewOptions& options)
+{
+  const std::set<std::string> open{ "--state", "--save-state", "--trust", "--output", "--size",
+    "--samples", "--background", "--connect", "--time", "--log", "--verbose", "--stats", "--frames",
+    "FILES" };
+  for (const CLI::Option* option : app.get_options())
+  {
+    const std::string name = option->get_name();
+    if (option->count() > 0)
+    {
+      options.Given.insert(name);
+      if (!options.State.empty() && open.count(name) == 0)
+      {
+        Bad(name + " does not go with --state: the scene says what is shown");
+      }
+    }
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void AddReportOptions(CLI::App& app, zylViewOptions& o)
 {
   const char* const group = "Reports";
@@ -340,10 +374,12 @@ bool zylParseViewOptions(int argc, const char* const* argv, zylViewOptions& opti
   AddDerivedOptions(app, options);
   AddNumberOptions(app, options);
   AddPictureOptions(app, options);
+  AddSceneOptions(app, options);
   AddReportOptions(app, options);
   try
   {
     app.parse(argc, argv);
+    CheckScene(app, options);
     return true;
   }
   catch (const CLI::Success& success)

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,8 +33,14 @@ struct zylViewOptions
   std::array<double, 3> BackgroundTop{ 0.56, 0.66, 0.78 };
   std::array<double, 3> BackgroundBottom{ 0.95, 0.96, 0.98 };
 
-  bool Plain = false; ///< nothing but what is asked for
-  std::string Array;  ///< empty: solid colors
+  bool Plain = false;                  ///< nothing but what is asked for
+  std::string State;                   ///< a scene to open; empty: none
+  std::string SaveState;               ///< where to save the scene at the end; empty: nowhere
+  bool Trust = false;                  ///< expressions in the scene may be any program
+  std::set<std::string> Given;         ///< the options that the user has written
+  std::optional<std::size_t> Restored; ///< which dataset of the scene this is
+
+  std::string Array; ///< empty: solid colors
   std::optional<std::array<double, 2>> Range;
   std::string ColorMap;          ///< empty: the library's default
   std::optional<bool> Legend;    ///< none: where colors want one

@@ -10,10 +10,12 @@
 #include "zylViewNumbers.h"
 #include "zylViewOptions.h"
 #include "zylViewProgress.h"
+#include "zylViewState.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 
 #include <zylCore.h>
 #include <zylTimeController.h>
@@ -51,10 +53,11 @@ double Nearest(const std::vector<double>& steps, double time)
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-zylViewScene::zylViewScene(
-  zylViewOptions& options, zylViewMessages& messages, zylViewProgress::Alive alive)
+zylViewScene::zylViewScene(zylViewOptions& options, zylViewMessages& messages,
+  const zylViewState* state, zylViewProgress::Alive alive)
   : Options(options)
   , Messages(messages)
+  , State(state)
   , Alive(std::move(alive))
 {
   zylViewProgress progress("starting");
@@ -83,7 +86,24 @@ zylViewScene::~zylViewScene()
 void zylViewScene::Load()
 {
   zylViewLoader loader(this->Options, this->Messages, this->Times, this->Alive);
-  loader.Prepare();
+  loader.Connect();
+  if (this->State != nullptr)
+  {
+    this->LoadScene();
+  }
+  else
+  {
+    loader.NameSample();
+    this->LoadFiles();
+  }
+  zylViewProgress progress("loading the time step", this->Alive);
+  progress.Observe(zylCore::GetInstance()->GetSession());
+  this->GoToTime();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::LoadFiles()
+{
   for (const auto& files : zylGroupFiles(this->Options))
   {
     zylViewOptions options = this->Options;
@@ -91,9 +111,42 @@ void zylViewScene::Load()
     auto dataset = zylViewLoader(options, this->Messages, this->Times, this->Alive).Load();
     this->Cases.push_back(std::make_unique<zylViewCase>(options, dataset));
   }
-  zylViewProgress progress("loading the time step", this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
-  this->GoToTime();
+}
+
+//--------------------------------------------------------------------------------------------------
+// What cannot be loaded is said; the rest of the scene is shown all the same.
+void zylViewScene::LoadScene()
+{
+  std::optional<zylViewError> failure;
+  for (std::size_t i = 0; i < this->State->GetNumberOfDataSets(); ++i)
+  {
+    zylViewOptions options = this->State->GetDataSet(i, this->Options);
+    options.Restored = i;
+    try
+    {
+      zylViewLoader loader(options, this->Messages, this->Times, this->Alive);
+      loader.NameSample();
+      auto dataset = loader.Load();
+      this->Cases.push_back(std::make_unique<zylViewCase>(options, dataset));
+      this->State->RestoreDataSet(i, *this->Cases.back());
+    }
+    catch (const zylViewError& error)
+    {
+      if (failure)
+      {
+        std::fprintf(stderr, "zylview: %s\n", failure->what());
+      }
+      failure.emplace(error);
+    }
+  }
+  if (failure && this->Cases.empty())
+  {
+    throw zylViewError(*failure);
+  }
+  if (failure)
+  {
+    std::fprintf(stderr, "zylview: %s\n", failure->what());
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -119,7 +172,10 @@ void zylViewScene::Derive()
   {
     throw zylViewError(zylViewFailed, "--define is refused"); // with the library's reason
   }
-  zylShareOptions(this->Cases);
+  if (this->State == nullptr)
+  {
+    zylShareOptions(this->Cases);
+  }
   for (const auto& one : this->Cases)
   {
     one->ChooseLook();
@@ -170,15 +226,38 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   this->View->GetProxy()->GetRenderWindow()->SetDPI(72 * pixelRatio); // the size of text
   for (const auto& one : this->Cases)
   {
+    one->MakeBoundary();
+    if (this->State != nullptr)
+    {
+      this->State->RestoreDisplays(*one->GetOptions().Restored, *one);
+    }
     one->AddTo(this->View);
   }
-  if (this->Cases.size() > 1 && zylSetColorRanges(this->Cases, zylViewRange::Grow))
+  if (this->Cases.size() > 1 && this->State == nullptr &&
+    zylSetColorRanges(this->Cases, zylViewRange::Grow))
   {
     this->Update();
   }
   this->View->Update();
   this->Format();
   this->OpenCamera();
+  if (this->State != nullptr)
+  {
+    this->State->RestoreView(this->View, *this->Camera);
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::SaveState(const std::string& file)
+{
+  zylViewOptions options = this->Options;
+  options.Samples = this->PixelRatio;
+  options.Width = this->Width / this->PixelRatio;
+  options.Height = this->Height / this->PixelRatio;
+  if (!zylViewState::Write(file, this->Cases, this->View, *this->Camera, options))
+  {
+    throw zylViewError(zylViewFailed, "cannot write '" + file + "'");
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -17,13 +17,16 @@ class vtkTextActor;
 class zylView;
 class zylViewCamera;
 class zylViewMessages;
+class zylViewState;
 struct zylViewOptions;
 
 class zylViewScene
 {
 public:
-  /// `options` and `messages` are borrowed; `alive` see zylViewProgress. Starts the library.
-  zylViewScene(zylViewOptions& options, zylViewMessages& messages, zylViewProgress::Alive alive);
+  /// All borrowed; `state` is a scene to open, or null; `alive` see zylViewProgress. Starts the
+  /// library.
+  zylViewScene(zylViewOptions& options, zylViewMessages& messages, const zylViewState* state,
+    zylViewProgress::Alive alive);
   /// The host's context must be current when a view was made.
   ~zylViewScene();
   zylViewScene(const zylViewScene&) = delete;
@@ -64,6 +67,9 @@ public:
   void SetHelpVisible(bool visible);
   bool GetHelpVisible() const;
 
+  /// Save the whole scene. Throws zylViewError.
+  void SaveState(const std::string& file);
+
   /// Why nothing is seen although something should be; empty when something is.
   std::string GetEmptyReason() const;
 
@@ -71,12 +77,15 @@ public:
 
 private:
   void GoToTime();
+  void LoadFiles();
+  void LoadScene();
   void ShowTime();
   void Update(); ///< after a change of settings or time
   void Format();
 
   zylViewOptions& Options;
   zylViewMessages& Messages;
+  const zylViewState* State;
   zylViewCaseList Cases;
   vtkSmartPointer<zylView> View;
   vtkSmartPointer<vtkTextActor> Help;

@@ -12,18 +12,18 @@
 #include <zylCore.h>
 #include <zylPropertyCollection.h>
 
-namespace {
-struct Kind
+//--------------------------------------------------------------------------------------------------
+const std::vector<zylBlockKind>& zylGetBlockKinds()
 {
-  const char* Name;
-  zylPropertyCollection* (zylBoundaryRepresentation::*Get)(int);
-};
-constexpr Kind Kinds[] = { { "Surface", &zylBoundaryRepresentation::GetSurfaceProperties },
-  { "Contour", &zylBoundaryRepresentation::GetContourProperties },
-  { "FeatureLine", &zylBoundaryRepresentation::GetFeatureLineProperties },
-  { "MeshLine", &zylBoundaryRepresentation::GetMeshLineProperties },
-  { "VectorGlyph", &zylBoundaryRepresentation::GetVectorGlyphProperties } };
-} // namespace
+  static const std::vector<zylBlockKind> kinds{
+    { "Surface", &zylBoundaryRepresentation::GetSurfaceProperties },
+    { "Contour", &zylBoundaryRepresentation::GetContourProperties },
+    { "FeatureLine", &zylBoundaryRepresentation::GetFeatureLineProperties },
+    { "MeshLine", &zylBoundaryRepresentation::GetMeshLineProperties },
+    { "VectorGlyph", &zylBoundaryRepresentation::GetVectorGlyphProperties }
+  };
+  return kinds;
+}
 
 //--------------------------------------------------------------------------------------------------
 zylViewSettings::zylViewSettings(const zylViewOptions& options, const zylViewBlocks& blocks,
@@ -196,7 +196,7 @@ zylPropertyCollection* zylViewSettings::GetCollection(
   const std::string& kind, unsigned int block) const
 {
   std::vector<std::string> names;
-  for (const Kind& k : Kinds)
+  for (const zylBlockKind& k : zylGetBlockKinds())
   {
     if (kind == k.Name)
     {

@@ -14,6 +14,14 @@ class zylPropertyCollection;
 struct zylViewSetting;
 struct zylViewOptions;
 
+/// The kinds of display that blocks have, and where their settings are.
+struct zylBlockKind
+{
+  const char* Name;
+  zylPropertyCollection* (zylBoundaryRepresentation::*Get)(int);
+};
+const std::vector<zylBlockKind>& zylGetBlockKinds();
+
 class zylViewSettings
 {
 public:

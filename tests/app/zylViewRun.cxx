@@ -57,8 +57,7 @@ Outcome View(const std::string& arguments, const std::string& file)
     "env -u DISPLAY -u WAYLAND_DISPLAY " + std::string(ZYL_VIEW) + " " + arguments + " " + file);
 }
 
-namespace {
-Picture Read(const std::string& file, const Color& host)
+Picture ReadPicture(const std::string& file, const Color& host)
 {
   vtkNew<vtkPNGReader> reader;
   reader->SetFileName(file.c_str());
@@ -87,8 +86,6 @@ Picture Read(const std::string& file, const Color& host)
   return picture;
 }
 
-} // namespace
-
 Picture Draw(const std::string& arguments, const std::string& file, const Color& host)
 {
   const std::string output = Folder() + "/picture.png";
@@ -100,7 +97,7 @@ Picture Draw(const std::string& arguments, const std::string& file, const Color&
     file);
   EXPECT_EQ(outcome.ExitCode, 0) << arguments << '\n' << outcome.Text;
   EXPECT_EQ(outcome.Text, output + "\n") << arguments;
-  return Read(output, host);
+  return ReadPicture(output, host);
 }
 
 double Difference(const Picture& a, const Picture& b)

@@ -34,6 +34,9 @@ Outcome View(const std::string& arguments, const std::string& file = Sample());
 
 using Color = std::array<int, 3>; ///< red, green, blue: 0 or 255 each
 
+/// A picture in a file.
+Picture ReadPicture(const std::string& file, const Color& host = { 0, 0, 0 });
+
 /// A small picture on a background of the host's color; expects that nothing is complained about.
 /// What is covered can only be counted where the scene has nothing of that color.
 Picture Draw(const std::string& arguments, const std::string& file = Sample(),
