@@ -2,6 +2,7 @@
 
 #include "Derived/zylFlowTracing.h"
 #include "ParaView/zylImplicitFunction.h"
+#include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylDataSet.h"
@@ -60,9 +61,10 @@ void zylCurvedGlyphRepresentation::FreeResources()
 //--------------------------------------------------------------------------------------------------
 void zylCurvedGlyphRepresentation::ReleaseFilters()
 {
-  for (auto* filter : { &this->Grouper, &this->Appender, &this->Tubes, &this->Stripper,
-         &this->LineSurface, &this->BodyClip, &this->BodyTracer, &this->Heads,
-         &this->SpacingContour, &this->ArcLength, &this->Tracer, &this->SeedSource })
+  for (auto* filter :
+    { &this->Grouper, &this->Appender, &this->Tubes, &this->Stripper, &this->LineSurface,
+      &this->BodyClip, &this->BodyTracer, &this->Heads, &this->SpacingContour, &this->ArcLength,
+      &this->SharedLines, &this->Tracer, &this->SeedSource })
   {
     zylUnregister(*filter);
     *filter = nullptr;
@@ -97,8 +99,14 @@ void zylCurvedGlyphRepresentation::CreateSurfacePipeline()
   this->SetFirstSurfaceFilter(this->Tracer);
   this->SetLastSurfaceFilter(this->Grouper);
 
-  // Heads are measured along the lines that the tracer makes.
-  this->ArcLength = this->MakeFilter("AppendArcLength", this->Tracer);
+  // Heads are measured along the lines that the tracer makes, and bodies start at them: the second
+  // tracer needs all seeds on every process.
+  if (zylParaView::HasServerPlugin(this->BlockExtractor->GetSession()))
+  {
+    this->SharedLines = this->MakeFilter("ZYLShareLines", this->Tracer);
+  }
+  this->ArcLength =
+    this->MakeFilter("AppendArcLength", this->SharedLines ? this->SharedLines : this->Tracer);
   // The bodies have their length from their tracer. Nothing is left for the clip, which would lose
   // the active scalars if it clipped by an array.
   vtkSMProxy* sphere = zylUseFunction(this->BodyClip, "ClipFunction", "Sphere");

@@ -68,6 +68,7 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> Tubes;
   vtkSmartPointer<vtkSMSourceProxy> Appender;
   vtkSmartPointer<vtkSMSourceProxy> Grouper;
+  vtkSmartPointer<vtkSMSourceProxy> SharedLines; ///< null on a server without the plugin
   vtkSmartPointer<vtkSMSourceProxy> ArcLength;
   vtkMTimeType SeedsTime = 0; // of "SeedPoints", when they were last sent
   double VolumeTime = 0.0;    // at which these were executed

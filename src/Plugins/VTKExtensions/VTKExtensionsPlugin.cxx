@@ -18,6 +18,7 @@ extern void vtkZYLContourFilter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLConvertToMultiBlock_Init(vtkClientServerInterpreter*);
 extern void vtkZYLCrinkleCutter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLPlaneCutter_Init(vtkClientServerInterpreter*);
+extern void vtkZYLShareLines_Init(vtkClientServerInterpreter*);
 extern void vtkZYLUniformCells_Init(vtkClientServerInterpreter*);
 extern void vtkZYLVolumeSurfaceReader_Init(vtkClientServerInterpreter*);
 
@@ -64,6 +65,7 @@ extern "C" void ZYLFiltersCS_Initialize(vtkClientServerInterpreter* interpreter)
   vtkZYLConvertToMultiBlock_Init(interpreter);
   vtkZYLCrinkleCutter_Init(interpreter);
   vtkZYLPlaneCutter_Init(interpreter);
+  vtkZYLShareLines_Init(interpreter);
   vtkZYLUniformCells_Init(interpreter);
 }
 
