@@ -180,6 +180,5 @@ void zylCurvedGlyphRepresentation::UpdateBodies()
 void zylCurvedGlyphRepresentation::GetVolumeDerivedPointVariables(std::set<std::string>& names)
 {
   this->Superclass::GetVolumeDerivedPointVariables(names);
-  zylFlowTracing::InsertIfDerived(
-    this->DataSet, this->Properties->GetString("VectorVariable"), names);
+  this->AddDerivedVariable(this->Properties->GetString("VectorVariable"), names);
 }

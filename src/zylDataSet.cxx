@@ -42,6 +42,7 @@ constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::String("LevelMaskArrayName", "level_mask"),
 };
 
+const std::string NotMadeText = "Failed to create new dataset";
 const std::string NothingText = "Nothing can be drawn: ";
 constexpr vtkTypeUInt32 PureClient = 0x10; // process roles of a session on a server
 } // namespace
@@ -80,12 +81,9 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
     vtkErrorMacro("NewDataSet called with no file names");
     return false;
   }
-  if (!zylHasSession("LoadFromFile()"))
-  {
-    vtkErrorMacro("Failed to create new dataset");
-    return false;
-  }
-  const zylReaderChoice choice = zylChooseReaders(this->Core->GetSession(), fileNames);
+  const zylReaderChoice choice = zylHasSession("LoadFromFile()")
+    ? zylChooseReaders(this->Core->GetSession(), fileNames)
+    : zylReaderChoice{ {}, NotMadeText };
   std::string error = choice.Error;
   std::vector<std::string> firstErrors;
   for (std::size_t i = 0; i < choice.Readers.size(); ++i)
@@ -110,12 +108,8 @@ bool zylDataSet::LoadFromFile(
   const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "LoadFromFile %s/%s", group.c_str(), name.c_str());
-  if (!zylHasSession("LoadFromFile()"))
-  {
-    vtkErrorMacro("Failed to create new dataset");
-    return false;
-  }
-  const std::string failure = this->ReadWith(fileNames, group, name, true);
+  const std::string failure =
+    zylHasSession("LoadFromFile()") ? this->ReadWith(fileNames, group, name, true) : NotMadeText;
   if (!failure.empty())
   {
     vtkErrorMacro(<< failure);
@@ -142,7 +136,7 @@ std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
   }
   if (!reader)
   {
-    return "Failed to create new dataset";
+    return NotMadeText;
   }
   if (!this->Adopt(reader, errors, mayBeEmpty))
   {

@@ -8,6 +8,7 @@
 #include "ParaView/zylProxyBuilder.h"
 #include "ParaView/zylScriptFilter.h"
 #include "ParaView/zylSession.h"
+#include "ParaView/zylSurfaceMerger.h"
 #include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
 #include "zylCore.h"
@@ -24,11 +25,8 @@
 
 #include <algorithm>
 
-#include <vtkCellData.h>
 #include <vtkLogger.h>
-#include <vtkPointData.h>
 #include <vtkPolyData.h>
-#include <vtkSMPVRepresentationProxy.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 #include <vtkUnstructuredGrid.h>
@@ -46,10 +44,6 @@ constexpr zylPropertyRow Rows[] = {
 
 // The result is the one block 0.
 const std::vector<int> ShowTheBlock = { 0, 1 };
-
-// The same point, computed in two blocks, differs by the rounding of the contour filter, which
-// works with float fractions of an edge. As part of the size of the surface.
-constexpr double Coincident = 1e-7;
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -81,17 +75,8 @@ vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeFilter(
   const char* name, vtkSMSourceProxy* input)
 {
   vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
-  return this->Made(name,
-    zylProxyBuilder(source ? source->GetSessionProxyManager() : nullptr, "filters", name)
-      .Input(input)
-      .Make());
-}
-
-//--------------------------------------------------------------------------------------------------
-vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeScriptFilter(
-  vtkSMSourceProxy* input)
-{
-  return this->Made("ProgrammableFilter", zylScriptFilter(input).Make());
+  auto* manager = source ? source->GetSessionProxyManager() : nullptr;
+  return this->Made(name, zylProxyBuilder(manager, "filters", name).Input(input).Make());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -103,21 +88,6 @@ vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::Made(
     vtkErrorMacro("The session cannot make the filter '" << name << "'");
   }
   return filter;
-}
-
-//--------------------------------------------------------------------------------------------------
-vtkSmartPointer<vtkSMSourceProxy> zylDerivedSurfaceRepresentation::MakeMerger(
-  vtkSMSourceProxy* input)
-{
-  auto merger = this->MakeFilter("MergeBlocks", input);
-  if (merger)
-  {
-    vtkSMPropertyHelper(merger, "MergePoints").Set(0);
-    vtkSMPropertyHelper(merger, "OutputDataSetType").Set(VTK_POLY_DATA);
-    vtkSMPropertyHelper(merger, "Tolerance").Set(Coincident);
-    merger->UpdateVTKObjects();
-  }
-  return merger;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -171,7 +141,8 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
   if (!this->BlockExtractor)
   {
     this->BlockExtractor = this->MakeFilter("ExtractBlock", source);
-    this->VolumeScript = this->MakeScriptFilter(this->BlockExtractor);
+    this->VolumeScript =
+      this->Made("ProgrammableFilter", zylScriptFilter(this->BlockExtractor).Make());
   }
   if (!zylIsUsable(this->BlockExtractor, "Update()") || !this->VolumeScript)
   {
@@ -190,9 +161,10 @@ bool zylDerivedSurfaceRepresentation::BuildChain(vtkSMSourceProxy* source)
   }
   if (!this->BlockMerger)
   {
-    this->BlockMerger = this->MakeMerger(this->LastSurfaceFilter);
+    this->BlockMerger = this->Made("MergeBlocks", zylSurfaceMerger(this->LastSurfaceFilter).Make());
     this->MultiClip->SetInput(this->BlockMerger);
-    this->SurfaceScript = this->MakeScriptFilter(this->MultiClip->GetOutput());
+    this->SurfaceScript =
+      this->Made("ProgrammableFilter", zylScriptFilter(this->MultiClip->GetOutput()).Make());
     this->WarpFilter = this->MakeFilter("WarpVector", this->SurfaceScript);
     this->Output = this->MakeFilter("PassThrough", this->SurfaceScript);
   }
@@ -206,9 +178,7 @@ void zylDerivedSurfaceRepresentation::ForgetChain()
   this->LeavingView = true; // the highlight goes too
   this->FreeResources();
   this->LeavingView = leaving;
-  for (auto* proxy :
-    { &this->BlockExtractor, &this->VolumeScript, &this->BlockMerger, &this->SurfaceScript,
-      &this->WarpFilter, &this->Output, &this->IntegrationScript, &this->Integrator })
+  for (auto* proxy : this->GetOwnFilters())
   {
     *proxy = nullptr;
   }
@@ -280,15 +250,15 @@ void zylDerivedSurfaceRepresentation::UpdateSurfaceScript()
 void zylDerivedSurfaceRepresentation::AddDerivedVariable(
   const std::string& setting, std::set<std::string>& names)
 {
-  std::string name = setting;
-  if (!this->DataSet->IsDerivedPointVariable(name))
+  std::string base, component;
+  zylPipeline::SplitVariableName(setting, base, component);
+  for (const std::string& name : { setting, base })
   {
-    std::string component;
-    zylPipeline::SplitVariableName(setting, name, component);
-  }
-  if (this->DataSet->IsDerivedPointVariable(name))
-  {
-    names.insert(name);
+    if (this->DataSet && this->DataSet->IsDerivedPointVariable(name))
+    {
+      names.insert(name);
+      return;
+    }
   }
 }
 
@@ -356,27 +326,21 @@ void zylDerivedSurfaceRepresentation::FreeResources()
   this->FirstSurfaceFilter = nullptr;
   zylUnregister(this->LastSurfaceFilter);
   this->LastSurfaceFilter = nullptr;
-  for (vtkSMSourceProxy* proxy : { this->BlockMerger.Get(), this->IntegrationScript.Get(),
-         this->Integrator.Get(), this->SurfaceScript.Get(), this->WarpFilter.Get(),
-         this->BlockExtractor.Get(), this->VolumeScript.Get(), this->Output.Get() })
+  for (auto* proxy : this->GetOwnFilters())
   {
-    zylUnregister(proxy);
+    zylUnregister(*proxy);
   }
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylDerivedSurfaceRepresentation::SetFirstSurfaceFilter(vtkSMSourceProxy* filter)
 {
-  if (filter == this->FirstSurfaceFilter)
+  if (filter != this->FirstSurfaceFilter)
   {
-    return;
+    zylUnregister(filter ? nullptr : this->FirstSurfaceFilter.Get());
+    this->FirstSurfaceFilter = filter;
+    this->Modified();
   }
-  if (!filter)
-  {
-    zylUnregister(this->FirstSurfaceFilter);
-  }
-  this->FirstSurfaceFilter = filter;
-  this->Modified();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -538,6 +502,13 @@ std::vector<zylPipeline*> zylDerivedSurfaceRepresentation::GetAllPipelines()
 }
 
 //--------------------------------------------------------------------------------------------------
+std::vector<vtkSmartPointer<vtkSMSourceProxy>*> zylDerivedSurfaceRepresentation::GetOwnFilters()
+{
+  return { &this->BlockMerger, &this->IntegrationScript, &this->Integrator, &this->SurfaceScript,
+    &this->WarpFilter, &this->BlockExtractor, &this->VolumeScript, &this->Output };
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylDerivedSurfaceRepresentation::Highlight(int style)
 {
   zylScope("Highlight()");
@@ -604,7 +575,8 @@ zylIntegrateFields::IntegratedValues_ zylDerivedSurfaceRepresentation::GetIntegr
   if (!this->IntegrationScript)
   {
     // Kept: set here only, so that later definitions do not change what is integrated.
-    this->IntegrationScript = this->MakeScriptFilter(this->BlockMerger);
+    this->IntegrationScript =
+      this->Made("ProgrammableFilter", zylScriptFilter(this->BlockMerger).Make());
     zylPushScript(zylGetDerivedVariablesScript(this->DataSet), this->IntegrationScript);
   }
   if (!this->Integrator)
@@ -618,10 +590,7 @@ zylIntegrateFields::IntegratedValues_ zylDerivedSurfaceRepresentation::GetIntegr
   this->Integrator->UpdateVTKObjects();
   zylUpdatePipeline(this->Integrator, zylTimeController::GetInstance()->GetActiveTime());
   const auto fetched = zylCore::Fetch(this->Integrator, "vtkAppendDataSets");
-  if (auto* grid = vtkUnstructuredGrid::SafeDownCast(fetched))
-  {
-    zylReadTuple(grid->GetPointData(), 0, values.PointValues);
-    zylReadTuple(grid->GetCellData(), 0, values.CellValues);
-  }
+  zylReadTuples(
+    vtkUnstructuredGrid::SafeDownCast(fetched), 0, values.PointValues, values.CellValues);
   return values;
 }

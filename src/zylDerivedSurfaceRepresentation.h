@@ -154,9 +154,9 @@ protected:
   /// A registered filter of the dataset's session; null, with an error, if the session knows none
   /// of that name. `input` may be null.
   vtkSmartPointer<vtkSMSourceProxy> MakeFilter(const char* name, vtkSMSourceProxy* input);
-  vtkSmartPointer<vtkSMSourceProxy> MakeScriptFilter(vtkSMSourceProxy* input);
-  /// A "MergeBlocks" filter that makes one poly data of all blocks.
-  vtkSmartPointer<vtkSMSourceProxy> MakeMerger(vtkSMSourceProxy* input);
+  /// The filter `name` that was made elsewhere; says so if it was not.
+  vtkSmartPointer<vtkSMSourceProxy> Made(
+    const char* name, vtkSmartPointer<vtkSMSourceProxy> filter);
 
   vtkSmartPointer<vtkSMSourceProxy> BlockExtractor;
   vtkSmartPointer<vtkSMSourceProxy> FirstSurfaceFilter;
@@ -181,10 +181,9 @@ private:
   zylDerivedSurfaceRepresentation(const zylDerivedSurfaceRepresentation&) = delete;
   void operator=(const zylDerivedSurfaceRepresentation&) = delete;
 
-  vtkSmartPointer<vtkSMSourceProxy> Made(
-    const char* name, vtkSmartPointer<vtkSMSourceProxy> filter); // says so when it was not
-  std::vector<zylPipeline*> GetDisplays();                       // all but the highlight
+  std::vector<zylPipeline*> GetDisplays(); // all but the highlight
   std::vector<zylPipeline*> GetAllPipelines();
+  std::vector<vtkSmartPointer<vtkSMSourceProxy>*> GetOwnFilters(); // those of no subclass
   bool BuildChain(vtkSMSourceProxy* source);
   void ForgetChain();
   void UpdateBlocks();

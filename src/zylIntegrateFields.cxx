@@ -10,11 +10,9 @@
 #include "zylPropertyCollection.h"
 #include "zylTimeController.h"
 
-#include <vtkCellData.h>
 #include <vtkDataSet.h>
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
-#include <vtkPointData.h>
 #include <vtkSMSourceProxy.h>
 
 vtkStandardNewMacro(zylIntegrateFields);
@@ -133,8 +131,7 @@ zylIntegrateFields::IntegratedValues_ zylIntegrateFields::GetIntegratedValues(
   const auto fetched = zylCore::Fetch(this->Integrator, "vtkAppendDataSet");
   if (auto* data = vtkDataSet::SafeDownCast(fetched))
   {
-    zylReadTuple(data->GetPointData(), 0, values.PointValues);
-    zylReadTuple(data->GetCellData(), 0, values.CellValues);
+    zylReadTuples(data, 0, values.PointValues, values.CellValues);
     const std::string missing = zylDescribeMissing(this->DataSet, values.PointValues);
     if (!missing.empty() && !values.PointValues.empty())
     {

@@ -2,6 +2,7 @@
 
 #include "ParaView/zylImplicitFunction.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSurfaceMerger.h"
 #include "zylIntersectionCurveData.h"
 #include "zylPropertyCollection.h"
 
@@ -40,7 +41,7 @@ zylIntersectionCurveRepresentation::~zylIntersectionCurveRepresentation()
 void zylIntersectionCurveRepresentation::CreateSurfacePipeline()
 {
   const auto cut = this->MakeFilter("Cut", this->BlockExtractor);
-  this->CutMerger = this->MakeMerger(cut);
+  this->CutMerger = this->Made("MergeBlocks", zylSurfaceMerger(cut).Make());
   this->Stripper = this->MakeFilter("Stripper", this->CutMerger);
   this->SelectionSource =
     zylProxyBuilder(this->BlockExtractor->GetSessionProxyManager(), "sources", "IDSelectionSource")

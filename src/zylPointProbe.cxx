@@ -14,12 +14,10 @@
 
 #include <algorithm>
 
-#include <vtkCellData.h>
 #include <vtkDataArray.h>
 #include <vtkDataSet.h>
 #include <vtkLogger.h>
 #include <vtkObjectFactory.h>
-#include <vtkPointData.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 
@@ -234,8 +232,7 @@ zylPointProbe::ProbeValue_ zylPointProbe::GetProbedValues(unsigned int index)
     return value;
   }
   this->Fetched->GetPoint(index, value.Point.data());
-  zylReadTuple(this->Fetched->GetPointData(), index, value.PointValues);
-  zylReadTuple(this->Fetched->GetCellData(), index, value.CellValues);
+  zylReadTuples(this->Fetched, index, value.PointValues, value.CellValues);
   const std::string missing =
     fetchNow ? zylDescribeMissing(this->DataSet, value.PointValues) : std::string();
   if (!missing.empty())

@@ -323,6 +323,5 @@ void zylStreamlineRepresentation::SpaceGlyphs()
 void zylStreamlineRepresentation::GetVolumeDerivedPointVariables(std::set<std::string>& names)
 {
   this->Superclass::GetVolumeDerivedPointVariables(names);
-  zylFlowTracing::InsertIfDerived(
-    this->DataSet, this->Properties->GetString("VectorVariable"), names);
+  this->AddDerivedVariable(this->Properties->GetString("VectorVariable"), names);
 }

@@ -4,6 +4,7 @@
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSurfaceMerger.h"
 #include "zylDataSet.h"
 #include "zylPropertyCollection.h"
 
@@ -55,7 +56,7 @@ void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
   this->CreateSeeds();
   this->ReleaseSurface();
   this->Surface = this->MakeFilter("SurfaceGeometryFilter", this->BlockExtractor);
-  this->SurfaceMerger = this->MakeMerger(this->Surface);
+  this->SurfaceMerger = this->Made("MergeBlocks", zylSurfaceMerger(this->Surface).Make());
   // The faces of cells point out of them: flipped, the normals point into the volume, there to
   // sample. Faces keep their sense, since those of two blocks that touch have opposite ones, and
   // their edges stay closed, with points that move inside from both sides.

@@ -78,6 +78,5 @@ bool zylVortexCoresRepresentation::HasDoubles(const std::string& vectors)
 void zylVortexCoresRepresentation::GetVolumeDerivedPointVariables(std::set<std::string>& names)
 {
   this->Superclass::GetVolumeDerivedPointVariables(names);
-  zylFlowTracing::InsertIfDerived(
-    this->DataSet, this->Properties->GetString("VectorVariable"), names);
+  this->AddDerivedVariable(this->Properties->GetString("VectorVariable"), names);
 }

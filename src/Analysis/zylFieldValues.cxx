@@ -9,9 +9,12 @@
 #include <algorithm>
 #include <set>
 
+#include <vtkCellData.h>
 #include <vtkDataArray.h>
+#include <vtkDataSet.h>
 #include <vtkFieldData.h>
 #include <vtkLogger.h>
+#include <vtkPointData.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 
@@ -27,10 +30,9 @@ int CountNodes(zylMultiBlockTree* node)
   }
   return count;
 }
-} // namespace
 
 //--------------------------------------------------------------------------------------------------
-void zylReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValues& values)
+void ReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValues& values)
 {
   for (int i = 0; data && i < data->GetNumberOfArrays(); ++i)
   {
@@ -43,6 +45,18 @@ void zylReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValues& values)
     std::vector<double> components(static_cast<std::size_t>(array->GetNumberOfComponents()));
     array->GetTuple(tuple, components.data());
     values.emplace(name && *name ? name : "(unnamed array)", std::move(components));
+  }
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+void zylReadTuples(
+  vtkDataSet* data, vtkIdType tuple, zylFieldValues& pointValues, zylFieldValues& cellValues)
+{
+  if (data)
+  {
+    ReadTuple(data->GetPointData(), tuple, pointValues);
+    ReadTuple(data->GetCellData(), tuple, cellValues);
   }
 }
 

@@ -12,7 +12,7 @@
 
 #include <vtkType.h>
 
-class vtkFieldData;
+class vtkDataSet;
 class vtkSMSourceProxy;
 class zylArrayInformation;
 class zylDataSet;
@@ -20,10 +20,11 @@ class zylProperty;
 
 using zylFieldValues = std::map<std::string, std::vector<double>>; ///< components by array name
 
-/// Put all components of `tuple` of every array into `values`, under the array's name, or
-/// "(unnamed array)". A name that is there stays as it is; arrays of other than numbers and arrays
-/// without the tuple are left out. Null `data` does nothing.
-ZYL_PRIVATE void zylReadTuple(vtkFieldData* data, vtkIdType tuple, zylFieldValues& values);
+/// Put all components of `tuple` of every point and cell array into the values, under the array's
+/// name, or "(unnamed array)". A name that is there stays as it is; arrays of other than numbers
+/// and arrays without the tuple are left out. Null `data` does nothing.
+ZYL_PRIVATE void zylReadTuples(
+  vtkDataSet* data, vtkIdType tuple, zylFieldValues& pointValues, zylFieldValues& cellValues);
 
 /// The script that adds all derived variables of the dataset.
 ZYL_PRIVATE std::string zylGetDerivedVariablesScript(zylDataSet* dataset);

@@ -138,16 +138,6 @@ bool zylFlowTracing::CheckVectors(zylDataSet* dataSet, vtkSMSourceProxy* volume,
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylFlowTracing::InsertIfDerived(
-  zylDataSet* dataSet, const std::string& name, std::set<std::string>& names)
-{
-  if (dataSet && dataSet->IsDerivedPointVariable(name))
-  {
-    names.insert(name);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylFlowTracing::SpaceEvenly(
   vtkSMSourceProxy* measured, vtkSMSourceProxy* contour, double spacing)
 {

@@ -8,7 +8,6 @@
 #include "ParaView/zylPropertyTable.h"
 #include "zylExport.h"
 
-#include <set>
 #include <string>
 
 #include <vtkSmartPointer.h>
@@ -55,10 +54,6 @@ ZYL_PRIVATE void DropSeeds(vtkSMSourceProxy* seeds, vtkMTimeType& sent);
 /// that unless it has been (see zylUpdatePipeline() for `executed`). An empty name is fine.
 ZYL_PRIVATE bool CheckVectors(zylDataSet* dataSet, vtkSMSourceProxy* volume, double& executed,
   const std::string& name, const char* user);
-
-/// Add `name` to `names` if it is a derived variable of `dataSet` (null: no).
-ZYL_PRIVATE void InsertIfDerived(
-  zylDataSet* dataSet, const std::string& name, std::set<std::string>& names);
 
 /// Give `contour`, which cuts the lines of `measured` by their "arc_length", the values that lie
 /// `spacing` apart. The first is half the spacing from a line's start, so that lines that run both
