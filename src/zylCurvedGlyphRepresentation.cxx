@@ -123,8 +123,14 @@ void zylCurvedGlyphRepresentation::UpdateLocalPipeline()
     return;
   }
   zylFlowTracing::PushSeeds(this->Properties, this->SeedSource, this->SeedsTime);
+  const bool possible = zylParaView::CanTraceFromTraces(this->Tracer->GetSession());
+  if (!possible)
+  {
+    vtkErrorMacro("No curved glyphs from several server processes of this version of ParaView");
+  }
   if (!zylFlowTracing::CheckVectors(this->DataSet, this->VolumeScript, this->VolumeTime,
-        this->Properties->GetString("VectorVariable"), "zylCurvedGlyphRepresentation"))
+        this->Properties->GetString("VectorVariable"), "zylCurvedGlyphRepresentation") ||
+    !possible)
   {
     zylFlowTracing::DropSeeds(this->SeedSource, this->SeedsTime);
   }

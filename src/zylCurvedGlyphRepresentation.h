@@ -25,7 +25,8 @@
  * |                           |         |                  | the head                                 |
  *
  * A body ends where the flow enters the data. A vector variable that is not fit for tracing is
- * written to the standard error stream by Update().
+ * written to the standard error stream by Update(). ParaView 5.9 on several processes makes no such
+ * arrows: an error says so.
  */
 // clang-format on
 #ifndef zylCurvedGlyphRepresentation_h

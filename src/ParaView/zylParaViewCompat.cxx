@@ -473,6 +473,17 @@ bool HasServerPlugin(vtkSMSession* session)
 }
 
 //--------------------------------------------------------------------------------------------------
+bool CanTraceFromTraces(vtkSMSession* session)
+{
+#if ZYL_PARAVIEW_59
+  return session->GetNumberOfProcesses(vtkPVSession::DATA_SERVER) <= 1;
+#else
+  (void)session;
+  return true;
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
 void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper)
 {
 #if ZYL_PARAVIEW_59

@@ -53,6 +53,10 @@ ZYL_PRIVATE std::vector<vtkZYLBlockInformation::Node> GetBlockTypes(vtkSMSourceP
 /// Whether the server of the session (this process in a built-in one) has the library's plugin.
 ZYL_PRIVATE bool HasServerPlugin(vtkSMSession* session);
 
+/// Whether lines can be traced from points of traced lines. The tracers of ParaView 5.9 wait for
+/// each other for ever when there are several processes.
+ZYL_PRIVATE bool CanTraceFromTraces(vtkSMSession* session);
+
 /// Keep the values between `lower` and `upper` (both included) in a "Threshold" filter proxy.
 ZYL_PRIVATE void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper);
 
