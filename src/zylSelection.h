@@ -52,7 +52,7 @@ public:
   /// The selected cells of `rep` - points, if points were selected - as three integers each: flat
   /// index of the block, process of the server, and index in what is drawn of the block: its
   /// surface after clips. Of data without blocks as two: process and index. Order and repeats as
-  /// GetBlocks(). All cells of selected blocks.
+  /// GetBlocks(). A selection of blocks has no cells.
   std::vector<int> GetCells(zylRepresentation* rep);
 
   /// The representations (borrowed) of `view` of which something is selected; one of which several

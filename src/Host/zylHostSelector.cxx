@@ -9,12 +9,14 @@
 #include <array>
 #include <cmath>
 
+#include <vtkCamera.h>
 #include <vtkCollection.h>
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkMath.h>
 #include <vtkNew.h>
 #include <vtkPVRenderView.h>
+#include <vtkPVRenderViewSettings.h>
 #include <vtkRenderer.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
@@ -119,6 +121,19 @@ bool zylHostSelector::Clamp(int rectangle[4]) const
 }
 
 //--------------------------------------------------------------------------------------------------
+std::vector<double> zylHostSelector::GetLook() const
+{
+  int size[2];
+  this->Host.GetSize(size);
+  vtkRenderer* renderer = this->Host.GetRenderer();
+  const double* viewport = renderer->GetViewport();
+  const auto time = [](vtkObject* object) { return static_cast<double>(object->GetMTime()); };
+  return { static_cast<double>(size[0]), static_cast<double>(size[1]), viewport[0], viewport[1],
+    viewport[2], viewport[3], time(renderer->GetActiveCamera()),
+    time(vtkPVRenderViewSettings::GetInstance()) };
+}
+
+//--------------------------------------------------------------------------------------------------
 bool zylHostSelector::Select(int kind, const int rectangle[4], bool multiple,
   vtkCollection* representations, vtkCollection* sources)
 {
@@ -131,9 +146,9 @@ bool zylHostSelector::Select(int kind, const int rectangle[4], bool multiple,
   vtkSMRenderViewProxy* proxy = this->Host.GetProxy();
   // Draws nothing, but brings what has changed since the last frame.
   proxy->StillRender();
-  // Not everything that changes the picture tells ParaView, which keeps the pixels of the last
-  // time.
-  if (auto* view = vtkPVRenderView::SafeDownCast(proxy->GetClientSideObject()))
+  // ParaView keeps the pixels of the last time until a proxy changes.
+  auto* view = vtkPVRenderView::SafeDownCast(proxy->GetClientSideObject());
+  if (view && (this->Occluded || this->Host.GetSelectionLook() != this->GetLook()))
   {
     view->InvalidateCachedSelection();
   }
@@ -153,6 +168,7 @@ bool zylHostSelector::Select(int kind, const int rectangle[4], bool multiple,
   {
     this->Host.GetRenderer()->RemoveObserver(observer);
   }
+  this->Host.SetSelectionLook(this->Occluded ? std::vector<double>() : this->GetLook());
   if (kind == Blocks)
   {
     ConvertToBlocks(representations, sources);

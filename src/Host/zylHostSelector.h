@@ -11,6 +11,8 @@
 
 #include "zylExport.h"
 
+#include <vector>
+
 class vtkCollection;
 class zylHostView;
 
@@ -39,6 +41,7 @@ public:
 
 private:
   bool Clamp(int rectangle[4]) const;
+  std::vector<double> GetLook() const; // of what no proxy knows
   void GetRay(double x, double y, double near[3], double far[3]) const;
 
   zylHostView& Host;

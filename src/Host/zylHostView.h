@@ -20,6 +20,8 @@
 #include "Host/zylHostFrame.h"
 #include "zylExport.h"
 
+#include <vector>
+
 #include <vtkSmartPointer.h>
 #include <vtkWeakPointer.h>
 
@@ -74,6 +76,13 @@ public:
   /// Inside a frame: the host's color and depth in this framebuffer object become the background.
   void CopyIn(int source) { this->Frame.CopyIn(source); }
 
+  ///@{
+  /// For zylHostSelector: what the pixels were drawn with that ParaView keeps of the last
+  /// selection; empty when they are not to be used again.
+  const std::vector<double>& GetSelectionLook() const { return this->SelectionLook; }
+  void SetSelectionLook(const std::vector<double>& look) { this->SelectionLook = look; }
+  ///@}
+
   /// Whether the state is on the toolkit's stack, so that a render may change it.
   bool IsStatePushed() const { return this->Frame.IsStatePushed(); }
 
@@ -104,6 +113,7 @@ private:
   vtkWeakPointer<vtkRenderer> Renderer;
   vtkWeakPointer<vtkOpenGLRenderWindow> Window;
   zylHostFrame Frame;
+  std::vector<double> SelectionLook;
   int Source = 0;                // of the render that has begun last
   bool InterruptsRender = false; // the selection that has begun: of a picture that is drawn already
 };

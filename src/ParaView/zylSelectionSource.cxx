@@ -24,6 +24,11 @@ constexpr const char* BlockSources[] = { "BlockSelectionSource" };
 constexpr const char* IndexSources[] = { "IDSelectionSource", "CompositeDataIDSelectionSource",
   "HierarchicalDataIDSelectionSource" };
 
+bool Is(vtkSMProxy* selection, const char* name)
+{
+  return zylIsAlive(selection) && std::string(name) == selection->GetXMLName();
+}
+
 // ParaView's own helper asks for the information of all blocks first, and its versions know
 // different conversions.
 template <std::size_t N>
@@ -112,14 +117,20 @@ vtkSmartPointer<vtkSMSourceProxy> zylSelectionSource::MakeForBlocks(
 vtkSmartPointer<vtkSMSourceProxy> zylSelectionSource::ConvertToBlocks(
   vtkSMProxy* selection, vtkSMProxy* representation)
 {
-  return Convert(selection, representation, BlockSources, vtkSelectionNode::BLOCKS);
+  // Ids in data without blocks: ParaView cannot convert them, and says so loudly.
+  return Is(selection, "IDSelectionSource")
+    ? MakeForBlocks(selection->GetSessionProxyManager(), {})
+    : Convert(selection, representation, BlockSources, vtkSelectionNode::BLOCKS);
 }
 
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> zylSelectionSource::ConvertToIndices(
   vtkSMProxy* selection, vtkSMProxy* representation)
 {
-  return Convert(selection, representation, IndexSources, vtkSelectionNode::INDICES);
+  // Of blocks some ParaViews make none, and some all cells.
+  return Is(selection, "BlockSelectionSource")
+    ? nullptr
+    : Convert(selection, representation, IndexSources, vtkSelectionNode::INDICES);
 }
 
 //--------------------------------------------------------------------------------------------------
