@@ -227,6 +227,10 @@ TEST_F(zylSelectionRender, FindsWhatIsSeen)
     { "no clip", [&] { scene.Boundary->SetNumberOfClips(0); }, { 1 } },
     { "highlighted", [&] { scene.Boundary->Highlight({ 1 }, 1); }, { 1 } },
     { "seen from behind", [&] { scene.View->SetViewDir(2, false); }, { 2 } },
+    { "looking away", [&] { scene.View->Yaw(120.0); }, {} },
+    { "and back", [&] { scene.View->Yaw(-120.0); }, { 2 } },
+    { "in a corner", [&] { scene.View->SetViewport(0, 0, 100, 100); }, {} },
+    { "everywhere", [&] { scene.View->SetViewport(0, 0, 300, 300); }, { 2 } },
     { "far off", [&] { scene.View->ResetCamera(9, 11, 0, 1, 0, 1); }, {} },
   };
   scene.View->Render();
@@ -465,6 +469,7 @@ TEST_F(zylSelectionRender, Highlights)
   for (const auto& row : rows)
   {
     SCOPED_TRACE(row.What);
+    this->Host->Clear(0.0f, 1.0f, 0.0f); // not what was rendered last
     const auto before = this->Picture();
     this->Unchanged("", row.Run);
     EXPECT_EQ(this->Picture(), before);
@@ -499,6 +504,12 @@ TEST_F(zylSelectionRender, InsideARender)
     pictures.push_back(this->Picture());
   }
   EXPECT_EQ(pictures[0], pictures[1]);
+  // Without drawing there is nothing to give back.
+  this->Host->Clear(0.0f, 0.0f, 1.0f);
+  view->PreRenderSetup();
+  this->Row->Blocks(50, 150);
+  view->PostRenderCleanup();
+  EXPECT_TRUE(this->Host->PixelIs(50, 150, 0, 0, 255));
 }
 
 //--------------------------------------------------------------------------------------------------
