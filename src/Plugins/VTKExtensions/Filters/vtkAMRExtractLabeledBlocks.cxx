@@ -1,6 +1,7 @@
 #include "vtkAMRExtractLabeledBlocks.h"
 
 #include "zylBlockParts.h"
+#include "zylBlockValues.h"
 #include "zylDeferredValues.h"
 
 #include <algorithm>
@@ -21,7 +22,6 @@
 #include <vtkImageData.h>
 #include <vtkInformation.h>
 #include <vtkInformationVector.h>
-#include <vtkMatrix3x3.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkMultiProcessController.h>
 #include <vtkNew.h>
@@ -51,21 +51,6 @@ struct Place
   vtkIdType Connectivity = 0;
 };
 
-// An array of the output as seen from one block.
-struct Source
-{
-  vtkAbstractArray* Array = nullptr; // null: the block has none that fits
-  const char* Values = nullptr;      // null: to be copied through the array's own methods
-  bool Deferred = false;             // the values come with the block
-};
-
-// Arrays of the output, the same for all parts, from the first block.
-struct Column
-{
-  vtkAbstractArray* Model = nullptr;
-  std::size_t TupleBytes = 0; // 0: the values are not plain memory
-};
-
 struct Block
 {
   explicit Block(vtkImageData* image, const int* dimensions)
@@ -82,8 +67,8 @@ struct Block
   vtkIdType BadIds = 0; // kept cells whose part number cannot be one
   zylBlockParts Parts;
   std::vector<Place> Places; // one per entry of Parts.Parts
-  std::vector<Source> CellSources;
-  std::vector<Source> PointSources;
+  std::vector<zylColumnSource> CellSources;
+  std::vector<zylColumnSource> PointSources;
 };
 
 // The grid of a part while it is filled.
@@ -167,221 +152,6 @@ vtkDataArray* CellArray(vtkImageData* image, const char* name)
     : nullptr;
 }
 
-bool IsGhostArray(const char* name)
-{
-  return std::strcmp(name, vtkDataSetAttributes::GhostArrayName()) == 0;
-}
-
-//--------------------------------------------------------------------------------------------------
-std::vector<Column> Columns(vtkDataSetAttributes* attributes)
-{
-  std::vector<Column> columns;
-  for (int i = 0; i < attributes->GetNumberOfArrays(); ++i)
-  {
-    vtkAbstractArray* array = attributes->GetAbstractArray(i);
-    if (!array->GetName() || IsGhostArray(array->GetName()))
-    {
-      continue;
-    }
-    Column column;
-    column.Model = array;
-    const bool plain = array->IsNumeric() && array->GetDataType() != VTK_BIT;
-    column.TupleBytes = plain
-      ? static_cast<std::size_t>(array->GetDataTypeSize()) * array->GetNumberOfComponents()
-      : 0;
-    columns.push_back(column);
-  }
-  return columns;
-}
-
-std::vector<Source> Sources(
-  const std::vector<Column>& columns, vtkDataSetAttributes* attributes, vtkIdType tuples)
-{
-  std::vector<Source> sources(columns.size());
-  for (std::size_t i = 0; i < columns.size(); ++i)
-  {
-    const Column& column = columns[i];
-    vtkAbstractArray* array = attributes->GetAbstractArray(column.Model->GetName());
-    if (!array || array->GetNumberOfComponents() != column.Model->GetNumberOfComponents() ||
-      array->GetNumberOfTuples() < tuples ||
-      (array->GetDataType() != column.Model->GetDataType() &&
-        !(array->IsNumeric() && column.Model->IsNumeric())))
-    {
-      continue;
-    }
-    sources[i].Array = array;
-    if (column.TupleBytes > 0 && array->HasStandardMemoryLayout() &&
-      array->GetDataType() == column.Model->GetDataType() && tuples > 0)
-    {
-      sources[i].Values = static_cast<const char*>(array->GetVoidPointer(0));
-      sources[i].Deferred = !sources[i].Values;
-    }
-  }
-  return sources;
-}
-
-// New arrays like the columns, `tuples` long, and where their values are (null: not plain memory).
-std::vector<char*> AllocateColumns(const std::vector<Column>& columns, vtkIdType tuples,
-  vtkDataSetAttributes* model, vtkDataSetAttributes* output)
-{
-  std::vector<char*> values;
-  for (const Column& column : columns)
-  {
-    auto array = vtkSmartPointer<vtkAbstractArray>::Take(
-      vtkAbstractArray::CreateArray(column.Model->GetDataType()));
-    array->SetName(column.Model->GetName());
-    array->SetNumberOfComponents(column.Model->GetNumberOfComponents());
-    array->CopyComponentNames(column.Model);
-    array->SetNumberOfTuples(tuples);
-    values.push_back(
-      column.TupleBytes > 0 && tuples > 0 ? static_cast<char*>(array->GetVoidPointer(0)) : nullptr);
-    output->AddArray(array);
-  }
-  for (int type = 0; model && type < vtkDataSetAttributes::NUM_ATTRIBUTES; ++type)
-  {
-    vtkAbstractArray* active = model->GetAbstractAttribute(type);
-    if (active && active->GetName() && !IsGhostArray(active->GetName()))
-    {
-      output->SetActiveAttribute(active->GetName(), type);
-    }
-  }
-  return values;
-}
-
-//--------------------------------------------------------------------------------------------------
-template <std::size_t Bytes>
-void Gather(const char* from, char* to, const int* ids, int count)
-{
-  for (int i = 0; i < count; ++i)
-  {
-    std::memcpy(to + i * Bytes, from + ids[i] * Bytes, Bytes);
-  }
-}
-
-// Tuples `ids` (null: the first `count`) of plain memory; without `from`, zeros.
-void CopyTuples(const char* from, char* to, std::size_t bytes, const int* ids, int count)
-{
-  if (!from)
-  {
-    std::memset(to, 0, bytes * count);
-    return;
-  }
-  if (!ids)
-  {
-    std::memcpy(to, from, bytes * count);
-    return;
-  }
-  switch (bytes)
-  {
-    case 1:
-      return Gather<1>(from, to, ids, count);
-    case 4:
-      return Gather<4>(from, to, ids, count);
-    case 8:
-      return Gather<8>(from, to, ids, count);
-    case 24:
-      return Gather<24>(from, to, ids, count);
-    default:
-      for (int i = 0; i < count; ++i)
-      {
-        std::memcpy(to + i * bytes, from + ids[i] * bytes, bytes);
-      }
-  }
-}
-
-void CopyColumns(const std::vector<Column>& columns, const std::vector<Source>& sources,
-  const std::vector<char*>& values, vtkIdType first, const int* ids, int count)
-{
-  for (std::size_t i = 0; i < columns.size(); ++i)
-  {
-    const bool plainSource = sources[i].Values || sources[i].Deferred || !sources[i].Array;
-    if (values[i] && plainSource)
-    {
-      const std::size_t bytes = columns[i].TupleBytes;
-      CopyTuples(sources[i].Values, values[i] + first * bytes, bytes, ids, count);
-    }
-  }
-}
-
-// Through the arrays' own methods; without `source`, zeros where there are numbers.
-void CopyOddTuple(vtkAbstractArray* target, vtkIdType to, vtkAbstractArray* source, vtkIdType from)
-{
-  if (source && source->GetDataType() == target->GetDataType())
-  {
-    target->SetTuple(to, from, source);
-    return;
-  }
-  auto* numbers = vtkDataArray::SafeDownCast(target);
-  auto* values = vtkDataArray::SafeDownCast(source);
-  for (int c = 0; numbers && c < numbers->GetNumberOfComponents(); ++c)
-  {
-    numbers->SetComponent(to, c, values ? values->GetComponent(from, c) : 0.0);
-  }
-}
-
-// What CopyColumns leaves: arrays that are not plain memory or are of another type in this block.
-void CopyOddColumns(const std::vector<Column>& columns, const std::vector<Source>& sources,
-  vtkDataSetAttributes* output, vtkIdType first, const int* ids, int count)
-{
-  for (std::size_t i = 0; i < columns.size(); ++i)
-  {
-    const bool missingPlain = !sources[i].Array && columns[i].TupleBytes > 0;
-    if (sources[i].Values || sources[i].Deferred || missingPlain)
-    {
-      continue;
-    }
-    vtkAbstractArray* target = output->GetAbstractArray(columns[i].Model->GetName());
-    for (int k = 0; k < count; ++k)
-    {
-      CopyOddTuple(target, first + k, sources[i].Array, ids ? ids[k] : k);
-    }
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-// Coordinates of the points `ids` (null: of all points, in order) of a block.
-void FillCoordinates(const Block& block, const int* ids, int count, double* to)
-{
-  vtkImageData* image = block.Image;
-  if (!image->GetDirectionMatrix()->IsIdentity())
-  {
-    for (int i = 0; i < count; ++i)
-    {
-      image->GetPoint(ids ? ids[i] : i, to + 3 * static_cast<std::size_t>(i));
-    }
-    return;
-  }
-  const int* extent = image->GetExtent();
-  const double* origin = image->GetOrigin();
-  const double* spacing = image->GetSpacing();
-  std::vector<double> axis[3];
-  for (int a = 0; a < 3; ++a)
-  {
-    for (int i = 0; i < block.Shape.PointsAlong(a); ++i)
-    {
-      axis[a].push_back(origin[a] + (extent[2 * a] + i) * spacing[a]);
-    }
-  }
-  const int nx = block.Shape.PointsAlong(0);
-  const int ny = block.Shape.PointsAlong(1);
-  int rowBegin = 0, rowEnd = 0, j = 0, k = 0;
-  for (int i = 0; i < count; ++i)
-  {
-    const int id = ids ? ids[i] : i;
-    if (id >= rowEnd)
-    {
-      const int row = id / nx;
-      rowBegin = row * nx;
-      rowEnd = rowBegin + nx;
-      j = row % ny;
-      k = row / ny;
-    }
-    *to++ = axis[0][id - rowBegin];
-    *to++ = axis[1][j];
-    *to++ = axis[2][k];
-  }
-}
-
 //--------------------------------------------------------------------------------------------------
 // One run of the filter: blocks are counted, the grids allocated once at their size, and filled.
 class Extraction
@@ -430,17 +200,17 @@ public:
     vtkPointData* points = model ? model->Image->GetPointData() : nullptr;
     if (model)
     {
-      this->CellColumns = Columns(cells);
-      this->PointColumns = Columns(points);
+      this->CellColumns = zylListColumns(cells);
+      this->PointColumns = zylListColumns(points);
     }
     for (Grid& grid : this->Grids)
     {
       grid.Data = vtkSmartPointer<vtkUnstructuredGrid>::New();
       AllocateCells(grid);
       grid.CellValues =
-        AllocateColumns(this->CellColumns, grid.Size.Cell, cells, grid.Data->GetCellData());
+        zylAllocateColumns(this->CellColumns, grid.Size.Cell, cells, grid.Data->GetCellData());
       grid.PointValues =
-        AllocateColumns(this->PointColumns, grid.Size.Point, points, grid.Data->GetPointData());
+        zylAllocateColumns(this->PointColumns, grid.Size.Point, points, grid.Data->GetPointData());
     }
   }
 
@@ -450,9 +220,9 @@ public:
     {
       Block& block = this->Blocks[b];
       block.CellSources =
-        Sources(this->CellColumns, block.Image->GetCellData(), block.Shape.NumberOfCells());
-      block.PointSources =
-        Sources(this->PointColumns, block.Image->GetPointData(), block.Shape.NumberOfPoints());
+        zylFindSources(this->CellColumns, block.Image->GetCellData(), block.Shape.NumberOfCells());
+      block.PointSources = zylFindSources(
+        this->PointColumns, block.Image->GetPointData(), block.Shape.NumberOfPoints());
     }
     auto fill = [this](vtkIdType begin, vtkIdType end) {
       Scratch& scratch = this->Scratches.Local();
@@ -523,7 +293,7 @@ private:
   // Zeros for what cannot be read.
   void ReadDeferred(Block& block, Scratch& scratch)
   {
-    const auto deferred = [](const Source& source) { return source.Deferred; };
+    const auto deferred = [](const zylColumnSource& source) { return source.Deferred; };
     if (!this->Deferred ||
       std::none_of(block.CellSources.begin(), block.CellSources.end(), deferred))
     {
@@ -535,7 +305,7 @@ private:
     }
     const bool read = this->Deferred->Read(block.Image, *scratch.Deferred);
     this->Unread += read ? 0 : 1;
-    for (Source& source : block.CellSources)
+    for (zylColumnSource& source : block.CellSources)
     {
       if (source.Deferred)
       {
@@ -566,10 +336,11 @@ private:
       std::memset(grid.Types->GetPointer(place.Cell), block.Shape.CellType(), part.CellCount);
       const int* cells = block.Parts.Whole ? nullptr : &block.Parts.Cells[part.FirstCell];
       const int* points = block.Parts.Whole ? nullptr : scratch.Points.data();
-      FillCoordinates(block, points, part.PointCount, grid.Coordinates + 3 * place.Point);
-      CopyColumns(
+      zylFillCoordinates(
+        block.Image, block.Shape, points, part.PointCount, grid.Coordinates + 3 * place.Point);
+      zylCopyColumns(
         this->CellColumns, block.CellSources, grid.CellValues, place.Cell, cells, part.CellCount);
-      CopyColumns(this->PointColumns, block.PointSources, grid.PointValues, place.Point, points,
+      zylCopyColumns(this->PointColumns, block.PointSources, grid.PointValues, place.Point, points,
         part.PointCount);
     }
   }
@@ -600,7 +371,8 @@ private:
   // In one thread: bits share bytes, and strings are objects.
   void FillOddColumns()
   {
-    const auto odd = [](const std::vector<Column>& columns, const std::vector<Source>& sources) {
+    const auto odd = [](const std::vector<zylColumn>& columns,
+                       const std::vector<zylColumnSource>& sources) {
       for (std::size_t i = 0; i < columns.size(); ++i)
       {
         const bool plain = sources[i].Values || sources[i].Deferred || !sources[i].Array;
@@ -631,12 +403,12 @@ private:
             block.Shape, block.Parts, part, 0, scratch.Points, unused.data());
           points = scratch.Points.data();
         }
-        CopyOddColumns(this->CellColumns, block.CellSources, grid->GetCellData(), place.Cell, cells,
-          part.CellCount);
+        zylCopyOddColumns(this->CellColumns, block.CellSources, grid->GetCellData(), place.Cell,
+          cells, part.CellCount);
         if (pointsToo)
         {
-          CopyOddColumns(this->PointColumns, block.PointSources, grid->GetPointData(), place.Point,
-            points, part.PointCount);
+          zylCopyOddColumns(this->PointColumns, block.PointSources, grid->GetPointData(),
+            place.Point, points, part.PointCount);
         }
       }
     }
@@ -659,8 +431,8 @@ private:
 
   const zylDeferredValues* Deferred; // null: all values are in memory
   std::size_t Processed = 0;
-  std::vector<Column> CellColumns;
-  std::vector<Column> PointColumns;
+  std::vector<zylColumn> CellColumns;
+  std::vector<zylColumn> PointColumns;
   vtkSMPThreadLocal<Scratch> Scratches;
 };
 
