@@ -175,6 +175,7 @@ public:
   /// behind a single pixel the nearest. Hidden and clipped parts and what is behind others is not
   /// selected; what is transparent is. Never null; empty when nothing is there, and with a message
   /// when it cannot be told. Draws, in the current context, but leaves the host's picture alone.
+  /// The first call after something has changed draws several passes, others a single one.
   vtkSmartPointer<zylSelection> SelectBlocks(int x0, int y0, int x1, int y1);
   vtkSmartPointer<zylSelection> SelectCells(int x0, int y0, int x1, int y1);
   vtkSmartPointer<zylSelection> SelectPoints(int x0, int y0, int x1, int y1);
