@@ -84,32 +84,32 @@ void zylViewCamera::Open(int width, int height)
   const double* b = this->Bounds;
   const int flat = b[0] <= b[1] ? zylGetFlatAxis(b, Flat) : -1;
   double frame[3][3];
-  MakeFrame(this->Options.Up.data(), frame);
+  MakeFrame(this->Options->Up.data(), frame);
   const Vector up{ frame[2][0], frame[2][1], frame[2][2] };
-  if (this->Options.View != 0)
+  if (this->Options->View != 0)
   {
-    this->SetStandard(this->Options.View, false);
+    this->SetStandard(this->Options->View, false);
   }
-  else if (this->Options.From || flat < 0)
+  else if (this->Options->From || flat < 0)
   {
     Vector from{};
     for (int i = 0; i < 3; ++i)
     {
       from[i] = -0.9 * frame[0][i] - 1.5 * frame[1][i] + frame[2][i];
     }
-    this->LookFrom(this->Options.From.value_or(from), up);
+    this->LookFrom(this->Options->From.value_or(from), up);
   }
   else
   {
     Vector from{};
     from[flat] = flat == 1 ? -1.0 : 1.0; // from above, from the front, from the right
     this->LookFrom(from, up);
-    if (this->Options.Fit)
+    if (this->Options->Fit)
     {
       this->Fit(width, height);
     }
   }
-  this->Get()->Dolly(this->Options.Zoom);
+  this->Get()->Dolly(this->Options->Zoom);
   this->Changed();
 }
 
@@ -145,7 +145,7 @@ void zylViewCamera::Fit(int width, int height)
     across += half * std::abs(right[i]);
     upwards += half * std::abs(up[i]);
   }
-  const double strip = this->Options.Legend.value_or(false) ? LegendStrip : 0.0;
+  const double strip = this->Options->Legend.value_or(false) ? LegendStrip : 0.0;
   const double slope = std::tan(vtkMath::RadiansFromDegrees(camera->GetViewAngle()) / 2.0);
   const double aspect = double(width) / std::max(height, 1);
   const double distance = std::max(
@@ -185,7 +185,7 @@ void zylViewCamera::Orbit(double azimuth, double elevation)
   }
   this->KeepUpright();
   double axis[3], out[3], up[3], right[3], focus[3], position[3];
-  std::copy_n(this->Options.Up.data(), 3, axis);
+  std::copy_n(this->Options->Up.data(), 3, axis);
   vtkMath::Normalize(axis);
   camera->GetFocalPoint(focus);
   camera->GetPosition(position);
@@ -228,7 +228,7 @@ void zylViewCamera::KeepUpright()
   double along[3], across[3];
   camera->GetDirectionOfProjection(along);
   double up[3];
-  std::copy_n(this->Options.Up.data(), 3, up);
+  std::copy_n(this->Options->Up.data(), 3, up);
   vtkMath::Normalize(up);
   vtkMath::Cross(along, up, across);
   if (vtkMath::Norm(across) > std::sin(vtkMath::RadiansFromDegrees(Pole)) / 2.0)

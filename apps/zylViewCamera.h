@@ -14,10 +14,13 @@ class zylViewCamera
 public:
   /// Borrowed; they must outlive this object.
   zylViewCamera(const zylViewOptions& options, zylView* view)
-    : Options(options)
+    : Options(&options)
     , View(view)
   {
   }
+
+  /// Other options (borrowed) from now on.
+  void Follow(const zylViewOptions& options) { this->Options = &options; }
 
   vtkCamera* Get();
   /// Call after moving the camera by hand.
@@ -45,7 +48,7 @@ private:
   void Fit(int width, int height);
   void KeepUpright();
 
-  const zylViewOptions& Options;
+  const zylViewOptions* Options;
   zylView* View;
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
   double Reach[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< with arrows and tubes

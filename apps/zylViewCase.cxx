@@ -18,8 +18,11 @@
 #include <zylView.h>
 
 #include <vtkCollection.h>
+#include <vtkNew.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxy.h>
+#include <vtkSMReaderReloadHelper.h>
+#include <vtkSMSourceProxy.h>
 
 //--------------------------------------------------------------------------------------------------
 zylViewCase::zylViewCase(zylViewOptions options, vtkSmartPointer<zylDataSet> dataset)
@@ -124,7 +127,10 @@ void zylViewCase::AddTo(zylView* view)
 //--------------------------------------------------------------------------------------------------
 void zylViewCase::RemoveFrom(zylView* view)
 {
-  this->Derived->RemoveFrom(view);
+  if (this->Derived)
+  {
+    this->Derived->RemoveFrom(view);
+  }
   view->RemoveRepresentation(this->Boundary);
 }
 
@@ -187,9 +193,7 @@ std::array<double, 2> zylViewCase::GetVariableRange() const
 }
 
 //--------------------------------------------------------------------------------------------------
-// The displays that are colored as the scene is; those with a variable or range of their own keep
-// it.
-std::vector<zylPropertyCollection*> zylViewCase::GetColored() const
+std::vector<zylPropertyCollection*> zylViewCase::GetSurfaces() const
 {
   std::vector<zylPropertyCollection*> all;
   for (const unsigned int block : this->Blocks->GetLeaves())
@@ -200,6 +204,14 @@ std::vector<zylPropertyCollection*> zylViewCase::GetColored() const
   {
     all.push_back(entry.Representation->GetSurfaceProperties());
   }
+  return all;
+}
+
+//--------------------------------------------------------------------------------------------------
+// Those with a variable or range of their own keep it.
+std::vector<zylPropertyCollection*> zylViewCase::GetColored() const
+{
+  auto all = this->GetSurfaces();
   const auto other = [this](zylPropertyCollection* display) {
     return display->GetInt("ColorMode") != 1 ||
       display->GetString("ColorVariableName") != this->GetVariable() ||
@@ -218,6 +230,54 @@ void zylViewCase::SetColorRange(const std::array<double, 2>& range)
     display->Set("ColorMapRange", range.data(), 2);
   }
   this->ColorRange = range;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::ColorBy(const std::string& variable)
+{
+  const auto leaves = this->Blocks->GetLeaves();
+  const auto array = this->Blocks->GetArray(variable, leaves);
+  this->ShowLegend(false);
+  this->Options.Array = array.Found ? variable : "";
+  this->Options.DirectColors = false;
+  this->ColorRange = zylUsableRange(array.Range);
+  const auto displays = this->GetSurfaces();
+  for (std::size_t i = 0; i < displays.size(); ++i)
+  {
+    const bool has =
+      i < leaves.size() ? this->Blocks->GetArray(variable, leaves[i]).Found : array.Found;
+    displays[i]->Set("ColorMode", 0);
+    displays[i]->Set("ColorLegendTitle", "");
+    displays[i]->Set("ColorLegendComponentTitle", "");
+    if (has)
+    {
+      zylColorBy(displays[i], variable, this->ColorRange, "");
+    }
+  }
+  this->ShowLegend(array.Found);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::ShowLegend(bool shown)
+{
+  this->Options.Legend = shown;
+  for (zylPropertyCollection* display : this->GetSurfaces())
+  {
+    display->Set("ColorLegendVisibility", false);
+  }
+  if (shown)
+  {
+    zylViewSettings(this->Options, *this->Blocks, this->Boundary).ApplyLegend();
+    this->Derived->ShowLegend();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::Reload()
+{
+  vtkNew<vtkSMReaderReloadHelper> helper;
+  helper->ReloadFiles(this->DataSet->GetProxy());
+  this->DataSet->Update();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -241,10 +301,10 @@ void zylViewCase::VisitLegends(
 void zylViewCase::ApplyDirectColors() const
 {
   const auto proxies = this->Boundary->GetPVRepresentations();
-  for (int i = 0; i < proxies->GetNumberOfItems() && this->Options.DirectColors; ++i)
+  for (int i = 0; i < proxies->GetNumberOfItems(); ++i)
   {
     auto proxy = vtkSMProxy::SafeDownCast(proxies->GetItemAsObject(i));
-    vtkSMPropertyHelper(proxy, "MapScalars").Set(0);
+    vtkSMPropertyHelper(proxy, "MapScalars", true).Set(this->Options.DirectColors ? 0 : 1);
     proxy->UpdateVTKObjects();
   }
 }

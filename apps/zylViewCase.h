@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <vtkSmartPointer.h>
 
@@ -71,7 +72,15 @@ public:
   void SetColorRange(const std::array<double, 2>& range);
   /// The range that the displays have been given.
   void TakeColorRange(const std::array<double, 2>& range) { this->ColorRange = range; }
+  /// Color by another array where it exists; solid where it does not, and for "".
+  void ColorBy(const std::string& variable);
+  /// The displays that are colored as the scene is (borrowed).
+  std::vector<zylPropertyCollection*> GetColored() const;
+  void ShowLegend(bool shown);
   ///@}
+
+  /// Read the files again.
+  void Reload();
 
   /// Calls visit(representation, settings of the display that has its legend or null) for each.
   void VisitLegends(
@@ -81,7 +90,8 @@ public:
   void ApplyDirectColors() const;
 
 private:
-  std::vector<zylPropertyCollection*> GetColored() const;
+  /// Of the surfaces of all blocks and of all that is derived.
+  std::vector<zylPropertyCollection*> GetSurfaces() const;
 
   zylViewOptions Options;
   std::array<double, 2> ColorRange{ 1.0, -1.0 };

@@ -50,7 +50,8 @@ public:
   /// Show them, and color them by the range of what they turn out to hold where nobody else knows.
   void AddTo(zylView* view);
   void RemoveFrom(zylView* view);
-  void Update(); ///< without a view as well
+  void ShowLegend(); ///< of the first that is colored: one is enough
+  void Update();     ///< without a view as well
 
   const std::vector<Entry>& GetEntries() const { return this->Entries; }
 
@@ -60,7 +61,6 @@ private:
   void SetDisplay(const Entry& entry);
   void SetSizes(const Entry& entry);
   void ApplySettings(const Entry& entry);
-  void ShowLegend(); ///< of the first that is colored: one is enough
   bool IsFor(const zylViewSetting& setting, const Entry& entry) const;
   bool IsSet(const Entry& entry, const std::string& name) const;
   void ColorByOwnRange(const Entry& entry);

@@ -55,6 +55,7 @@ void MoveFromEdge(vtkSMProxy* legend, vtkRenderer* renderer, int location, int w
   vtkSMPropertyHelper(legend, "WindowLocation").Set(0);
   vtkSMPropertyHelper(legend, "Position").Set(position, 2);
   legend->UpdateVTKObjects();
+  legend->UpdateProperty("Position", 1); // a location has moved it even if the number is the same
 }
 } // namespace
 

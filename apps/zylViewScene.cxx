@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 
 #include <zylCore.h>
@@ -24,6 +25,7 @@
 #include <vtkPVRenderView.h>
 #include <vtkRenderWindow.h>
 #include <vtkRenderer.h>
+#include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkTextActor.h>
 #include <vtkTextProperty.h>
@@ -36,6 +38,13 @@ constexpr const char* HelpText = "left drag        turn\n"
                                  "0                opening view\n"
                                  "1 ... 6          standard views (Shift: opposite)\n"
                                  "t                free turning, upright turning\n"
+                                 "n                next array (Shift: previous)\n"
+                                 "m                next color map\n"
+                                 "l, e             legend, edges of the mesh\n"
+                                 "b                background\n"
+                                 "p                picture to a file\n"
+                                 "s                save the scene to a file\n"
+                                 "F5               read the files again\n"
                                  "right, left      next, previous time step\n"
                                  "space            play, pause\n"
                                  "v                color range of this step (Shift: of all)\n"
@@ -94,7 +103,7 @@ void zylViewScene::Load()
   else
   {
     loader.NameSample();
-    this->LoadFiles();
+    this->LoadFiles(this->Options);
   }
   zylViewProgress progress("loading the time step", this->Alive);
   progress.Observe(zylCore::GetInstance()->GetSession());
@@ -102,11 +111,11 @@ void zylViewScene::Load()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewScene::LoadFiles()
+void zylViewScene::LoadFiles(const zylViewOptions& all)
 {
-  for (const auto& files : zylGroupFiles(this->Options))
+  for (const auto& files : zylGroupFiles(all))
   {
-    zylViewOptions options = this->Options;
+    zylViewOptions options = all;
     options.Files = files;
     auto dataset = zylViewLoader(options, this->Messages, this->Times, this->Alive).Load();
     this->Cases.push_back(std::make_unique<zylViewCase>(options, dataset));
@@ -224,6 +233,12 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   this->PixelRatio = pixelRatio;
   this->View->SetWindowSize(width, height);
   this->View->GetProxy()->GetRenderWindow()->SetDPI(72 * pixelRatio); // the size of text
+  if (this->Options.Output.empty())
+  {
+    // Pictures are smoothed by samples; a window that a user drags has no time for that.
+    vtkSMPropertyHelper(this->View->GetProxy(), "UseFXAA").Set(1);
+    this->View->GetProxy()->UpdateVTKObjects();
+  }
   for (const auto& one : this->Cases)
   {
     one->MakeBoundary();
@@ -358,6 +373,100 @@ void zylViewScene::ShowTime()
   }
   zylSetColorRanges(this->Cases, zylViewRange::Grow);
   this->Update();
+}
+
+//--------------------------------------------------------------------------------------------------
+zylView* zylViewScene::GetView()
+{
+  return this->View;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewScene::GetName() const
+{
+  std::string names;
+  for (const auto& one : this->Cases)
+  {
+    const auto& files = one->GetOptions().Files;
+    names += names.empty() ? "" : ", ";
+    names += std::filesystem::path(files.front()).filename().string();
+    names += files.size() > 1 ? " ..." : "";
+  }
+  return names;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::UseNextBackground()
+{
+  using Colors = std::array<std::array<double, 3>, 2>; // top, bottom
+  const Colors now{ this->Options.BackgroundTop, this->Options.BackgroundBottom };
+  if (this->Grounds.empty())
+  {
+    this->Grounds = { Colors{ { { 1, 1, 1 }, { 1, 1, 1 } } }, Colors{}, now };
+  }
+  const auto [top, bottom] = this->Grounds.front();
+  std::rotate(this->Grounds.begin(), this->Grounds.begin() + 1, this->Grounds.end());
+  this->Options.BackgroundTop = top;
+  this->Options.BackgroundBottom = bottom;
+  for (const auto& one : this->Cases)
+  {
+    one->GetOptions().BackgroundTop = top;
+    one->GetOptions().BackgroundBottom = bottom;
+    one->ShowLegend(one->GetOptions().Legend.value_or(false));
+  }
+  this->Update();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::Reload()
+{
+  zylViewProgress progress("reading the files again", this->Alive);
+  progress.Observe(zylCore::GetInstance()->GetSession());
+  for (const auto& one : this->Cases)
+  {
+    one->Reload();
+  }
+  this->ShowTime();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::AddFiles(const std::vector<std::string>& files)
+{
+  const std::size_t before = this->Cases.size();
+  try
+  {
+    zylViewOptions options;
+    options.Connect = this->Options.Connect;
+    options.Files = files;
+    this->LoadFiles(options);
+    for (std::size_t i = before; i < this->Cases.size(); ++i)
+    {
+      zylViewCase& one = *this->Cases[i];
+      one.ReadBlocks();
+      one.ChooseLook();
+      one.Derive();
+      one.MakeBoundary();
+      one.AddTo(this->View);
+    }
+    if (this->Options.Sample)
+    {
+      this->Options.Sample = false;
+      this->Cases.front()->RemoveFrom(this->View);
+      this->Cases.erase(this->Cases.begin());
+      this->Camera->Follow(this->Cases.front()->GetOptions());
+    }
+  }
+  catch (const zylViewError& error)
+  {
+    for (std::size_t i = before; i < this->Cases.size(); ++i)
+    {
+      this->Cases[i]->RemoveFrom(this->View);
+    }
+    this->Cases.resize(before);
+    std::fprintf(stderr, "zylview: %s\n", error.what());
+  }
+  this->Update();
+  this->OpenCamera();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -8,8 +8,10 @@
 #include "zylViewProgress.h"
 #include "zylViewTimes.h"
 
+#include <array>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <vtkSmartPointer.h>
 
@@ -60,6 +62,23 @@ public:
   /// Move by one time step (+1, -1); from the last to the first and back. Does nothing without
   /// steps.
   void Step(int direction);
+  /// For commands that change displays; Update() shows what they changed.
+  const zylViewCaseList& GetCases() const { return this->Cases; }
+  zylView* GetView();
+  void Update();
+
+  /// The names of the files, for a title.
+  std::string GetName() const;
+
+  /// The ground of the window, in turn: the one at the start, white, black. Legends keep their
+  /// contrast.
+  void UseNextBackground();
+
+  void Reload(); ///< read all files again
+  /// Show more files beside what is there, or in place of the built-in sample. What cannot be read
+  /// is said on the terminal.
+  void AddFiles(const std::vector<std::string>& files);
+
   /// Color by the range of the values of the time step shown, or of all of them.
   void RescaleColors(bool allSteps);
   std::string GetTimeLabel() const; ///< "step 3 of 8, time 0.125"; empty without time steps
@@ -77,10 +96,9 @@ public:
 
 private:
   void GoToTime();
-  void LoadFiles();
+  void LoadFiles(const zylViewOptions& all);
   void LoadScene();
   void ShowTime();
-  void Update(); ///< after a change of settings or time
   void Format();
 
   zylViewOptions& Options;
@@ -90,6 +108,7 @@ private:
   vtkSmartPointer<zylView> View;
   vtkSmartPointer<vtkTextActor> Help;
   std::unique_ptr<zylViewCamera> Camera;
+  std::vector<std::array<std::array<double, 3>, 2>> Grounds; ///< to come, in turn
   int Width = 0, Height = 0, PixelRatio = 1;
   bool FirstFrame = true;
   zylViewTimes Times;

@@ -33,6 +33,9 @@ public:
   /// zylViewError for arrays, blocks, settings and color maps that do not exist.
   void Apply();
 
+  /// Show one legend of the surfaces, where one is wanted and something is colored.
+  void ApplyLegend();
+
   /// A variable that an expression makes has its range only after an update: set it now. Returns
   /// whether another update is needed. Throws zylViewError when it could not be computed.
   bool ApplyDerivedRange();
@@ -44,7 +47,6 @@ private:
   void ApplyLines();
   void ApplyContours();
   void ApplyGlyphs();
-  void ApplyLegend();
 
   zylPropertyCollection* GetCollection(const std::string& kind, unsigned int block) const;
   std::vector<unsigned int> GetShownBlocks() const;

@@ -3,6 +3,7 @@
 #include "zylViewError.h"
 #include "zylViewHost.h"
 #include "zylViewInteraction.h"
+#include "zylViewKeys.h"
 #include "zylViewLoading.h"
 #include "zylViewOptions.h"
 #include "zylViewScene.h"
@@ -174,6 +175,16 @@ void WindowHost::Observe()
     host->Interaction->ZoomAt(x, y, std::pow(ZoomPerNotch, notches));
     host->Dirty = true;
   });
+  glfwSetDropCallback(this->Window, [](GLFWwindow* window, int count, const char** paths) {
+    WindowHost* host = HostOf(window);
+    if (!host->Busy)
+    {
+      host->MakeCurrent();
+      host->Scene->AddFiles({ paths, paths + count });
+      host->UpdateTitle();
+      host->Dirty = true;
+    }
+  });
   glfwSetWindowRefreshCallback(
     this->Window, [](GLFWwindow* window) { HostOf(window)->Dirty = true; });
 }
@@ -237,7 +248,8 @@ void WindowHost::Draw()
 void WindowHost::UpdateTitle()
 {
   const std::string time = this->Scene->GetTimeLabel();
-  const std::string title = "zylview - h: help" + (time.empty() ? "" : " - " + time);
+  const std::string title =
+    "zylview - " + this->Scene->GetName() + (time.empty() ? "" : " - " + time) + " - h: help";
   glfwSetWindowTitle(this->Window, title.c_str());
 }
 
@@ -253,40 +265,14 @@ void WindowHost::OnKey(int key, int modifiers)
   {
     return;
   }
-  if (key >= GLFW_KEY_1 && key <= GLFW_KEY_6)
+  if (key == GLFW_KEY_SPACE)
   {
-    this->Scene->GetCamera().SetStandard(key - GLFW_KEY_0, (modifiers & GLFW_MOD_SHIFT) != 0);
+    this->Playing = !this->Playing;
     return;
   }
-  switch (key)
-  {
-    case GLFW_KEY_R:
-      this->Scene->GetCamera().Reset();
-      break;
-    case GLFW_KEY_0:
-      this->Scene->OpenCamera();
-      break;
-    case GLFW_KEY_T:
-      this->Scene->GetCamera().SetFree(!this->Scene->GetCamera().IsFree());
-      break;
-    case GLFW_KEY_H:
-      this->Scene->SetHelpVisible(!this->Scene->GetHelpVisible());
-      break;
-    case GLFW_KEY_RIGHT:
-    case GLFW_KEY_LEFT:
-      this->Scene->Step(key == GLFW_KEY_RIGHT ? 1 : -1);
-      this->UpdateTitle();
-      break;
-    case GLFW_KEY_V:
-      this->Scene->RescaleColors((modifiers & GLFW_MOD_SHIFT) != 0);
-      this->UpdateTitle();
-      break;
-    case GLFW_KEY_SPACE:
-      this->Playing = !this->Playing;
-      break;
-    default:
-      break;
-  }
+  this->MakeCurrent();
+  zylDoKey(*this->Scene, key, modifiers);
+  this->UpdateTitle();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -33,7 +33,7 @@ bool zylViewWindow::IsPossible()
 //--------------------------------------------------------------------------------------------------
 zylViewWindow::zylViewWindow(const std::string& arguments, const std::string& title)
   : Program([this, arguments] {
-    this->Result = Execute(std::string(ZYL_VIEW) + " --size 600x400 " + arguments);
+    this->Result = Execute("cd " + Folder() + " && " + ZYL_VIEW + " --size 600x400 " + arguments);
   })
 {
   for (int i = 0; i < Patience && this->Id.empty(); ++i)

@@ -100,3 +100,35 @@ TEST_F(zylViewWindowTest, ShowsProgressAndObeysWhileItLoads)
   EXPECT_EQ(outcome.ExitCode, 0);
   EXPECT_EQ(outcome.Text, ""); // not even the time of the load
 }
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylViewWindowTest, KeysChangeWhatIsShown)
+{
+  zylViewWindow window(this->Row);
+  EXPECT_NE(window.GetTitle().find("row.vtm"), std::string::npos) << window.GetTitle();
+  Picture last = window.Look();
+  const Picture first = last;
+  const struct
+  {
+    const char *Key, *Back;
+    double Change;
+  } keys[] = { { "n", "shift+n", 0.05 }, { "m", "m key m key m key m", 0.05 }, { "l", "l", 0.005 },
+    { "e", "e", 0.002 }, { "b", "b key b", 0.3 } };
+  for (const auto& key : keys)
+  {
+    window.Do(std::string("key ") + key.Key);
+    EXPECT_GT(Difference(last, window.Look()), key.Change) << key.Key;
+    window.Do(std::string("key ") + key.Back);
+    last = window.Look();
+    EXPECT_LT(Difference(first, last), 0.002) << key.Back;
+  }
+  // The picture is what the window shows; the files are read again.
+  window.Do("key p key s key e");
+  last = window.Look();
+  window.Do("key e");
+  EXPECT_LT(Difference(window.Look(), ReadPicture(Folder() + "/zylview-1.png")), 0.01);
+  zylTestData::Write(zylTestData::MakeRow(3, 20), this->Row);
+  window.Do("key F5 key e");
+  EXPECT_GT(Difference(last, window.Look()), 0.02); // a finer mesh
+  EXPECT_EQ(window.Quit().Text, "zylview-1.png\nzylview-1.json\n");
+}
