@@ -10,6 +10,8 @@
 #include "ParaView/zylServerConnection.h"
 #include "ParaView/zylSession.h"
 #include "ParaView/zylSessionClient.h"
+#include "zylMessages.h"
+#include "zylProgress.h"
 #include "zylProxyDefinitions.h" // made from the XML file
 
 #include <iostream>
@@ -155,6 +157,7 @@ zylCore* zylCore::GetInstance()
 bool zylCore::Initialize(int argc, char** argv)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "zylCore::Initialize");
+  zylMessages::GetInstance(); // keeps them from now on
   vtkInitializationHelper::SetApplicationName("ZYL");
   if (!zylParaView::StartClient(argc, argv))
   {
@@ -179,6 +182,7 @@ void zylCore::UseBuiltInSession()
 void zylCore::ConfigureSession(vtkSMSession* session)
 {
   vtkProcessModule::GetProcessModule()->RegisterSession(session);
+  zylProgress::GetInstance()->Follow(session);
   vtkNew<vtkSMParaViewPipelineController> controller;
   controller->InitializeSession(session);
   vtkSMSessionProxyManager* manager =
@@ -259,6 +263,7 @@ void zylCore::Disconnect()
     // The windows go with the session.
     zylHostRenderWindow::ReleaseAll();
     zylSetCurrentSession(nullptr);
+    zylProgress::GetInstance()->Follow(nullptr);
     vtkSMSession::Disconnect(this->Session);
     this->Session = nullptr;
   }

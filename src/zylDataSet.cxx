@@ -14,6 +14,7 @@
 #include "zylArrayInformation.h"
 #include "zylCore.h"
 #include "zylMultiBlockTree.h"
+#include "zylProgress.h"
 #include "zylPropertyCollection.h"
 #include "zylTimeController.h"
 
@@ -43,6 +44,7 @@ constexpr zylPropertyRow Rows[] = {
 };
 
 const std::string NotMadeText = "Failed to create new dataset";
+const std::string CanceledText = "canceled";
 const std::string NothingText = "Nothing can be drawn: ";
 constexpr vtkTypeUInt32 PureClient = 0x10; // process roles of a session on a server
 } // namespace
@@ -81,6 +83,7 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
     vtkErrorMacro("NewDataSet called with no file names");
     return false;
   }
+  const zylProgress::Operation operation;
   const zylReaderChoice choice = zylHasSession("LoadFromFile()")
     ? zylChooseReaders(this->Core->GetSession(), fileNames)
     : zylReaderChoice{ {}, NotMadeText };
@@ -95,8 +98,15 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
     {
       return true;
     }
-    error = i == 0 ? failure : error;
-    firstErrors = i == 0 ? this->ReadErrors : firstErrors;
+    if (i == 0 || this->Canceled)
+    {
+      error = failure;
+      firstErrors = this->ReadErrors;
+    }
+    if (this->Canceled)
+    {
+      break;
+    }
   }
   this->ReadErrors = firstErrors;
   vtkErrorMacro(<< error);
@@ -108,6 +118,7 @@ bool zylDataSet::LoadFromFile(
   const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
 {
   vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "LoadFromFile %s/%s", group.c_str(), name.c_str());
+  const zylProgress::Operation operation;
   const std::string failure =
     zylHasSession("LoadFromFile()") ? this->ReadWith(fileNames, group, name, true) : NotMadeText;
   if (!failure.empty())
@@ -121,7 +132,10 @@ bool zylDataSet::LoadFromFile(
 std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
   const std::string& group, const std::string& name, bool mayBeEmpty)
 {
-  const std::string what = fileNames.empty() ? name : fileNames.front();
+  const auto fail = [&](const std::string& why) {
+    return "Failed to read " + (fileNames.empty() ? name : fileNames.front()) + ": " + why;
+  };
+  this->Canceled = false;
   zylErrorCapture errors; // readers complain as soon as they are made
   vtkSmartPointer<vtkSMSourceProxy> reader;
   try
@@ -132,7 +146,13 @@ std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
   catch (const std::exception& exception) // thrown by libraries below the toolkit
   {
     this->ReadErrors = { exception.what() };
-    return "Failed to read " + what + ": " + exception.what();
+    return fail(exception.what());
+  }
+  if (this->TakeCancelRequest())
+  {
+    zylUnregister(reader);
+    this->ReadErrors = { CanceledText };
+    return fail(CanceledText);
   }
   if (!reader)
   {
@@ -140,7 +160,7 @@ std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
   }
   if (!this->Adopt(reader, errors, mayBeEmpty))
   {
-    return "Failed to read " + what + ": " + this->ReadErrors.front();
+    return fail(this->ReadErrors.front());
   }
   zylTimeController::GetInstance()->UseDataTimeSteps();
   return "";
@@ -152,6 +172,7 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture,
   const vtkSmartPointer<vtkSMSourceProxy> previous = this->Source->Get();
   this->Source->Set(source);
   this->LastUpdateTime = -1e299;
+  this->Canceled = false;
   std::vector<std::string> errors;
   try
   {
@@ -174,7 +195,12 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture,
   {
     errors.emplace_back("there are no data");
   }
-  if (lost || (!errors.empty() && nothing && source != previous))
+  const bool canceled = this->Canceled;
+  if (canceled && !lost)
+  {
+    errors = { CanceledText };
+  }
+  if (lost || canceled || (!errors.empty() && nothing && source != previous))
   {
     // Nothing came: what was there before is shown again.
     zylUnregister(source);
@@ -188,6 +214,7 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture,
     {
       this->DropChain();
     }
+    this->Canceled = canceled;
     this->ReadErrors = errors;
     return false;
   }
@@ -196,6 +223,12 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture,
     zylUnregister(previous);
   }
   return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylDataSet::TakeCancelRequest()
+{
+  return this->Canceled = zylProgress::GetInstance()->TakeCancelRequest();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -271,9 +304,20 @@ void zylDataSet::Update()
   zylErrorCapture errors;
   zylParaView::AdaptThreads(nullptr); // nothing is known of the data that the source brings
   const double frozen = zylSnapToStep(this->Properties->GetDouble("FrozenTime"), steps);
-  if (this->Chain->Connect(this->Source->Get(), this->Properties, { time, active, frozen }))
+  const zylProgress::Operation operation;
+  const bool connected =
+    this->Chain->Connect(this->Source->Get(), this->Properties, { time, active, frozen });
+  if (!this->TakeCancelRequest() && connected)
   {
     this->Chain->Execute();
+    this->TakeCancelRequest();
+  }
+  if (this->Canceled)
+  {
+    vtkWarningMacro("Update() " << CanceledText); // the next one starts anew
+  }
+  else if (connected)
+  {
     zylParaView::AdaptThreads(this->GetOutput());
     if (changed)
     {
@@ -290,7 +334,8 @@ void zylDataSet::Update()
   }
   controller->UpdateTimeInformation();
   this->CheckDrawable(errors.GetMessages());
-  this->SetReadErrors(errors.GetMessages());
+  this->SetReadErrors(
+    this->Canceled ? std::vector<std::string>{ CanceledText } : errors.GetMessages());
 }
 
 //--------------------------------------------------------------------------------------------------

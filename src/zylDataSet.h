@@ -234,6 +234,7 @@ private:
     const std::string& name, bool mayBeEmpty);
   bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture, bool mayBeEmpty);
   void DropChain();
+  bool TakeCancelRequest();
   void CheckDrawable(const std::vector<std::string>& errors);
   void SetReadErrors(const std::vector<std::string>& errors);
   void RebuildTree();
@@ -249,6 +250,7 @@ private:
   vtkTypeUInt64 LastPropertiesHash = 0;
   double LastUpdateTime = -1e299;
   bool BetweenSteps = false;
+  bool Canceled = false; ///< the last update, on request
   unsigned long TimeObserverTag = 0;
   std::string NothingToDraw; // why
   std::vector<std::string> ReadErrors;
