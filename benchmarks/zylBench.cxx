@@ -127,6 +127,10 @@ void zylBenchHost::Finish()
 //--------------------------------------------------------------------------------------------------
 void zylBenchHost::Copy(unsigned int from, unsigned int to)
 {
+  GLint read = 0;
+  GLint draw = 0;
+  glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &read);
+  glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &draw);
   glBindFramebuffer(GL_READ_FRAMEBUFFER, from);
   glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to);
   for (const GLbitfield buffer : { GL_COLOR_BUFFER_BIT, GL_DEPTH_BUFFER_BIT })
@@ -134,6 +138,8 @@ void zylBenchHost::Copy(unsigned int from, unsigned int to)
     glBlitFramebuffer(
       0, 0, this->Width, this->Height, 0, 0, this->Width, this->Height, buffer, GL_NEAREST);
   }
+  glBindFramebuffer(GL_READ_FRAMEBUFFER, read);
+  glBindFramebuffer(GL_DRAW_FRAMEBUFFER, draw);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -1,5 +1,5 @@
-// What handing the host's picture over and back costs: Render() against StillRender() alone, and
-// against nothing but the copies of color and depth, both ways.
+// What handing the host's picture over and back costs: Render() against StillRender() between the
+// same copies of color and depth, both ways, and against StillRender() and the copies alone.
 #include "zylBench.h"
 
 #include <cstdio>
@@ -63,6 +63,12 @@ void Measure(zylBoundaryRepresentation* boundary, int width, int height)
   view->PreRenderSetup();
   Repeat("StillRender alone", size, [&] {
     view->GetProxy()->StillRender();
+    host.Finish();
+  });
+  Repeat("StillRender between copies", size, [&] {
+    host.CopyOut();
+    view->GetProxy()->StillRender();
+    host.CopyBack();
     host.Finish();
   });
   view->PostRenderCleanup();

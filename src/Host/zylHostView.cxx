@@ -9,6 +9,7 @@
 
 #include <algorithm>
 
+#include <vtkClientServerStream.h>
 #include <vtkCommand.h>
 #include <vtkGraphicsFactory.h>
 #include <vtkLogger.h>
@@ -18,6 +19,7 @@
 #include <vtkPVRenderView.h>
 #include <vtkRenderer.h>
 #include <vtkRendererCollection.h>
+#include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
@@ -43,6 +45,8 @@ zylHostView::zylHostView(vtkObject* owner, vtkCommand* startRender)
     vtkLogF(ERROR, "No session: the view is without a proxy and will show nothing");
     return;
   }
+  this->Observer = this->Proxy->AddObserver(
+    vtkCommand::PropertyModifiedEvent, this, &zylHostView::OnPropertyModified);
   if (auto* view = vtkPVRenderView::SafeDownCast(this->Proxy->GetClientSideObject()))
   {
     this->Renderer = view->GetRenderer(vtkPVRenderView::DEFAULT_RENDERER);
@@ -58,6 +62,7 @@ zylHostView::~zylHostView()
   {
     return;
   }
+  this->Proxy->RemoveObserver(this->Observer);
   // The window goes here: what is left of OpenGL objects must not be looked for elsewhere.
   const zylHostContextKeeper context;
   const zylHostResourceScope resources(this->Window);
@@ -115,6 +120,7 @@ void zylHostView::Push()
   if (zylIsAlive(this->Proxy))
   {
     const zylHostResourceScope resources(this->Window);
+    this->HasChanges = false;
     this->Proxy->UpdateVTKObjects();
   }
 }
@@ -242,10 +248,42 @@ bool zylHostView::HasArea() const
 //--------------------------------------------------------------------------------------------------
 void zylHostView::SetRendering(bool on)
 {
-  if (this->Proxy)
+  if (!this->Proxy)
   {
-    vtkSMPropertyHelper(this->Proxy, "SuppressRendering").Set(on ? 0 : 1);
+    return;
+  }
+  this->IsSwitching = true;
+  vtkSMPropertyHelper(this->Proxy, "SuppressRendering").Set(on ? 0 : 1);
+  this->IsSwitching = false;
+  if (this->HasChanges)
+  {
     this->Push();
+  }
+  else if (zylIsAlive(this->Proxy))
+  {
+    vtkClientServerStream stream;
+    stream << vtkClientServerStream::Invoke << VTKOBJECT(this->Proxy) << "SetSuppressRendering"
+           << (on ? 0 : 1) << vtkClientServerStream::End;
+    this->Proxy->GetSession()->ExecuteStream(this->Proxy->GetLocation(), stream);
+    this->ForgetSelection();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostView::OnPropertyModified()
+{
+  this->HasChanges = this->HasChanges || !this->IsSwitching;
+}
+
+//--------------------------------------------------------------------------------------------------
+// What a selection has drawn to look up cells is kept until something changes. Hosts move the
+// camera itself, which no proxy notices.
+void zylHostView::ForgetSelection()
+{
+  vtkSMProxy* view = this->Proxy;
+  if (vtkSMProperty* position = view->GetProperty("CameraPosition"))
+  {
+    view->MarkDirty(position->GetParent());
   }
 }
 

@@ -89,7 +89,8 @@ public:
   /// Whether there are pixels to draw.
   bool HasArea() const;
 
-  /// Whether ParaView may render of its own accord.
+  /// Whether ParaView may render of its own accord. Between two pictures of the same this is all
+  /// that changes on the proxy; then nothing else is sent, and the view is not updated for it.
   void SetRendering(bool on);
 
   ///@{
@@ -106,6 +107,8 @@ public:
 private:
   bool Begin();
   bool Find();
+  void OnPropertyModified();
+  void ForgetSelection();
 
   vtkObject* Owner;
   vtkSmartPointer<vtkCommand> StartRender;
@@ -116,6 +119,9 @@ private:
   std::vector<double> SelectionLook;
   int Source = 0;                // of the render that has begun last
   bool InterruptsRender = false; // the selection that has begun: of a picture that is drawn already
+  unsigned long Observer = 0;
+  bool HasChanges = true; // on the proxy, which the server may not have
+  bool IsSwitching = false;
 };
 
 #endif

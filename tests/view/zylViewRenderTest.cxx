@@ -11,6 +11,8 @@
 
 #include <unistd.h>
 
+#include <vtkCallbackCommand.h>
+#include <vtkCamera.h>
 #include <vtkImageData.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
@@ -198,6 +200,51 @@ TEST_P(zylViewFormats, Merge)
     vtkSMPropertyHelper(sphere, "Visibility").Set(0);
     sphere->UpdateVTKObjects();
   }
+}
+
+// A frame of what was shown before sends the server one word each way, that ParaView may render,
+// and updates nothing; whatever changes meanwhile is seen all the same.
+TEST_F(zylViewRender, AnUnchangedFrameUpdatesNothing)
+{
+  const auto shown = ShowSphere(this->View);
+  vtkSMRenderViewProxy* proxy = this->View->GetProxy();
+  auto* client = vtkPVRenderView::SafeDownCast(proxy->GetClientSideObject());
+  int updates = 0;
+  vtkNew<vtkCallbackCommand> count;
+  count->SetClientData(&updates);
+  count->SetCallback(
+    [](vtkObject*, unsigned long, void* counter, void*) { ++*static_cast<int*>(counter); });
+  proxy->AddObserver(vtkCommand::UpdateEvent, count);
+  proxy->AddObserver(vtkCommand::UpdateDataEvent, count);
+  const auto frame = [&] {
+    updates = 0;
+    this->RenderScene();
+    EXPECT_TRUE(client->GetSuppressRendering());
+    return updates;
+  };
+  EXPECT_GT(frame(), 0);
+  this->ExpectScene("first");
+  frame(); // the camera's settings have followed the camera
+  EXPECT_EQ(frame(), 0);
+  this->ExpectScene("again");
+
+  // The host moves the camera itself: back to where ParaView's copy of it never was.
+  client->GetActiveCamera()->SetPosition(0.0, 0.0, 0.25);
+  frame();
+  frame();
+  EXPECT_EQ(client->GetActiveCamera()->GetPosition()[2], 0.25);
+  client->GetActiveCamera()->SetPosition(0.0, 0.0, 0.0);
+  frame();
+  this->ExpectScene("camera back");
+
+  vtkSMPropertyHelper(proxy, "Background").Set(0, 0.25); // set, not sent
+  frame();
+  EXPECT_EQ(client->GetRenderer()->GetBackground()[0], 0.25);
+  vtkSMPropertyHelper(shown, "Visibility").Set(0);
+  shown->UpdateVTKObjects();
+  frame();
+  EXPECT_TRUE(this->Host->PixelIs(180, 150, 0, 255, 0)) << "no sphere before the far quad";
+  proxy->RemoveObserver(count);
 }
 
 INSTANTIATE_TEST_SUITE_P(Framebuffers, zylViewFormats,
