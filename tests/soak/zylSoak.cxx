@@ -1,11 +1,12 @@
 // A host's long day: frames, loads, time steps, connections and views, again and again. What the
 // process holds is counted after the first tenth of each kind of work and at its end.
 //
-//     zylSoak [--paraview] [SECONDS]
+//     zylSoak [--paraview] [SECONDS] [WORK...]
 //
-// SECONDS (none: as long as it takes) are shared out among the kinds of work; --paraview makes and
-// ends sessions with ParaView alone, to compare. Prints a line of JSON per kind; the exit code is 1
-// if anything grew beyond its bound.
+// WORK: frames, steps, loads, views, connections; all where none is named. SECONDS (none: as long
+// as it takes) are shared out among all kinds; --paraview makes and ends sessions with ParaView
+// alone, to compare. Prints a line of JSON per kind; the exit code is 1 if anything grew beyond its
+// bound.
 #include "zylBoundaryRepresentation.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
@@ -17,15 +18,18 @@
 #include "zylView.h"
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <malloc.h>
 #include <unistd.h>
@@ -84,14 +88,20 @@ Holdings Count()
 class Soak
 {
 public:
-  explicit Soak(double seconds)
+  /// Without `wanted` every kind of work.
+  Soak(double seconds, std::set<std::string> wanted)
     : Seconds(seconds)
+    , Wanted(std::move(wanted))
   {
   }
 
   // Run `work` so many times, or for `share` of the time.
   void Run(const char* name, int times, double share, const std::function<void(int)>& work)
   {
+    if (!this->Wanted.empty() && this->Wanted.count(name) == 0)
+    {
+      return;
+    }
     const auto start = std::chrono::steady_clock::now();
     const auto elapsed = [start] {
       return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -128,6 +138,7 @@ public:
 
 private:
   double Seconds;
+  std::set<std::string> Wanted;
   bool Good = true;
 };
 
@@ -197,7 +208,7 @@ void MakeParaViewSession()
   vtkSMSession::Disconnect(session);
 }
 
-int RunSoak(double seconds, bool paraview)
+int RunSoak(double seconds, bool paraview, const std::set<std::string>& wanted)
 {
   const auto first = zylTestHost::New(zylTestHost::DefaultPlatform(), 100, 100);
   const auto second = zylTestHost::New(zylTestHost::DefaultPlatform(), 100, 100);
@@ -207,11 +218,11 @@ int RunSoak(double seconds, bool paraview)
     return 2;
   }
   first->MakeCurrent();
-  Soak soak(seconds);
+  Soak soak(seconds, wanted);
   if (paraview)
   {
     Core()->Disconnect();
-    soak.Run("ParaView's sessions", 200, 1.0, [](int) { MakeParaViewSession(); });
+    soak.Run("connections", 200, 1.0, [](int) { MakeParaViewSession(); });
     return soak.IsGood() ? 0 : 1;
   }
   const double steps[] = { 0.0, 1.0, 2.0, 3.0, 4.0 };
@@ -223,7 +234,7 @@ int RunSoak(double seconds, bool paraview)
       first->Clear(0, 0, 1);
       scene.View->Render();
     });
-    soak.Run("time steps", 1000, 0.2, [&](int i) {
+    soak.Run("steps", 1000, 0.2, [&](int i) {
       i % 5 == 4 ? zylTimeController::GetInstance()->GoToFirstTimeStep()
                  : zylTimeController::GetInstance()->GoToNextTimeStep();
       scene.Boundary->Update();
@@ -237,7 +248,7 @@ int RunSoak(double seconds, bool paraview)
       scene.View->Render();
     }
   });
-  soak.Run("views in two contexts", 200, 0.15, [&](int i) {
+  soak.Run("views", 200, 0.15, [&](int i) {
     (i % 2 == 0 ? first : second)->MakeCurrent();
     Scene scene(file);
     scene.View->Render();
@@ -269,10 +280,21 @@ int main(int argc, char** argv)
 {
   double seconds = 0.0;
   bool paraview = false;
-  for (int i = 1; i < argc; ++i)
+  std::set<std::string> wanted;
+  for (const std::string& argument : std::vector<std::string>(argv + 1, argv + argc))
   {
-    paraview = paraview || std::strcmp(argv[i], "--paraview") == 0;
-    seconds = std::max(seconds, std::atof(argv[i]));
+    if (argument == "--paraview")
+    {
+      paraview = true;
+    }
+    else if (std::isdigit(static_cast<unsigned char>(argument.front())))
+    {
+      seconds = std::atof(argument.c_str());
+    }
+    else
+    {
+      wanted.insert(argument);
+    }
   }
-  return RunSoak(seconds, paraview);
+  return RunSoak(seconds, paraview, wanted);
 }
