@@ -1,6 +1,7 @@
 #include "Data/zylReader.h"
 
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylPropertyCollection.h"
 
 #include <algorithm>
@@ -52,10 +53,8 @@ bool IsBorrowed(const Reader& reader)
 {
   return reader.Name.compare(0, 5, "VisIt") == 0;
 }
-} // namespace
 
-//--------------------------------------------------------------------------------------------------
-zylReaderChoice zylChooseReaders(vtkSMSession* session, const std::vector<std::string>& fileNames)
+zylReaderChoice Choose(vtkSMSession* session, const std::vector<std::string>& fileNames)
 {
   vtkSMReaderFactory* factory =
     session ? vtkSMProxyManager::GetProxyManager()->GetReaderFactory() : nullptr;
@@ -90,6 +89,18 @@ zylReaderChoice zylChooseReaders(vtkSMSession* session, const std::vector<std::s
   }
   readers.erase(std::remove_if(readers.begin() + 1, readers.end(), IsBorrowed), readers.end());
   return { readers, "" };
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+zylReaderChoice zylChooseReaders(vtkSMSession* session, const std::vector<std::string>& fileNames)
+{
+  const zylReaderChoice choice = Choose(session, fileNames);
+  if (session && !zylIsAlive(session)) // then what was found out says nothing about the files
+  {
+    return { {}, "Failed to read " + fileNames.front() + ": the connection to the server is lost" };
+  }
+  return choice;
 }
 
 //--------------------------------------------------------------------------------------------------

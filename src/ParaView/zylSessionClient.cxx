@@ -2,10 +2,15 @@
 
 #include "ParaView/zylServerConnection.h"
 
+#include <vtkCollection.h>
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkMultiProcessController.h>
+#include <vtkNew.h>
 #include <vtkObjectFactory.h>
+#include <vtkSMIntVectorProperty.h>
+#include <vtkSMPropertyIterator.h>
+#include <vtkSMProxy.h>
 
 vtkStandardNewMacro(zylSessionClient);
 
@@ -72,6 +77,42 @@ bool zylSessionClient::OnWrongTagEvent(vtkObject* caller, unsigned long, void* d
     forLater ? connection->BufferCurrentMessage() : connection->Break();
   }
   return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSessionClient::PullState(vtkSMMessage* message)
+{
+  this->Superclass::PullState(message);
+  if (!this->IsConnected())
+  {
+    this->AnswerQuestions();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylSessionClient::AnswerQuestions()
+{
+  vtkNew<vtkCollection> objects;
+  this->GetAllRemoteObjects(objects);
+  for (int i = 0; i < objects->GetNumberOfItems(); ++i)
+  {
+    auto* proxy = vtkSMProxy::SafeDownCast(objects->GetItemAsObject(i));
+    if (!proxy)
+    {
+      continue;
+    }
+    vtkSmartPointer<vtkSMPropertyIterator> properties;
+    properties.TakeReference(proxy->NewPropertyIterator());
+    for (properties->Begin(); !properties->IsAtEnd(); properties->Next())
+    {
+      auto* number = vtkSMIntVectorProperty::SafeDownCast(properties->GetProperty());
+      if (number && number->GetInformationOnly() && !number->GetRepeatable() &&
+        number->GetNumberOfElements() == 0)
+      {
+        number->SetElement(0, 0);
+      }
+    }
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -28,6 +28,7 @@ public:
   /// Whether the server is there. The first time that it is not an error is logged.
   bool IsConnected();
 
+  void PullState(vtkSMMessage* message) override;
   bool GatherInformation(
     vtkTypeUInt32 location, vtkPVInformation* information, vtkTypeUInt32 globalId) override;
 
@@ -43,6 +44,9 @@ private:
   void operator=(const zylSessionClient&) = delete;
 
   vtkSmartPointer<zylServerConnection> Adopt(vtkMultiProcessController* controller);
+
+  /// Zero for every number that the server was to tell and never has: ParaView reads it unasked.
+  void AnswerQuestions();
 
   vtkSmartPointer<zylServerConnection> DataServer;
   vtkSmartPointer<zylServerConnection> RenderServer; // null when it is the same

@@ -13,6 +13,7 @@
 #include "zylView.h"
 
 #include <fstream>
+#include <functional>
 
 #include <malloc.h>
 #include <unistd.h>
@@ -41,14 +42,13 @@ const std::string& File()
   return file;
 }
 
-// A host's working day, cut short by whatever happens to the server.
-void Work()
+// A host's working day, cut short by whatever happens to the server; `found` is called when the
+// readers were asked for the first time who can read the file.
+void Work(const std::function<void()>& found)
 {
-  // With the reader named: ParaView's search for one ends the process when it is cut short.
-  const auto load = [](
-                      zylDataSet* data) { data->LoadFromFile({ File() }, "sources", "PVDReader"); };
   vtkNew<zylDataSet> data;
-  load(data);
+  data->LoadFromFile({ File() });
+  found();
   vtkNew<zylView> view;
   view->SetSourceFBO(0);
   view->SetWindowSize(32, 32);
@@ -80,7 +80,7 @@ void Work()
   double bounds[6];
   boundary->GetBounds(bounds);
   view->CaptureImage();
-  load(data);
+  data->LoadFromFile({ File() });
 }
 
 long ResidentKilobytes()
@@ -122,6 +122,7 @@ TEST_F(zylServerFailure, OutlivesTheServerAtAnyMoment)
   const auto start = [] { return std::make_unique<zylTestServer>(1, ZYL_PLUGIN_DIRECTORY); };
   auto next = start();
   long connecting = 0;
+  long found = 0;
   long all = 0;
   long early = 0;
   // The first day teaches the process things it does not ask for again; the second is the measure.
@@ -132,9 +133,11 @@ TEST_F(zylServerFailure, OutlivesTheServerAtAnyMoment)
     zylTestRelay relay(server->GetPort());
     if (i >= 0)
     {
-      // One moment in ten while connecting, where there is much to read and little to say.
+      // One moment in ten while connecting, where there is much to read and little to say; one in
+      // five while a reader is looked for and the file is read.
       const long bytes = i % 10 == 0 ? connecting * (i + 5) / Moments
-                                     : connecting + (all - connecting) * i / Moments;
+        : i % 5 == 3                 ? connecting + (found - connecting) * i / Moments
+                                     : found + (all - found) * i / Moments;
       i % 2 == 0 ? relay.FailAfter(bytes, [&server] { server->Kill(); }) : relay.FailAfter(bytes);
     }
     Core()->Connect(relay.GetUrl().c_str(), 60);
@@ -145,7 +148,7 @@ TEST_F(zylServerFailure, OutlivesTheServerAtAnyMoment)
     }
     if (IsConnected())
     {
-      Work();
+      Work([&] { found = i < 0 ? relay.GetBytes() : found; });
     }
     all = i < 0 ? relay.GetBytes() : all;
     EXPECT_EQ(relay.HasFailed(), i >= 0) << "moment " << i;
