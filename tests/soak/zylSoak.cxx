@@ -13,6 +13,7 @@
 #include "zylPropertyCollection.h"
 #include "zylTestData.h"
 #include "zylTestHost.h"
+#include "zylTestMemory.h"
 #include "zylTestServer.h"
 #include "zylTimeController.h"
 #include "zylView.h"
@@ -23,16 +24,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <malloc.h>
-#include <unistd.h>
 
 #include <vtkNew.h>
 #include <vtkProcessModule.h>
@@ -77,11 +74,7 @@ Holdings Count()
   {
     held.Handles += handle.is_symlink();
   }
-  malloc_trim(0);
-  long pages = 0;
-  long resident = 0;
-  std::ifstream("/proc/self/statm") >> pages >> resident;
-  held.Kilobytes = resident * (sysconf(_SC_PAGESIZE) / 1024);
+  held.Kilobytes = zylTestMemory::GetResident();
   return held;
 }
 
