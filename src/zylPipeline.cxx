@@ -2,6 +2,7 @@
 
 #include "Display/zylBlockFlags.h"
 #include "Display/zylColoring.h"
+#include "Display/zylGlyphMapper.h"
 #include "Display/zylVariable.h"
 #include "ParaView/zylBlockExtractor.h"
 #include "ParaView/zylBlockMapper.h"
@@ -301,6 +302,7 @@ bool zylPipeline::EnsureRepresentation(zylView* view, vtkSMSourceProxy* source)
   }
   if (!this->Representation && this->AnyBlocksVisible())
   {
+    const zylGlyphMapperScope glyphs;
     auto proxy =
       zylProxyBuilder(source->GetSessionProxyManager(), "representations", "GeometryRepresentation")
         .Input(source)

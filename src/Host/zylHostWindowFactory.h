@@ -3,15 +3,8 @@
 #ifndef zylHostWindowFactory_h
 #define zylHostWindowFactory_h
 
+#include "Host/zylToolkitOverride.h"
 #include "zylExport.h"
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <vtkSmartPointer.h>
-
-class vtkObjectFactory;
 
 /// While it lives, a new vtkRenderWindow is a zylHostRenderWindow; afterwards everything is as it
 /// was.
@@ -24,8 +17,7 @@ public:
   zylHostRenderWindowScope& operator=(const zylHostRenderWindowScope&) = delete;
 
 private:
-  vtkSmartPointer<vtkObjectFactory> Factory;
-  std::vector<std::pair<vtkObjectFactory*, std::string>> Disabled;
+  zylToolkitOverride Override;
   bool Generic;
 };
 

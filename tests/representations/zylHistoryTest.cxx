@@ -3,6 +3,7 @@
 #include "zylArrayInformation.h"
 #include "zylBoundaryRepresentation.h"
 #include "zylDataSet.h"
+#include "zylGLObjects.h"
 #include "zylHostTest.h"
 #include "zylPropertyCollection.h"
 #include "zylTestData.h"
@@ -358,4 +359,26 @@ TEST_F(zylHistory, LeavesNoTrace)
       this->Compare(story);
     }
   }
+}
+
+// Data that change while they are shown, as over time, do not pile up in the host's context.
+TEST_F(zylHistory, KeepsNothingOfFormerData)
+{
+  this->Start();
+  for (int block = 1; block <= Blocks; ++block)
+  {
+    for (const auto& kind : Kinds)
+    {
+      (this->Boundary->*kind.GetSettings)(block)->Set("Visibility", true);
+    }
+  }
+  std::vector<int> counts;
+  for (int i = 0; i < 6; ++i)
+  {
+    ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(MakeData(0)));
+    this->Boundary->Update();
+    this->Render(this->View);
+    counts.push_back(zylGLObjects::Count());
+  }
+  EXPECT_EQ(counts.back(), counts[2]) << ::testing::PrintToString(counts);
 }
