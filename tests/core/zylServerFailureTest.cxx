@@ -5,6 +5,7 @@
 #include "zylDataSet.h"
 #include "zylHostTest.h"
 #include "zylPropertyCollection.h"
+#include "zylSelection.h"
 #include "zylTestData.h"
 #include "zylTestLog.h"
 #include "zylTestMemory.h"
@@ -79,6 +80,10 @@ void Work(const std::function<void()>& found)
   double bounds[6];
   boundary->GetBounds(bounds);
   view->CaptureImage();
+  double point[3];
+  view->PickPointOnSurface(16, 16, point);
+  view->HighlightSelection(view->SelectCells(8, 8, 24, 24));
+  view->Render();
   data->LoadFromFile({ File() });
 }
 
