@@ -11,8 +11,9 @@
  *       const std::vector<int> blocks = selection->GetBlocks(representation);
  *     }
  *
- * A selection belongs to its session; read after that has ended it says so in the log and is empty.
- * It stays as it is when data or settings change.
+ * Read it before settings change which blocks are drawn together: what a representation has given
+ * up since then is an error in the log and ends the answer. So is, with an empty answer, a session
+ * that has ended.
  */
 #ifndef zylSelection_h
 #define zylSelection_h
@@ -21,10 +22,10 @@
 
 #include <vector>
 
+#include <vtkCollection.h>
 #include <vtkObject.h>
 #include <vtkSmartPointer.h>
 
-class vtkCollection;
 class vtkSMProxy;
 class vtkSMSourceProxy;
 class zylRepresentation;
