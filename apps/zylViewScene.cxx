@@ -48,6 +48,7 @@ constexpr const char* HelpText = "left drag        turn\n"
                                  "right, left      next, previous time step\n"
                                  "space            play, pause\n"
                                  "v                color range of this step (Shift: of all)\n"
+                                 "Tab              panel; click selects a block\n"
                                  "h                this help\n"
                                  "q, Escape        quit";
 
@@ -360,6 +361,19 @@ void zylViewScene::Step(int direction)
     now <= steps.front() ? time->GoToLastTimeStep() : time->GoToPreviousTimeStep();
   }
   this->ShowTime();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::GoToStep(int step)
+{
+  const auto steps = zylTimeController::GetInstance()->GetTimestepValues();
+  if (step >= 1 && step <= static_cast<int>(steps.size()))
+  {
+    zylViewProgress progress("loading the time step", this->Alive);
+    progress.Observe(zylCore::GetInstance()->GetSession());
+    zylTimeController::GetInstance()->GoToTime(steps[step - 1]);
+    this->ShowTime();
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

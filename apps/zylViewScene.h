@@ -81,6 +81,7 @@ public:
 
   /// Color by the range of the values of the time step shown, or of all of them.
   void RescaleColors(bool allSteps);
+  void GoToStep(int step);          ///< counted from 1
   std::string GetTimeLabel() const; ///< "step 3 of 8, time 0.125"; empty without time steps
 
   void SetHelpVisible(bool visible);

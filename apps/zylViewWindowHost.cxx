@@ -6,6 +6,7 @@
 #include "zylViewKeys.h"
 #include "zylViewLoading.h"
 #include "zylViewOptions.h"
+#include "zylViewPanel.h"
 #include "zylViewScene.h"
 
 #include <algorithm>
@@ -22,6 +23,8 @@
 namespace {
 constexpr double SecondsPerTimeStep = 0.1; // while playing
 constexpr double ZoomPerNotch = 1.15;
+constexpr double ClickReach = 4.0; // pixels: a press that does not move is no drag
+constexpr int PanelFrames = 3;
 
 class WindowHost : public zylViewHost
 {
@@ -39,6 +42,8 @@ public:
 private:
   void Observe();
   void Draw();
+  void Wake();
+  bool IsForPanel() const;
   void UpdateTitle();
   void OnKey(int key, int modifiers);
   void OnButton(int button, int action, int modifiers);
@@ -54,6 +59,10 @@ private:
   zylViewScene* Scene = nullptr;
   zylViewBackdrop* Backdrop = nullptr;
   zylViewInteraction* Interaction = nullptr;
+  std::unique_ptr<zylViewPanel> Panel; // null without
+  bool PanelVisible = false;
+  int Settling = 0;             // frames that the panel still needs after the last event
+  double Clicked[2] = { 0, 0 }; // where a button went down
   std::vector<std::pair<int, int>> Waiting; // keys and modifiers pressed while the library works
   bool Dirty = true;                        // something to draw
   bool Playing = false;
@@ -98,7 +107,8 @@ WindowHost::WindowHost(const zylViewOptions& options)
 //--------------------------------------------------------------------------------------------------
 WindowHost::~WindowHost()
 {
-  this->Loading.reset(); // while its context is there
+  this->Panel.reset(); // while their context is there
+  this->Loading.reset();
   glfwDestroyWindow(this->Window);
   glfwTerminate();
 }
@@ -163,11 +173,16 @@ void WindowHost::Observe()
     WindowHost* host = HostOf(window);
     host->GetCursor(x, y);
     host->Dirty |= !host->Busy && host->Interaction->Move(x, y);
+    if (host->PanelVisible)
+    {
+      host->Wake(); // it shows where the mouse is
+    }
   });
   glfwSetScrollCallback(this->Window, [](GLFWwindow* window, double, double notches) {
     double x, y;
     WindowHost* host = HostOf(window);
-    if (host->Busy)
+    host->Wake();
+    if (host->Busy || host->IsForPanel())
     {
       return;
     }
@@ -198,6 +213,7 @@ void WindowHost::Run(zylViewScene& scene)
   this->Scene = &scene;
   this->Backdrop = &backdrop;
   this->Interaction = &interaction;
+  this->Panel = zylNewPanel(this->Window, scene);
   this->ApplySize();
   this->Busy = false;
   this->UpdateTitle();
@@ -226,7 +242,7 @@ void WindowHost::Run(zylViewScene& scene)
         return;
       }
     }
-    this->Playing || this->Options.Frames > 0 || !this->Waiting.empty()
+    this->Playing || this->Options.Frames > 0 || !this->Waiting.empty() || this->Dirty
       ? glfwWaitEventsTimeout(0.01)
       : glfwWaitEvents();
   }
@@ -240,8 +256,31 @@ void WindowHost::Draw()
   this->Backdrop->Paint(
     this->Width, this->Height, this->Options.BackgroundTop, this->Options.BackgroundBottom);
   this->Scene->Render(0);
-  glfwSwapBuffers(this->Window);
   this->Dirty = false;
+  if (this->Panel && this->PanelVisible)
+  {
+    this->Busy = true; // what it changes may take long
+    this->Dirty = this->Panel->Draw() || --this->Settling > 0;
+    this->Busy = false;
+    this->UpdateTitle();
+  }
+  glfwSwapBuffers(this->Window);
+}
+
+//--------------------------------------------------------------------------------------------------
+// Something is to be drawn; the panel answers an event over several frames.
+void WindowHost::Wake()
+{
+  this->Dirty = true;
+  this->Settling = PanelFrames;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool WindowHost::IsForPanel() const
+{
+  double x, y;
+  this->GetCursor(x, y);
+  return this->Panel && this->PanelVisible && this->Panel->WantsMouse(x, y);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -256,13 +295,22 @@ void WindowHost::UpdateTitle()
 //--------------------------------------------------------------------------------------------------
 void WindowHost::OnKey(int key, int modifiers)
 {
-  this->Dirty = true;
+  this->Wake();
+  if (this->PanelVisible && this->Panel->WantsKeys())
+  {
+    return;
+  }
   if (key == GLFW_KEY_Q || key == GLFW_KEY_ESCAPE)
   {
     glfwSetWindowShouldClose(this->Window, GLFW_TRUE);
   }
   if (this->Busy)
   {
+    return;
+  }
+  if (key == GLFW_KEY_TAB)
+  {
+    this->PanelVisible = this->Panel != nullptr && !this->PanelVisible;
     return;
   }
   if (key == GLFW_KEY_SPACE)
@@ -282,18 +330,28 @@ void WindowHost::OnButton(int button, int action, int modifiers)
   {
     return; // nothing to turn yet
   }
-  if (action == GLFW_RELEASE || this->Busy)
+  this->Wake();
+  double x, y;
+  this->GetCursor(x, y);
+  if (action == GLFW_RELEASE || this->Busy || this->IsForPanel())
   {
+    const bool still = std::hypot(x - this->Clicked[0], y - this->Clicked[1]) < ClickReach;
     this->Interaction->Release();
+    if (this->Panel && this->PanelVisible && still && !this->Busy && !this->IsForPanel() &&
+      button == GLFW_MOUSE_BUTTON_LEFT)
+    {
+      this->MakeCurrent();
+      this->Panel->SelectAt(static_cast<int>(x), this->Height - 1 - static_cast<int>(y));
+    }
     return;
   }
+  this->Clicked[0] = x;
+  this->Clicked[1] = y;
   const bool left = button == GLFW_MOUSE_BUTTON_LEFT;
   const bool shift = (modifiers & GLFW_MOD_SHIFT) != 0;
   const auto mode = button == GLFW_MOUSE_BUTTON_RIGHT ? zylViewInteraction::Mode::Zoom
     : left && !shift                                  ? zylViewInteraction::Mode::Orbit
                                                       : zylViewInteraction::Mode::Pan;
-  double x, y;
-  this->GetCursor(x, y);
   this->Interaction->Press(mode, x, y);
 }
 

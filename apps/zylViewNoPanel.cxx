@@ -1,0 +1,7 @@
+#include "zylViewPanel.h"
+
+//--------------------------------------------------------------------------------------------------
+std::unique_ptr<zylViewPanel> zylNewPanel(GLFWwindow*, zylViewScene&)
+{
+  return nullptr;
+}

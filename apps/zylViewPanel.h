@@ -1,0 +1,32 @@
+/// @file zylViewPanel.h
+/// The panel beside the picture: blocks, settings, time, colors, files, messages. Drawn by the host
+/// after the scene, in the same context and framebuffer.
+#ifndef zylViewPanel_h
+#define zylViewPanel_h
+
+#include <memory>
+
+class zylViewScene;
+struct GLFWwindow;
+
+class zylViewPanel
+{
+public:
+  virtual ~zylViewPanel() = default;
+  /// Draw over the bound framebuffer. Returns whether the user changed something of the scene.
+  virtual bool Draw() = 0;
+  ///@{
+  /// Whether the mouse at a pixel, counted from the upper left corner, or keys are for the panel.
+  virtual bool WantsMouse(double x, double y) const = 0;
+  virtual bool WantsKeys() const = 0;
+  ///@}
+  /// Select the block under a pixel, counted from the lower left corner, or nothing. The context is
+  /// current.
+  virtual void SelectAt(int x, int y) = 0;
+};
+
+/// Null where the program is built without the toolkit of the panel. All borrowed; made after the
+/// host has set its callbacks on the window, whose context is current.
+std::unique_ptr<zylViewPanel> zylNewPanel(GLFWwindow* window, zylViewScene& scene);
+
+#endif

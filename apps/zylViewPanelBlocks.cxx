@@ -1,0 +1,130 @@
+#include "zylViewPanelBlocks.h"
+
+#include "zylViewBlocks.h"
+#include "zylViewCase.h"
+#include "zylViewPanelSettings.h"
+#include "zylViewSettings.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <zylBoundaryRepresentation.h>
+#include <zylPropertyCollection.h>
+
+#include <imgui.h>
+
+namespace {
+constexpr float TreeHeight = 200.0f;
+constexpr int HighlightStyle = 2; // an outline hides nothing
+
+zylPropertyCollection* Surface(zylViewCase& one, unsigned int block)
+{
+  return one.GetBoundary()->GetSurfaceProperties(static_cast<int>(block));
+}
+} // namespace
+
+//--------------------------------------------------------------------------------------------------
+bool zylViewPanelBlocks::DrawTree(zylViewCase& one)
+{
+  bool changed = false;
+  ImGui::InputTextWithHint("##search", "search", this->Search, sizeof this->Search);
+  std::vector<const zylViewBlock*> shown;
+  for (const zylViewBlock& block : one.GetBlocks().GetBlocks())
+  {
+    if (block.Name.find(this->Search) != std::string::npos)
+    {
+      shown.push_back(&block);
+    }
+  }
+  ImGui::BeginChild("tree", ImVec2(0.0f, TreeHeight), true);
+  ImGuiListClipper clipper; // of thousands of blocks those that are in sight
+  clipper.Begin(static_cast<int>(shown.size()));
+  while (clipper.Step())
+  {
+    for (int i = clipper.DisplayStart; i < clipper.DisplayEnd; ++i)
+    {
+      const zylViewBlock& block = *shown[i];
+      const auto isVisible = [&one](unsigned int leaf) {
+        return Surface(one, leaf)->GetBool("Visibility");
+      };
+      bool visible =
+        !block.Leaves.empty() && std::all_of(block.Leaves.begin(), block.Leaves.end(), isVisible);
+      ImGui::PushID(static_cast<int>(block.Id));
+      ImGui::SetCursorPosX(ImGui::GetCursorPosX() + 12.0f * block.Depth + 1.0f);
+      if (ImGui::Checkbox("##visible", &visible))
+      {
+        for (const unsigned int leaf : block.Leaves)
+        {
+          Surface(one, leaf)->Set("Visibility", visible);
+        }
+        changed = true;
+      }
+      ImGui::SameLine();
+      const bool selected = !block.Leaves.empty() &&
+        std::all_of(block.Leaves.begin(), block.Leaves.end(),
+          [this](unsigned int leaf) { return this->Selected.count(leaf) > 0; });
+      if (ImGui::Selectable(block.Name.c_str(), selected))
+      {
+        bool add = ImGui::GetIO().KeyCtrl;
+        for (const unsigned int leaf : block.Leaves)
+        {
+          this->Select(leaf, add);
+          add = true;
+        }
+        this->Highlight(one);
+        changed = true;
+      }
+      ImGui::PopID();
+    }
+  }
+  ImGui::EndChild();
+  return changed;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylViewPanelBlocks::DrawSettings(zylViewCase& one)
+{
+  if (this->Selected.empty())
+  {
+    ImGui::TextUnformatted("Select a block, here or in the picture.");
+    return false;
+  }
+  bool changed = false;
+  const auto arrays = one.GetBlocks().GetArrayNames();
+  for (const zylBlockKind& kind : zylGetBlockKinds())
+  {
+    if (ImGui::TreeNode(kind.Name))
+    {
+      std::vector<zylPropertyCollection*> all;
+      for (const unsigned int block : this->Selected)
+      {
+        all.push_back((one.GetBoundary()->*kind.Get)(static_cast<int>(block)));
+      }
+      all.erase(std::remove(all.begin(), all.end(), nullptr), all.end());
+      changed = (!all.empty() && zylEditSettings(all, arrays)) || changed;
+      ImGui::TreePop();
+    }
+  }
+  return changed;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewPanelBlocks::Select(unsigned int block, bool add)
+{
+  if (!add)
+  {
+    this->Selected.clear();
+  }
+  this->Selected.insert(block);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewPanelBlocks::Highlight(zylViewCase& one) const
+{
+  one.GetBoundary()->ClearHighlights();
+  if (!this->Selected.empty())
+  {
+    one.GetBoundary()->Highlight(
+      std::vector<int>(this->Selected.begin(), this->Selected.end()), HighlightStyle);
+  }
+}
