@@ -45,15 +45,16 @@ public:
   static vtkSmartPointer<zylSelection> CreateSelectionForBlock(zylRepresentation* rep, int block);
   ///@}
 
-  /// The flat indices of the selected blocks of `rep`: those of the surface, then those of other
-  /// displays of it, so that a block may come more than once. Empty for null, for a representation
-  /// without selected blocks or view, and for data without blocks.
+  /// The flat indices of the selected blocks of `rep`, display by display: a block of which several
+  /// are selected comes more than once. Empty for null, for a representation without selected
+  /// blocks or view, and for data without blocks.
   std::vector<int> GetBlocks(zylRepresentation* rep);
 
-  /// The selected cells of `rep` - points, if points were selected - as three integers each: flat
-  /// index of the block, process of the server, and index in what is drawn of the block: its
-  /// surface after clips. Of data without blocks as two: process and index. Order and repeats as
-  /// GetBlocks(). A selection of blocks has no cells.
+  /// The selected cells of `rep` - points, if points were selected - display by display, as three
+  /// integers each: flat index of the block, process of the server, and index in what is drawn of
+  /// the block. Of data without blocks as two: process and index. For surfaces without clips it is
+  /// the index in zylBoundaryRepresentation::GetBlockSurfaces(). A selection of blocks has no
+  /// cells.
   std::vector<int> GetCells(zylRepresentation* rep);
 
   /// The representations (borrowed) of `view` of which something is selected; one of which several
