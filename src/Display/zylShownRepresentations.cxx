@@ -10,31 +10,27 @@
 #include <vtkBoundingBox.h>
 
 namespace {
-std::map<zylView*, zylShownRepresentations*>& AllShown()
-{
-  static std::map<zylView*, zylShownRepresentations*> all;
-  return all;
-}
+std::map<zylView*, zylShownRepresentations*> AllShown; // outlives the statics of hosts
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
 zylShownRepresentations::zylShownRepresentations(zylView* view)
   : View(view)
 {
-  AllShown()[view] = this;
+  AllShown[view] = this;
 }
 
 //--------------------------------------------------------------------------------------------------
 zylShownRepresentations::~zylShownRepresentations()
 {
-  AllShown().erase(this->View);
+  AllShown.erase(this->View);
 }
 
 //--------------------------------------------------------------------------------------------------
 zylShownRepresentations* zylShownRepresentations::Of(zylView* view)
 {
-  const auto found = AllShown().find(view);
-  return found == AllShown().end() ? nullptr : found->second;
+  const auto found = AllShown.find(view);
+  return found == AllShown.end() ? nullptr : found->second;
 }
 
 //--------------------------------------------------------------------------------------------------
