@@ -51,10 +51,10 @@ public:
   std::vector<int> GetBlocks(zylRepresentation* rep);
 
   /// The selected cells of `rep` - points, if points were selected - display by display, as three
-  /// integers each: flat index of the block, process of the server, and index in what is drawn of
-  /// the block. Of data without blocks as two: process and index. For surfaces without clips it is
-  /// the index in zylBoundaryRepresentation::GetBlockSurfaces(). A selection of blocks has no
-  /// cells.
+  /// integers each: flat index of the block or piece, process of the server, and index in what is
+  /// drawn of the block. Of data without blocks as two: process and index. For surfaces without
+  /// clips it is the index in zylBoundaryRepresentation::GetBlockSurfaces(). A selection of blocks
+  /// has no cells.
   std::vector<int> GetCells(zylRepresentation* rep);
 
   /// The representations (borrowed) of `view` of which something is selected; one of which several
