@@ -43,7 +43,7 @@ constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::String("LevelMaskArrayName", "level_mask"),
 };
 
-const std::string NotMadeText = "Failed to create new dataset";
+const zylReaderChoice NotMade = { {}, "Failed to create new dataset" };
 const std::string CanceledText = "canceled";
 const std::string NothingText = "Nothing can be drawn: ";
 constexpr vtkTypeUInt32 PureClient = 0x10; // process roles of a session on a server
@@ -57,7 +57,7 @@ zylDataSet::zylDataSet()
   , Properties(vtkSmartPointer<zylPropertyCollection>::New())
   , Blocks(std::make_unique<zylBlocks>())
   , MultiBlockTree(vtkSmartPointer<zylMultiBlockTree>::New())
-  , DerivedPointVariables(std::make_unique<zylDerivedVariables>())
+  , DerivedPointVariables(std::make_unique<zylDerivedVariables>(this))
 {
   zylDeclare(this->Properties, Rows);
   this->TimeObserverTag = zylTimeController::GetInstance()->AddObserver(
@@ -84,9 +84,24 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
     return false;
   }
   const zylProgress::Operation operation;
-  const zylReaderChoice choice = zylHasSession("LoadFromFile()")
-    ? zylChooseReaders(this->Core->GetSession(), fileNames)
-    : zylReaderChoice{ {}, NotMadeText };
+  return this->Load(fileNames,
+    zylHasSession("LoadFromFile()") ? zylChooseReaders(this->Core->GetSession(), fileNames)
+                                    : NotMade);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylDataSet::LoadFromFile(
+  const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
+{
+  vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "LoadFromFile %s/%s", group.c_str(), name.c_str());
+  const zylReaderChoice choice = { { { group, name } }, "" };
+  return this->Load(fileNames, zylHasSession("LoadFromFile()") ? choice : NotMade);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylDataSet::Load(const std::vector<std::string>& fileNames, const zylReaderChoice& choice)
+{
+  const zylProgress::Operation operation;
   std::string error = choice.Error;
   std::vector<std::string> firstErrors;
   for (std::size_t i = 0; i < choice.Readers.size(); ++i)
@@ -111,21 +126,6 @@ bool zylDataSet::LoadFromFile(const std::vector<std::string>& fileNames)
   this->ReadErrors = firstErrors;
   vtkErrorMacro(<< error);
   return false;
-}
-
-//--------------------------------------------------------------------------------------------------
-bool zylDataSet::LoadFromFile(
-  const std::vector<std::string>& fileNames, const std::string& group, const std::string& name)
-{
-  vtkVLogScopeF(vtkLogger::VERBOSITY_TRACE, "LoadFromFile %s/%s", group.c_str(), name.c_str());
-  const zylProgress::Operation operation;
-  const std::string failure =
-    zylHasSession("LoadFromFile()") ? this->ReadWith(fileNames, group, name, true) : NotMadeText;
-  if (!failure.empty())
-  {
-    vtkErrorMacro(<< failure);
-  }
-  return failure.empty();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -156,7 +156,7 @@ std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
   }
   if (!reader)
   {
-    return NotMadeText;
+    return NotMade.Error;
   }
   if (!this->Adopt(reader, errors, mayBeEmpty))
   {
@@ -574,12 +574,7 @@ void zylDataSet::DefineDerivedPointVariable(const std::string& name, const std::
     return;
   }
   this->DerivedPointVariables->Define(name, expression);
-  std::vector<std::string> warnings;
-  this->DerivedPointVariables->CheckSpellings(this->GetPointArrayNames(0), warnings);
-  for (const std::string& warning : warnings)
-  {
-    vtkWarningMacro(<< warning);
-  }
+  this->DerivedPointVariables->CheckSpellings(this->GetPointArrayNames(0));
   this->Modified();
 }
 
@@ -611,19 +606,9 @@ std::string zylDataSet::GetDerivedPointVariableExpression(const std::string& nam
 //--------------------------------------------------------------------------------------------------
 std::string zylDataSet::GetDerivedPointVariableScript(const std::set<std::string>& toSave)
 {
-  std::vector<std::string> errors;
-  std::vector<std::string> warnings;
   const std::string script =
-    this->DerivedPointVariables->MakeScript(this->GetPointArrayNames(0), toSave, errors, warnings);
+    this->DerivedPointVariables->MakeScript(this->GetPointArrayNames(0), toSave);
   vtkVLogF(vtkLogger::VERBOSITY_TRACE, "Script:\n%s", script.c_str());
-  for (const std::string& error : errors)
-  {
-    vtkErrorMacro(<< error);
-  }
-  for (const std::string& warning : warnings)
-  {
-    vtkWarningMacro(<< warning);
-  }
   return script;
 }
 

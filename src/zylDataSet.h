@@ -53,6 +53,7 @@ class zylProcessingChain;
 class zylPropertyCollection;
 class zylWatchedSource;
 struct zylBlocks;
+struct zylReaderChoice;
 
 class ZYL_EXPORT zylDataSet : public vtkObject
 {
@@ -230,6 +231,7 @@ private:
 
   void UpdateCallback(vtkObject*, unsigned long, void*);
   /// Load with one reader. Empty, or why it failed; then everything is as before.
+  bool Load(const std::vector<std::string>& fileNames, const zylReaderChoice& choice);
   std::string ReadWith(const std::vector<std::string>& fileNames, const std::string& group,
     const std::string& name, bool mayBeEmpty);
   bool Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture, bool mayBeEmpty);

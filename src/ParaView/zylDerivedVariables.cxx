@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cctype>
 
+#include <vtkObject.h>
+#include <vtkSetGet.h>
+
 namespace {
 bool IsWordCharacter(char character)
 {
@@ -82,9 +85,8 @@ void zylDerivedVariables::Clear()
 }
 
 //--------------------------------------------------------------------------------------------------
-std::string zylDerivedVariables::MakeScript(const std::vector<std::string>& arrays,
-  const std::set<std::string>& toSave, std::vector<std::string>& errors,
-  std::vector<std::string>& warnings)
+std::string zylDerivedVariables::MakeScript(
+  const std::vector<std::string>& arrays, const std::set<std::string>& toSave)
 {
   if (toSave.empty())
   {
@@ -101,9 +103,10 @@ std::string zylDerivedVariables::MakeScript(const std::vector<std::string>& arra
     return known->second;
   }
   const auto script = zylPython::CreateScript(arrays, this->Expressions, toSave);
-  if (!script.Error.empty())
+  if (!script.Error.empty() && this->IsNew(script.Error))
   {
-    this->Tell("The derived variables cannot be computed. " + script.Error, errors);
+    vtkErrorWithObjectMacro(
+      this->Owner, "The derived variables cannot be computed. " << script.Error);
   }
   if (!script.Circle.empty())
   {
@@ -112,15 +115,18 @@ std::string zylDerivedVariables::MakeScript(const std::vector<std::string>& arra
     {
       circle += "\"" + name + "\" needs ";
     }
-    this->Tell(circle + "\"" + script.Circle.front() + "\"", warnings);
+    circle += "\"" + script.Circle.front() + "\"";
+    if (this->IsNew(circle))
+    {
+      vtkWarningWithObjectMacro(this->Owner, << circle);
+    }
   }
-  this->CheckSpellings(arrays, warnings); // arrays may have come since the definition
+  this->CheckSpellings(arrays); // arrays may have come since the definition
   return this->Scripts[toSave] = script.Text;
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylDerivedVariables::CheckSpellings(
-  const std::vector<std::string>& arrays, std::vector<std::string>& warnings)
+void zylDerivedVariables::CheckSpellings(const std::vector<std::string>& arrays)
 {
   std::vector<std::string> names = arrays;
   for (const auto& variable : this->Expressions)
@@ -135,11 +141,11 @@ void zylDerivedVariables::CheckSpellings(
   {
     for (const auto& variable : this->Expressions)
     {
-      if (HoldsName(variable.second, name))
+      const std::string warning = "\"" + name + "\" is no Python identifier: the expression of \"" +
+        variable.first + "\" must spell it " + word;
+      if (HoldsName(variable.second, name) && this->IsNew(warning))
       {
-        this->Tell("\"" + name + "\" is no Python identifier: the expression of \"" +
-            variable.first + "\" must spell it " + word,
-          warnings);
+        vtkWarningWithObjectMacro(this->Owner, << warning);
       }
     }
   }
@@ -153,10 +159,7 @@ void zylDerivedVariables::Forget()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylDerivedVariables::Tell(const std::string& message, std::vector<std::string>& messages)
+bool zylDerivedVariables::IsNew(const std::string& message)
 {
-  if (this->Told.insert(message).second)
-  {
-    messages.push_back(message);
-  }
+  return this->Told.insert(message).second;
 }

@@ -12,9 +12,17 @@
 #include <string>
 #include <vector>
 
+class vtkObject;
+
 class ZYL_PRIVATE zylDerivedVariables
 {
 public:
+  /// Errors and warnings are those of `owner` (borrowed), each once until a definition changes.
+  explicit zylDerivedVariables(vtkObject* owner)
+    : Owner(owner)
+  {
+  }
+
   const zylPython::Expressions& GetExpressions() const { return this->Expressions; }
 
   /// In ascending order.
@@ -27,21 +35,19 @@ public:
   void Remove(const std::string& name);
   void Clear();
 
-  /// The script that adds the variables `toSave` to data with the point arrays `arrays`; empty when
-  /// it cannot be made. New messages are appended to the two lists, each once until a definition
-  /// changes.
-  std::string MakeScript(const std::vector<std::string>& arrays,
-    const std::set<std::string>& toSave, std::vector<std::string>& errors,
-    std::vector<std::string>& warnings);
+  /// The script that adds the variables `toSave` to data with the point arrays `arrays`; empty,
+  /// with an error, when it cannot be made.
+  std::string MakeScript(
+    const std::vector<std::string>& arrays, const std::set<std::string>& toSave);
 
-  /// Append a warning for every array or variable that an expression spells as no Python program
-  /// can.
-  void CheckSpellings(const std::vector<std::string>& arrays, std::vector<std::string>& warnings);
+  /// Warn of every array or variable that an expression spells as no Python program can.
+  void CheckSpellings(const std::vector<std::string>& arrays);
 
 private:
   void Forget();
-  void Tell(const std::string& message, std::vector<std::string>& messages);
+  bool IsNew(const std::string& message);
 
+  vtkObject* Owner;
   zylPython::Expressions Expressions;
   std::set<std::string> Told;
   std::vector<std::string> Arrays;                      // for which the scripts were made
