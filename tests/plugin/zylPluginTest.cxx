@@ -79,8 +79,8 @@ class Interpreter
 public:
   explicit Interpreter(const char* type)
     : Type(type)
-    , Object(this->Commands->NewInstance(type))
   {
+    this->Object.TakeReference(this->Commands->NewInstance(type));
   }
 
   template <class... Arguments>
@@ -96,6 +96,11 @@ public:
       this->Commands->CallCommandFunction(this->Type, this->Object, method, message, result);
     if (status)
     {
+      vtkObjectBase* made = nullptr;
+      if (std::string(method) == "NewInstance" && result.GetArgument(0, 0, &made) && made)
+      {
+        made->Delete();
+      }
       return "";
     }
     const char* text = nullptr;
@@ -106,7 +111,7 @@ private:
   vtkClientServerInterpreter* Commands =
     vtkClientServerInterpreterInitializer::GetGlobalInterpreter();
   const char* Type;
-  vtkObjectBase* Object;
+  vtkSmartPointer<vtkObjectBase> Object;
 };
 } // namespace
 

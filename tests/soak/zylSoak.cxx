@@ -243,8 +243,10 @@ int RunSoak(double seconds, bool paraview, const std::set<std::string>& wanted)
   });
   soak.Run("views", 200, 0.15, [&](int i) {
     (i % 2 == 0 ? first : second)->MakeCurrent();
-    Scene scene(file);
-    scene.View->Render();
+    {
+      Scene scene(file);
+      scene.View->Render();
+    }
     first->MakeCurrent();
   });
   first->MakeCurrent();
