@@ -10,17 +10,10 @@
 #include <cmath>
 
 #include <zylArrayInformation.h>
-#include <zylClipRepresentation.h>
-#include <zylCurvedGlyphRepresentation.h>
-#include <zylCutPlaneRepresentation.h>
 #include <zylDataSet.h>
-#include <zylIntersectionCurveRepresentation.h>
-#include <zylIsosurfaceRepresentation.h>
+#include <zylDerivedSurfaceRepresentation.h>
 #include <zylPropertyCollection.h>
-#include <zylStreamlineRepresentation.h>
-#include <zylSurfaceStreamlineRepresentation.h>
 #include <zylView.h>
-#include <zylVortexCoresRepresentation.h>
 
 namespace {
 using Representation = zylDerivedSurfaceRepresentation;
@@ -30,38 +23,6 @@ using Shape = zylViewDerived::Shape;
 constexpr double Palette[][3] = { { 0.80, 0.82, 0.86 }, { 0.93, 0.93, 0.90 }, { 0.75, 0.85, 0.70 },
   { 0.95, 0.70, 0.25 }, { 0.10, 0.11, 0.14 }, { 0.15, 0.35, 0.70 }, { 0.30, 0.60, 0.75 },
   { 0.20, 0.20, 0.25 }, { 0.80, 0.25, 0.20 }, { 0.75, 0.10, 0.45 } };
-
-template <class T>
-vtkSmartPointer<Representation> New()
-{
-  return vtkSmartPointer<T>::New();
-}
-
-vtkSmartPointer<Representation> NewRepresentation(Shape shape)
-{
-  switch (shape)
-  {
-    case Shape::ClipVolume:
-      return New<zylClipRepresentation>();
-    case Shape::Cut:
-    case Shape::Crinkle:
-      return New<zylCutPlaneRepresentation>();
-    case Shape::Isosurface:
-      return New<zylIsosurfaceRepresentation>();
-    case Shape::Curve:
-      return New<zylIntersectionCurveRepresentation>();
-    case Shape::Streamlines:
-    case Shape::Ribbons:
-      return New<zylStreamlineRepresentation>();
-    case Shape::SurfaceStreamlines:
-      return New<zylSurfaceStreamlineRepresentation>();
-    case Shape::CurvedGlyphs:
-      return New<zylCurvedGlyphRepresentation>();
-    case Shape::VortexCores:
-      return New<zylVortexCoresRepresentation>();
-  }
-  return nullptr;
-}
 
 bool IsLines(Shape shape)
 {
@@ -94,19 +55,6 @@ void SetVolumeClip(zylPropertyCollection* properties, const zylViewClip& clip)
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-const std::vector<zylDerivedDisplay>& zylGetDerivedDisplays()
-{
-  static const std::vector<zylDerivedDisplay> displays{ { "Surface",
-                                                          &Representation::GetSurfaceProperties },
-    { "Contour", &Representation::GetContourProperties },
-    { "FeatureLine", &Representation::GetFeatureLineProperties },
-    { "MeshLine", &Representation::GetMeshLineProperties },
-    { "VectorGlyph", &Representation::GetVectorGlyphProperties },
-    { "Highlight", &Representation::GetHighlightProperties } };
-  return displays;
-}
-
-//--------------------------------------------------------------------------------------------------
 zylViewDerivedSurfaces::zylViewDerivedSurfaces(
   const zylViewOptions& options, const zylViewBlocks& blocks, zylDataSet* dataset)
   : Options(options)
@@ -125,11 +73,7 @@ void zylViewDerivedSurfaces::Make()
 {
   for (const zylViewDerived& wish : this->Options.Derived)
   {
-    const std::string kind = zylGetDerivedForm(wish.Kind).Kind;
-    const auto same = [&kind](const Entry& entry) { return entry.Kind == kind; };
-    const auto before = std::count_if(this->Entries.begin(), this->Entries.end(), same);
-    this->Entries.push_back(
-      { &wish, kind, static_cast<int>(before) + 1, NewRepresentation(wish.Kind) });
+    this->AddEntry(wish);
   }
   for (const zylViewSetting& setting : this->Options.KindSettings)
   {
@@ -145,17 +89,10 @@ void zylViewDerivedSurfaces::Make()
   }
   for (const Entry& entry : this->Entries)
   {
-    entry.Representation->SetDataSet(this->DataSet);
-    if (this->Options.Restored)
+    if (!this->Options.Restored)
     {
-      continue;
+      this->SetUp(entry);
     }
-    zylSetAny(entry.Representation->GetProperties(), "Blocks", this->ChooseBlocks(entry));
-    this->SetShape(entry);
-    this->SetDisplay(entry);
-    this->SetSizes(entry);
-    this->ApplySettings(entry);
-    this->SetSeeds(entry); // the settings say in which blocks
   }
   if (this->Options.Legend.value_or(false))
   {
@@ -164,11 +101,50 @@ void zylViewDerivedSurfaces::Make()
 }
 
 //--------------------------------------------------------------------------------------------------
+const zylViewDerivedSurfaces::Entry& zylViewDerivedSurfaces::AddEntry(const zylViewDerived& wish)
+{
+  const std::string kind = zylGetDerivedForm(wish.Kind).Kind;
+  const auto same = [&kind](const Entry& entry) { return entry.Kind == kind; };
+  const auto before = std::count_if(this->Entries.begin(), this->Entries.end(), same);
+  this->Entries.push_back({ wish, kind, static_cast<int>(before) + 1, zylNewDerived(wish.Kind) });
+  this->Entries.back().Representation->SetDataSet(this->DataSet);
+  return this->Entries.back();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewDerivedSurfaces::SetUp(const Entry& entry)
+{
+  zylSetAny(entry.Representation->GetProperties(), "Blocks", this->ChooseBlocks(entry));
+  this->SetShape(entry);
+  this->SetDisplay(entry);
+  this->SetSizes(entry);
+  this->ApplySettings(entry);
+  this->SetSeeds(entry); // the settings say in which blocks
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewDerivedSurfaces::Add(const zylViewDerived& wish, zylView* view)
+{
+  const Entry& entry = this->AddEntry(wish);
+  try
+  {
+    this->SetUp(entry);
+  }
+  catch (const zylViewError&)
+  {
+    this->Entries.pop_back();
+    throw;
+  }
+  view->AddRepresentation(entry.Representation);
+  this->ColorByOwnRange(entry);
+}
+
+//--------------------------------------------------------------------------------------------------
 // Without a wish: those of the highest dimension, as far as that is known, or for what lies on
 // surfaces those that are surfaces.
 std::vector<int> zylViewDerivedSurfaces::ChooseBlocks(const Entry& entry) const
 {
-  const bool surfaces = entry.Wish->Kind == Shape::Curve;
+  const bool surfaces = entry.Wish.Kind == Shape::Curve;
   const auto blocks = this->Blocks.GetBlocksOfDimension(surfaces ? 2 : 3);
   return blocks.empty() ? std::vector<int>{ 0 } : blocks; // 0: the whole data
 }
@@ -176,7 +152,7 @@ std::vector<int> zylViewDerivedSurfaces::ChooseBlocks(const Entry& entry) const
 //--------------------------------------------------------------------------------------------------
 void zylViewDerivedSurfaces::SetShape(const Entry& entry)
 {
-  const zylViewDerived& wish = *entry.Wish;
+  const zylViewDerived& wish = entry.Wish;
   const auto leaves = this->Blocks.GetLeaves();
   zylPropertyCollection* own = entry.Representation->GetProperties();
   switch (wish.Kind)
@@ -223,7 +199,7 @@ void zylViewDerivedSurfaces::SetSizes(const Entry& entry)
       own->Set(name, size * this->Size);
     }
   }
-  if (entry.Wish->Kind == Shape::Ribbons)
+  if (entry.Wish.Kind == Shape::Ribbons)
   {
     own->Set("Ribbon", true);
   }
@@ -243,9 +219,9 @@ void zylViewDerivedSurfaces::SetSeeds(const Entry& entry)
   }
   const int* first = own->GetIntElements("Blocks");
   const std::vector<int> blocks(first, first + own->GetProperty("Blocks")->GetNumberOfElements());
-  const bool onSurface = entry.Wish->Kind == Shape::SurfaceStreamlines;
+  const bool onSurface = entry.Wish.Kind == Shape::SurfaceStreamlines;
   zylSetAny(
-    own, "SeedPoints", zylGetSeedPoints(entry.Wish->Seeds, this->DataSet, blocks, onSurface));
+    own, "SeedPoints", zylGetSeedPoints(entry.Wish.Seeds, this->DataSet, blocks, onSurface));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -253,8 +229,8 @@ void zylViewDerivedSurfaces::SetDisplay(const Entry& entry)
 {
   zylPropertyCollection* surface = entry.Representation->GetSurfaceProperties();
   surface->Set("Visibility", true);
-  zylSetTriple(surface, "Color", Palette[static_cast<int>(entry.Wish->Kind)]);
-  if (IsLines(entry.Wish->Kind))
+  zylSetTriple(surface, "Color", Palette[static_cast<int>(entry.Wish.Kind)]);
+  if (IsLines(entry.Wish.Kind))
   {
     surface->Set("TubeRadius", 2.0 * zylLineWidth(this->Options));
   }
@@ -265,7 +241,7 @@ void zylViewDerivedSurfaces::SetDisplay(const Entry& entry)
     zylSetTriple(lines, "Color", zylInk);
     lines->Set("TubeRadius", zylLineWidth(this->Options));
   }
-  if (entry.Wish->Kind == Shape::Curve && this->Blocks.GetBlocksOfDimension(2).empty())
+  if (entry.Wish.Kind == Shape::Curve && this->Blocks.GetBlocksOfDimension(2).empty())
   {
     // Volumes only: the curve is the border of the plane in which they are met.
     surface->Set("Visibility", false);

@@ -5,6 +5,8 @@
 #define zylViewDerived_h
 
 #include "zylViewBlocks.h"
+#include "zylViewDerivedForms.h"
+#include "zylViewDerivedKinds.h"
 #include "zylViewForms.h"
 
 #include <string>
@@ -16,23 +18,14 @@ class zylDataSet;
 class zylDerivedSurfaceRepresentation;
 class zylPropertyCollection;
 class zylView;
-struct zylViewDerived;
 struct zylViewOptions;
-
-/// The displays of what is derived, and where their settings are.
-struct zylDerivedDisplay
-{
-  const char* Name;
-  zylPropertyCollection* (zylDerivedSurfaceRepresentation::*Get)();
-};
-const std::vector<zylDerivedDisplay>& zylGetDerivedDisplays();
 
 class zylViewDerivedSurfaces
 {
 public:
   struct Entry
   {
-    const zylViewDerived* Wish;
+    zylViewDerived Wish;
     std::string Kind; ///< "Cut"
     int Number;       ///< among those of its kind, from 1
     vtkSmartPointer<zylDerivedSurfaceRepresentation> Representation;
@@ -47,6 +40,9 @@ public:
   /// that do not exist.
   void Make();
 
+  /// One more, in a view that shows the others. Throws as Make().
+  void Add(const zylViewDerived& wish, zylView* view);
+
   /// Show them, and color them by the range of what they turn out to hold where nobody else knows.
   void AddTo(zylView* view);
   void RemoveFrom(zylView* view);
@@ -56,6 +52,8 @@ public:
   const std::vector<Entry>& GetEntries() const { return this->Entries; }
 
 private:
+  const Entry& AddEntry(const zylViewDerived& wish);
+  void SetUp(const Entry& entry);
   void SetShape(const Entry& entry);
   void SetSeeds(const Entry& entry);
   void SetDisplay(const Entry& entry);

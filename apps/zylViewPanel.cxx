@@ -3,6 +3,7 @@
 #include "zylViewBlocks.h"
 #include "zylViewCase.h"
 #include "zylViewDerived.h"
+#include "zylViewError.h"
 #include "zylViewPanelBlocks.h"
 #include "zylViewPanelFiles.h"
 #include "zylViewPanelSettings.h"
@@ -14,6 +15,7 @@
 
 #include <zylBoundaryRepresentation.h>
 #include <zylCore.h>
+#include <zylDataSet.h>
 #include <zylDerivedSurfaceRepresentation.h>
 #include <zylPropertyCollection.h>
 #include <zylSelection.h>
@@ -46,11 +48,13 @@ private:
   bool DrawColors(zylViewCase& one);
   bool DrawClips(zylViewCase& one);
   bool DrawDerived(zylViewCase& one);
+  bool AddDerived(zylViewCase& one, zylViewDerived::Shape shape);
   void DrawFiles();
 
   zylViewScene& Scene;
   std::vector<zylViewPanelBlocks> Blocks; // of each dataset
   std::unique_ptr<zylViewPanelFiles> Files;
+  std::string Message; // why the last thing did not work
   bool Changed = false;
   ImVec2 Corner{ 0.0f, 0.0f }, Size{ 0.0f, 0.0f }; // in units of the window system
 };
@@ -112,6 +116,10 @@ bool Panel::Draw()
     ImGui::PopID();
   }
   this->DrawFiles();
+  if (!this->Message.empty())
+  {
+    ImGui::TextWrapped("%s", this->Message.c_str());
+  }
   ImGui::PopItemWidth();
   ImGui::End();
   ImGui::Render();
@@ -253,6 +261,15 @@ bool Panel::DrawDerived(zylViewCase& one)
 {
   bool changed = false;
   const auto arrays = one.GetBlocks().GetArrayNames();
+  if (ImGui::Button("add a cut"))
+  {
+    changed = this->AddDerived(one, zylViewDerived::Shape::Cut) || changed;
+  }
+  ImGui::SameLine();
+  if (ImGui::Button("add an isosurface"))
+  {
+    changed = this->AddDerived(one, zylViewDerived::Shape::Isosurface) || changed;
+  }
   for (const auto& entry : one.GetDerived().GetEntries())
   {
     const std::string name = entry.Kind + " " + std::to_string(entry.Number);
@@ -275,6 +292,37 @@ bool Panel::DrawDerived(zylViewCase& one)
 }
 
 //--------------------------------------------------------------------------------------------------
+// Through the middle of the data, or of the values that color them.
+bool Panel::AddDerived(zylViewCase& one, zylViewDerived::Shape shape)
+{
+  zylViewDerived wish;
+  wish.Kind = shape;
+  if (shape == zylViewDerived::Shape::Cut)
+  {
+    double b[6] = { 0, 0, 0, 0, 0, 0 };
+    one.GetDataSet()->GetBounds(b);
+    wish.Values = { (b[0] + b[1]) / 2.0, (b[2] + b[3]) / 2.0, (b[4] + b[5]) / 2.0, 1.0, 0.0, 0.0 };
+  }
+  else
+  {
+    const auto range = one.GetColorRange();
+    wish.Variable = one.GetVariable();
+    wish.Values = { (range[0] + range[1]) / 2.0 };
+  }
+  try
+  {
+    one.GetDerived().Add(wish, this->Scene.GetView());
+    this->Message.clear();
+    return true;
+  }
+  catch (const zylViewError& error)
+  {
+    this->Message = error.what();
+    return false;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
 void Panel::DrawFiles()
 {
   if (!ImGui::CollapsingHeader("Open a file"))
@@ -288,7 +336,7 @@ void Panel::DrawFiles()
   const auto files = this->Files->Draw();
   if (!files.empty())
   {
-    this->Scene.AddFiles(files);
+    this->Message = this->Scene.AddFiles(files);
     this->Changed = true;
   }
 }

@@ -4,10 +4,9 @@
 #include "zylViewCamera.h"
 #include "zylViewCase.h"
 #include "zylViewError.h"
+#include "zylViewHelp.h"
 #include "zylViewLegend.h"
-#include "zylViewLoader.h"
 #include "zylViewMessages.h"
-#include "zylViewNumbers.h"
 #include "zylViewOptions.h"
 #include "zylViewProgress.h"
 #include "zylViewState.h"
@@ -28,30 +27,8 @@
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkTextActor.h>
-#include <vtkTextProperty.h>
 
 namespace {
-constexpr const char* HelpText = "left drag        turn\n"
-                                 "middle drag      pan (also Shift + left)\n"
-                                 "wheel            zoom to the cursor\n"
-                                 "r                show everything\n"
-                                 "0                opening view\n"
-                                 "1 ... 6          standard views (Shift: opposite)\n"
-                                 "t                free turning, upright turning\n"
-                                 "n                next array (Shift: previous)\n"
-                                 "m                next color map\n"
-                                 "l, e             legend, edges of the mesh\n"
-                                 "b                background\n"
-                                 "p                picture to a file\n"
-                                 "s                save the scene to a file\n"
-                                 "F5               read the files again\n"
-                                 "right, left      next, previous time step\n"
-                                 "space            play, pause\n"
-                                 "v                color range of this step (Shift: of all)\n"
-                                 "Tab              panel; click selects a block\n"
-                                 "h                this help\n"
-                                 "q, Escape        quit";
-
 // Readers differ in what they give between two time steps.
 double Nearest(const std::vector<double>& steps, double time)
 {
@@ -89,73 +66,6 @@ zylViewScene::~zylViewScene()
     {
       one->RemoveFrom(this->View);
     }
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::Load()
-{
-  zylViewLoader loader(this->Options, this->Messages, this->Times, this->Alive);
-  loader.Connect();
-  if (this->State != nullptr)
-  {
-    this->LoadScene();
-  }
-  else
-  {
-    loader.NameSample();
-    this->LoadFiles(this->Options);
-  }
-  zylViewProgress progress("loading the time step", this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
-  this->GoToTime();
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::LoadFiles(const zylViewOptions& all)
-{
-  for (const auto& files : zylGroupFiles(all))
-  {
-    zylViewOptions options = all;
-    options.Files = files;
-    auto dataset = zylViewLoader(options, this->Messages, this->Times, this->Alive).Load();
-    this->Cases.push_back(std::make_unique<zylViewCase>(options, dataset));
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-// What cannot be loaded is said; the rest of the scene is shown all the same.
-void zylViewScene::LoadScene()
-{
-  std::optional<zylViewError> failure;
-  for (std::size_t i = 0; i < this->State->GetNumberOfDataSets(); ++i)
-  {
-    zylViewOptions options = this->State->GetDataSet(i, this->Options);
-    options.Restored = i;
-    try
-    {
-      zylViewLoader loader(options, this->Messages, this->Times, this->Alive);
-      loader.NameSample();
-      auto dataset = loader.Load();
-      this->Cases.push_back(std::make_unique<zylViewCase>(options, dataset));
-      this->State->RestoreDataSet(i, *this->Cases.back());
-    }
-    catch (const zylViewError& error)
-    {
-      if (failure)
-      {
-        std::fprintf(stderr, "zylview: %s\n", failure->what());
-      }
-      failure.emplace(error);
-    }
-  }
-  if (failure && this->Cases.empty())
-  {
-    throw zylViewError(*failure);
-  }
-  if (failure)
-  {
-    std::fprintf(stderr, "zylview: %s\n", failure->what());
   }
 }
 
@@ -201,27 +111,6 @@ void zylViewScene::Derive()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewScene::PrintList()
-{
-  for (const auto& one : this->Cases)
-  {
-    zylPrintDataSet(one->GetDataSet());
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::PrintNumbers()
-{
-  for (const auto& one : this->Cases)
-  {
-    if (one->GetOptions().Measures())
-    {
-      zylPrintNumbers(one->GetOptions(), one->GetBlocks(), one->GetDataSet(), one->GetDerived());
-    }
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylViewScene::Show(int width, int height, int pixelRatio)
 {
   zylViewProgress progress("preparing the view", this->Alive);
@@ -260,19 +149,6 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
   if (this->State != nullptr)
   {
     this->State->RestoreView(this->View, *this->Camera);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::SaveState(const std::string& file)
-{
-  zylViewOptions options = this->Options;
-  options.Samples = this->PixelRatio;
-  options.Width = this->Width / this->PixelRatio;
-  options.Height = this->Height / this->PixelRatio;
-  if (!zylViewState::Write(file, this->Cases, this->View, *this->Camera, options))
-  {
-    throw zylViewError(zylViewFailed, "cannot write '" + file + "'");
   }
 }
 
@@ -396,20 +272,6 @@ zylView* zylViewScene::GetView()
 }
 
 //--------------------------------------------------------------------------------------------------
-std::string zylViewScene::GetName() const
-{
-  std::string names;
-  for (const auto& one : this->Cases)
-  {
-    const auto& files = one->GetOptions().Files;
-    names += names.empty() ? "" : ", ";
-    names += std::filesystem::path(files.front()).filename().string();
-    names += files.size() > 1 ? " ..." : "";
-  }
-  return names;
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylViewScene::UseNextBackground()
 {
   using Colors = std::array<std::array<double, 3>, 2>; // top, bottom
@@ -429,58 +291,6 @@ void zylViewScene::UseNextBackground()
     one->ShowLegend(one->GetOptions().Legend.value_or(false));
   }
   this->Update();
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::Reload()
-{
-  zylViewProgress progress("reading the files again", this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
-  for (const auto& one : this->Cases)
-  {
-    one->Reload();
-  }
-  this->ShowTime();
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewScene::AddFiles(const std::vector<std::string>& files)
-{
-  const std::size_t before = this->Cases.size();
-  try
-  {
-    zylViewOptions options;
-    options.Connect = this->Options.Connect;
-    options.Files = files;
-    this->LoadFiles(options);
-    for (std::size_t i = before; i < this->Cases.size(); ++i)
-    {
-      zylViewCase& one = *this->Cases[i];
-      one.ReadBlocks();
-      one.ChooseLook();
-      one.Derive();
-      one.MakeBoundary();
-      one.AddTo(this->View);
-    }
-    if (this->Options.Sample)
-    {
-      this->Options.Sample = false;
-      this->Cases.front()->RemoveFrom(this->View);
-      this->Cases.erase(this->Cases.begin());
-      this->Camera->Follow(this->Cases.front()->GetOptions());
-    }
-  }
-  catch (const zylViewError& error)
-  {
-    for (std::size_t i = before; i < this->Cases.size(); ++i)
-    {
-      this->Cases[i]->RemoveFrom(this->View);
-    }
-    this->Cases.resize(before);
-    std::fprintf(stderr, "zylview: %s\n", error.what());
-  }
-  this->Update();
-  this->OpenCamera();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -526,15 +336,7 @@ void zylViewScene::SetHelpVisible(bool visible)
 {
   if (!this->Help)
   {
-    this->Help = vtkSmartPointer<vtkTextActor>::New();
-    this->Help->SetInput(HelpText);
-    this->Help->SetPosition(16, 16);
-    vtkTextProperty* text = this->Help->GetTextProperty();
-    text->SetFontFamilyToCourier();
-    text->SetFontSize(16);
-    text->SetColor(1.0, 1.0, 1.0);
-    text->SetBackgroundColor(0.1, 0.12, 0.16);
-    text->SetBackgroundOpacity(0.75);
+    this->Help = zylNewHelp();
     auto view = vtkPVRenderView::SafeDownCast(this->View->GetProxy()->GetClientSideView());
     view->GetNonCompositedRenderer()->AddActor2D(this->Help);
   }

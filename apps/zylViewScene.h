@@ -76,8 +76,9 @@ public:
 
   void Reload(); ///< read all files again
   /// Show more files beside what is there, or in place of the built-in sample. What cannot be read
-  /// is said on the terminal.
-  void AddFiles(const std::vector<std::string>& files);
+  /// is said on the terminal
+  /// and returned.
+  std::string AddFiles(const std::vector<std::string>& files);
 
   /// Color by the range of the values of the time step shown, or of all of them.
   void RescaleColors(bool allSteps);

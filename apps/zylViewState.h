@@ -47,7 +47,10 @@ public:
   static bool Write(const std::string& file, const std::vector<std::unique_ptr<zylViewCase>>& cases,
     zylView* view, zylViewCamera& camera, const zylViewOptions& options);
 
+  static std::string ToText(const Json::Value& json); ///< numbers come back bit for bit
+
 private:
+  static constexpr int Layout = 1; ///< what this program writes, and the newest that it reads
   void Skip(const std::string& what) const;
 
   std::string File;

@@ -24,6 +24,20 @@ protected:
     zylTestData::Write(zylTestData::MakeRow(3), zylTestData::MakeFolder() + "/row.vtm");
 };
 
+// The picture beside the panel.
+Picture Beside(const Picture& picture)
+{
+  Picture part;
+  for (std::size_t i = 0; i < picture.Pixels.size(); i += 3)
+  {
+    if (i / 3 % picture.Width >= 340)
+    {
+      part.Pixels.insert(part.Pixels.end(), &picture.Pixels[i], &picture.Pixels[i] + 3);
+    }
+  }
+  return part;
+}
+
 constexpr const char* Drag = "mousemove 300 200 mousedown 1 mousemove 340 230 sleep 0.1 "
                              "mousemove 420 290 mouseup 1";
 } // namespace
@@ -145,39 +159,41 @@ TEST_F(zylViewWindowTest, PanelShowsSelectsAndSets)
   window.Do("key Tab");
   const Picture panel = window.Look();
   EXPECT_GT(Difference(plain, panel), 0.4);
-  // The picture beside it: its right part.
-  const auto beside = [](const Picture& picture) {
-    Picture part;
-    for (std::size_t i = 0; i < picture.Pixels.size(); i += 3)
-    {
-      if (i / 3 % picture.Width >= 340)
-      {
-        part.Pixels.insert(part.Pixels.end(), &picture.Pixels[i], &picture.Pixels[i] + 3);
-      }
-    }
-    return part;
-  };
   window.Do("mousemove 26 183 click 1"); // the root's check box
   const Picture hidden = window.Look();
-  EXPECT_GT(Difference(beside(panel), beside(hidden)), 0.005);
+  EXPECT_GT(Difference(Beside(panel), Beside(hidden)), 0.005);
   window.Do("mousemove 26 183 click 1");
-  EXPECT_LT(Difference(beside(panel), beside(window.Look())), 0.001);
+  EXPECT_LT(Difference(Beside(panel), Beside(window.Look())), 0.001);
   // A click on a block outlines it and offers its settings; beside it there is nothing to select.
   window.Do("mousemove 345 200 click 1 mousemove 560 20");
   const Picture selected = window.Look();
-  EXPECT_GT(Difference(beside(panel), beside(selected)), 0.0003);
-  EXPECT_GT(Difference(panel, selected), Difference(beside(panel), beside(selected)));
+  EXPECT_GT(Difference(Beside(panel), Beside(selected)), 0.0003);
+  EXPECT_GT(Difference(panel, selected), Difference(Beside(panel), Beside(selected)));
   window.Do("mousemove 560 380 click 1 mousemove 560 20");
   const Picture none = window.Look();
-  EXPECT_LT(Difference(beside(panel), beside(none)), 0.0001);
+  EXPECT_LT(Difference(Beside(panel), Beside(none)), 0.0001);
   EXPECT_GT(Difference(selected, none), 0.005); // no settings
   // What is typed into the search is no key of the window.
   window.Do("mousemove 80 152 click 1 type bnq");
   window.Do("mousemove 560 20");
   const Picture found = window.Look();
   EXPECT_GT(Difference(panel, found), 0.002);
-  EXPECT_LT(Difference(beside(panel), beside(found)), 0.001);
+  EXPECT_LT(Difference(Beside(panel), Beside(found)), 0.001);
   window.Do("mousemove 560 380 click 1 key Tab"); // out of the text, and away
   EXPECT_LT(Difference(plain, window.Look()), 0.002);
+  EXPECT_EQ(window.Quit().Text, "");
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylViewWindowTest, PanelAddsACut)
+{
+#ifndef ZYL_HAS_PANEL
+  GTEST_SKIP() << "built without";
+#endif
+  zylViewWindow window("--size 700x600 --opacity 0.1 --no-legend --array velocity_X " + this->Row);
+  window.Do("key Tab");
+  const Picture before = window.Look();
+  window.Do("mousemove 40 410 click 1"); // "add a cut"
+  EXPECT_GT(Difference(Beside(before), Beside(window.Look())), 0.005);
   EXPECT_EQ(window.Quit().Text, "");
 }
