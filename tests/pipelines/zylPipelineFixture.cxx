@@ -10,17 +10,19 @@
 #include <map>
 #include <sstream>
 
-#include <gtest/gtest.h>
 #include <vtkClientServerInterpreter.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
 #include <vtkPVSessionCore.h>
+#include <vtkSMPVRepresentationProxy.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxy.h>
 #include <vtkSMProxyIterator.h>
+#include <vtkSMRenderViewProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
+#include <vtkSMTransferFunctionProxy.h>
 
 namespace {
 std::ostringstream* Traffic = nullptr;
@@ -124,4 +126,26 @@ std::string zylTrafficEnd()
   delete Traffic;
   Traffic = nullptr;
   return text;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPipelineTest::SetUp()
+{
+  this->Surfaces = std::make_unique<zylSurfaces>(zylTestData::MakeRow(3));
+  this->View = vtkSmartPointer<zylView>::New();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylPipelineTest::Show(zylPipeline* pipeline, const std::vector<int>& visible)
+{
+  zylShow(pipeline, *this->Surfaces, visible);
+  pipeline->Update(this->View);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSMProxy* zylPipelineTest::ScalarBar(zylPipeline* pipeline)
+{
+  return vtkSMTransferFunctionProxy::FindScalarBarRepresentation(
+    vtkSMPropertyHelper(pipeline->GetRepresentation(), "LookupTable").GetAsProxy(),
+    this->View->GetProxy());
 }

@@ -3,9 +3,13 @@
 #ifndef zylPipelineFixture_h
 #define zylPipelineFixture_h
 
+#include "zylView.h"
+
+#include <memory>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <vtkSmartPointer.h>
 
 class vtkMultiBlockDataSet;
@@ -50,5 +54,21 @@ std::string zylTraffic(Action action)
   action();
   return zylTrafficEnd();
 }
+
+/// A row of three cubes, 1, 2 and 3, and a view.
+class zylPipelineTest : public ::testing::Test
+{
+protected:
+  void SetUp() override;
+
+  /// Show the blocks of these flat indices.
+  void Show(zylPipeline* pipeline, const std::vector<int>& visible = { 1, 2, 3 });
+
+  /// The color legend of a pipeline (borrowed), or null.
+  vtkSMProxy* ScalarBar(zylPipeline* pipeline);
+
+  std::unique_ptr<zylSurfaces> Surfaces;
+  vtkSmartPointer<zylView> View;
+};
 
 #endif

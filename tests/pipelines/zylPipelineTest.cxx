@@ -7,7 +7,6 @@
 #include "zylPipelineFixture.h"
 #include "zylPropertyCollection.h"
 #include "zylSurfacePipeline.h"
-#include "zylTestData.h"
 #include "zylTestLog.h"
 #include "zylVectorGlyphPipeline.h"
 #include "zylView.h"
@@ -18,12 +17,8 @@
 
 #include <gtest/gtest.h>
 #include <vtkCallbackCommand.h>
-#include <vtkCellData.h>
-#include <vtkColorTransferFunction.h>
 #include <vtkDataSet.h>
-#include <vtkDoubleArray.h>
 #include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
 #include <vtkSMPVRepresentationProxy.h>
 #include <vtkSMParaViewPipelineControllerWithRendering.h>
@@ -31,9 +26,7 @@
 #include <vtkSMPropertyIterator.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSourceProxy.h>
-#include <vtkSMTransferFunctionProxy.h>
 #include <vtkSMVectorProperty.h>
-#include <vtkVariant.h>
 
 namespace {
 using Values = std::vector<double>;
@@ -69,58 +62,6 @@ void UseVariables(zylPipeline* pipeline)
   }
 }
 } // namespace
-
-class zylPipelineTest : public ::testing::Test
-{
-protected:
-  void SetUp() override
-  {
-    this->Surfaces = std::make_unique<zylSurfaces>(zylTestData::MakeRow(3));
-    this->View = vtkSmartPointer<zylView>::New();
-  }
-
-  void Show(zylPipeline* pipeline, const std::vector<int>& visible = { 1, 2, 3 })
-  {
-    zylShow(pipeline, *this->Surfaces, visible);
-    pipeline->Update(this->View);
-  }
-
-  vtkSMProxy* ScalarBar(zylPipeline* pipeline)
-  {
-    return vtkSMTransferFunctionProxy::FindScalarBarRepresentation(
-      vtkSMPropertyHelper(pipeline->GetRepresentation(), "LookupTable").GetAsProxy(),
-      this->View->GetProxy());
-  }
-
-  std::unique_ptr<zylSurfaces> Surfaces;
-  vtkSmartPointer<zylView> View;
-};
-
-//--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, SplitsVariableNames)
-{
-  const struct
-  {
-    const char* Full;
-    const char* Name;
-    const char* Suffix;
-    int Component;
-  } cases[] = { { "Velocity_Y", "Velocity", "Y", 1 }, { "Velocity_Z", "Velocity", "Z", 2 },
-    { "Velocity_Magnitude", "Velocity", "Magnitude", -1 }, { "wall_shear", "wall_shear", "", -1 },
-    { "wall_shear_X", "wall_shear", "X", 0 }, { "Pressure", "Pressure", "", -1 },
-    { "X", "X", "", -1 }, { "_X", "", "X", 0 }, { "a_x", "a_x", "", -1 }, { "", "", "", -1 } };
-  for (const auto& c : cases)
-  {
-    std::string name = c.Full;
-    std::string suffix;
-    int component = 7;
-    zylPipeline::SplitVariableName(name, name, suffix); // in place
-    EXPECT_EQ(name, c.Name) << c.Full;
-    EXPECT_EQ(suffix, c.Suffix) << c.Full;
-    zylPipeline::SplitVariableName(c.Full, name, component);
-    EXPECT_EQ(component, c.Component) << c.Full;
-  }
-}
 
 //--------------------------------------------------------------------------------------------------
 // Renamed properties of another ParaView show up here.
@@ -319,86 +260,6 @@ TEST_F(zylPipelineTest, SurfaceSettings)
 }
 
 //--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, ColoringFollowsTheVariable)
-{
-  vtkNew<zylSurfacePipeline> pipeline;
-  zylPropertyCollection* settings = pipeline->GetProperties();
-  settings->Set("ColorMode", 1);
-  const struct
-  {
-    const char* Variable;
-    const char* Array;
-    int Association;
-    const char* Mode;
-    int Component;
-  } cases[] = { { "velocity_Y", "velocity", 0, "Component", 1 },
-    { "velocity_Z", "velocity", 0, "Component", 2 },
-    { "velocity_Magnitude", "velocity", 0, "Magnitude", 0 },
-    { "quality", "quality", 1, "Magnitude", 0 } };
-  for (const bool tree : { true, false })
-  {
-    for (const auto& c : cases)
-    {
-      settings->Set("ColorVariableName", c.Variable);
-      zylShow(pipeline, *this->Surfaces, { 1, 2 });
-      pipeline->SetBlockTree(tree ? this->Surfaces->DataSet->GetMultiBlockTree() : nullptr);
-      pipeline->Update(this->View);
-      vtkSMProxy* made = pipeline->GetRepresentation();
-      EXPECT_EQ(zylText(made, "ColorArrayName", 4), c.Array);
-      EXPECT_EQ(zylNumber(made, "ColorArrayName", 3), c.Association) << c.Variable;
-      vtkSMProxy* lut = vtkSMPropertyHelper(made, "LookupTable").GetAsProxy();
-      ASSERT_NE(lut, nullptr);
-      EXPECT_EQ(zylText(lut, "VectorMode"), c.Mode) << c.Variable;
-      EXPECT_EQ(zylNumber(lut, "VectorComponent"), c.Component) << c.Variable;
-    }
-    pipeline->FreeResources(this->View);
-  }
-  settings->Set("ColorVariableName", "pressure");
-  pipeline->Update(this->View);
-  zylTestLog log;
-  settings->Set("ColorVariableName", "nothing_X");
-  pipeline->Update(this->View);
-  EXPECT_TRUE(
-    log.Has(vtkLogger::VERBOSITY_WARNING, "point or cell data named 'nothing' could not be found"));
-  EXPECT_EQ(zylText(pipeline->GetRepresentation(), "ColorArrayName", 4), "pressure");
-}
-
-//--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, AnArrayMayBeNamedLikeAComponent)
-{
-  auto data = zylTestData::MakeRow(2);
-  for (unsigned int i = 0; i < 2; ++i)
-  {
-    vtkNew<vtkDoubleArray> array;
-    array->SetName("velocity_X");
-    array->SetNumberOfTuples(vtkDataSet::SafeDownCast(data->GetBlock(i))->GetNumberOfCells());
-    array->Fill(7.0 + i);
-    vtkDataSet::SafeDownCast(data->GetBlock(i))->GetCellData()->AddArray(array);
-  }
-  const zylSurfaces surfaces(data);
-  for (const bool tree : { true, false })
-  {
-    vtkNew<zylSurfacePipeline> pipeline;
-    pipeline->GetProperties()->Set("ColorMode", 1);
-    pipeline->GetProperties()->Set("ColorVariableName", "velocity_X");
-    pipeline->GetProperties()->Set("ColorLegendVisibility", true);
-    zylShow(pipeline, surfaces, { 1, 2 });
-    pipeline->SetBlockTree(tree ? surfaces.DataSet->GetMultiBlockTree() : nullptr);
-    pipeline->Update(this->View);
-    EXPECT_EQ(zylText(pipeline->GetRepresentation(), "ColorArrayName", 4), "velocity_X");
-    EXPECT_EQ(zylNumber(pipeline->GetRepresentation(), "ColorArrayName", 3), 1.0); // of cells
-    EXPECT_EQ(zylText(this->ScalarBar(pipeline), "Title"), "velocity_X");
-    EXPECT_EQ(zylText(this->ScalarBar(pipeline), "ComponentTitle"), "");
-    double range[2];
-    pipeline->GetColorVariableInformation()->GetComponentRange(0, range);
-    EXPECT_EQ(range[1], 8.0);
-    pipeline->GetProperties()->Set("ColorVariableName", "velocity_Y"); // the others as ever
-    pipeline->Update(this->View);
-    EXPECT_EQ(zylText(pipeline->GetRepresentation(), "ColorArrayName", 4), "velocity");
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 // With the same settings as a new one, a pipeline that shows nothing from before has nothing left.
 TEST_F(zylPipelineTest, WhatCannotBeShownLeavesNothingIfAsked)
 {
@@ -478,108 +339,6 @@ TEST_F(zylPipelineTest, TheHostsObserversStay)
   EXPECT_TRUE(this->Surfaces->Source->HasObserver(vtkCommand::UpdateDataEvent, observer));
   this->Surfaces->Source->InvokeEvent(vtkCommand::UpdateDataEvent);
   EXPECT_EQ(seen, 1);
-}
-
-//--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, ColorMap)
-{
-  vtkNew<zylSurfacePipeline> pipeline;
-  zylPropertyCollection* settings = pipeline->GetProperties();
-  settings->Set("ColorMode", 1);
-  settings->Set("ColorVariableName", "pressure");
-  const double range[] = { 0.5, 2.5 };
-  settings->Set("ColorMapRange", range, 2);
-  this->Show(pipeline);
-  vtkSMProxy* lut = vtkSMPropertyHelper(pipeline->GetRepresentation(), "LookupTable").GetAsProxy();
-  Values points = zylNumbers(lut, "RGBPoints");
-  EXPECT_EQ(points.front(), 0.5);
-  EXPECT_EQ(points[points.size() - 4], 2.5);
-  EXPECT_EQ(zylNumber(lut, "Discretize"), 0.0);
-  EXPECT_EQ(zylNumber(lut, "NumberOfTableValues"), 256.0);
-
-  // A color between two listed ones lies between them.
-  settings->Set("ColorMapName", "Viridis (matplotlib)");
-  pipeline->Update(this->View);
-  auto* colors = vtkColorTransferFunction::SafeDownCast(lut->GetClientSideObject());
-  points = zylNumbers(lut, "RGBPoints");
-  ASSERT_EQ(points.size(), 4u * 256u);
-  for (std::size_t i = 0; i + 4 < points.size(); i += 4)
-  {
-    double between[3];
-    colors->GetColor(0.5 * (points[i] + points[i + 4]), between);
-    for (int c = 0; c < 3; ++c)
-    {
-      EXPECT_NEAR(between[c], 0.5 * (points[i + 1 + c] + points[i + 5 + c]), 0.01) << i;
-    }
-  }
-
-  settings->Set("ColorMapStyle", 0);
-  settings->Set("ColorMapName", "Grayscale");
-  pipeline->Update(this->View);
-  EXPECT_EQ(zylNumber(lut, "Discretize"), 1.0);
-  EXPECT_EQ(zylNumber(lut, "NumberOfTableValues"), 5.0);
-  EXPECT_NE(zylNumbers(lut, "RGBPoints"), points);
-
-  // Not touched again before one of its own settings changes.
-  points[0] = 0.0;
-  vtkSMPropertyHelper(lut, "RGBPoints").Set(points.data(), points.size());
-  settings->Set("Transparency", 0.5);
-  pipeline->Update(this->View);
-  EXPECT_EQ(zylNumbers(lut, "RGBPoints"), points);
-
-  zylTestLog log;
-  const double inverted[] = { 2.0, 1.0 };
-  settings->Set("ColorMapRange", inverted, 2);
-  settings->Set("ColorMapName", "No such map");
-  pipeline->Update(this->View);
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "No color map named 'No such map' exists"));
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "range [2, 1] is not valid"));
-}
-
-//--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, ColorLegend)
-{
-  vtkNew<zylSurfacePipeline> pipeline;
-  zylPropertyCollection* settings = pipeline->GetProperties();
-  settings->Set("ColorMode", 1);
-  settings->Set("ColorVariableName", "velocity_X");
-  this->Show(pipeline);
-  EXPECT_EQ(this->ScalarBar(pipeline), nullptr);
-
-  const double red[] = { 1, 0, 0 };
-  settings->Set("ColorLegendVisibility", true);
-  settings->Set("ColorLegendLocation", 5);
-  settings->Set("ColorLegendOrientation", 0);
-  settings->Set("ColorLegendLabelColor", red, 3);
-  settings->Set("ColorLegendTitleBold", true);
-  pipeline->Update(this->View);
-  vtkSMProxy* bar = this->ScalarBar(pipeline);
-  ASSERT_NE(bar, nullptr);
-  EXPECT_EQ(zylText(bar, "Title"), "velocity");
-  EXPECT_EQ(zylText(bar, "ComponentTitle"), "X");
-  EXPECT_EQ(zylNumber(bar, "WindowLocation"), 5.0);
-  EXPECT_EQ(zylNumber(bar, "Orientation"), 0.0);
-  EXPECT_EQ(zylNumber(bar, "TitleBold"), 1.0);
-  EXPECT_EQ(zylNumber(bar, "TitleFontSize"), 16.0);
-  EXPECT_EQ(zylNumbers(bar, "LabelColor"), Values(red, red + 3));
-  EXPECT_EQ(zylNumber(bar, "Visibility"), 1.0);
-
-  settings->Set("ColorLegendTitle", "Speed");
-  settings->Set("ColorLegendComponentTitle", "m/s");
-  pipeline->Update(this->View);
-  EXPECT_EQ(zylText(bar, "Title"), "Speed");
-  EXPECT_EQ(zylText(bar, "ComponentTitle"), "m/s");
-
-  zylSetBlocks(pipeline, { 1, 0, 2, 0 });
-  pipeline->Update(this->View);
-  EXPECT_EQ(zylNumber(bar, "Visibility"), 0.0);
-  zylSetBlocks(pipeline, { 1, 0, 2, 1 });
-  pipeline->Update(this->View);
-  EXPECT_EQ(zylNumber(bar, "Visibility"), 1.0);
-  settings->Set("ColorMode", 0);
-  pipeline->Update(this->View);
-  EXPECT_EQ(
-    vtkSMPropertyHelper(pipeline->GetRepresentation(), "LookupTable").GetAsProxy(), nullptr);
 }
 
 //--------------------------------------------------------------------------------------------------
