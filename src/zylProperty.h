@@ -29,6 +29,7 @@
 #include <vtkObject.h>
 
 struct zylChangeReport;
+struct zylSharedSettings;
 class zylPropertyCollection;
 
 // Xlib's header defines a macro of this name, and hosts include it, knowingly or not.
@@ -147,6 +148,7 @@ private:
   // For collections that share properties: a copy that counts as changed at `time`; whether all
   // that DeepCopy() copies is the same, to the bit.
   friend class zylPropertyCollection;
+  friend struct zylSharedSettings;
   void CopyAsOf(const zylProperty& other, const vtkTimeStamp& time);
   bool IsSame(const zylProperty& other) const;
   static std::uint64_t CombineHashes(std::uint64_t seed, std::uint64_t hash);

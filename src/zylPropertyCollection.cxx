@@ -1,11 +1,10 @@
 #include "zylPropertyCollection.h"
 
 #include "Settings/zylChangeList.h"
+#include "Settings/zylSharedSettings.h"
 
 #include <algorithm>
-#include <mutex>
 #include <ostream>
-#include <set>
 #include <sstream>
 
 #include <vtkLogger.h>
@@ -13,79 +12,9 @@
 
 vtkStandardNewMacro(zylPropertyCollection);
 
-namespace {
-//--------------------------------------------------------------------------------------------------
-// The one copy of a property name. Never freed: collections may outlive other static objects.
-const std::string* InternName(const std::string& name)
-{
-  static std::mutex mutex;
-  static auto* const names = new std::set<std::string>;
-  const std::lock_guard<std::mutex> lock(mutex);
-  return &*names->insert(name).first;
-}
-
-//--------------------------------------------------------------------------------------------------
-template <class Entries>
-auto LowerBound(Entries& entries, const std::string& name)
-{
-  return std::lower_bound(entries.begin(), entries.end(), name,
-    [](const auto& entry, const std::string& wanted) { return *entry.Name < wanted; });
-}
-} // namespace
-
-//--------------------------------------------------------------------------------------------------
-struct zylPropertyCollection::SharedTable
-{
-  struct Entry
-  {
-    const std::string* Name;
-    vtkSmartPointer<zylProperty> Property;
-    bool Hashed;
-    std::uint64_t Hash; ///< of the property
-
-    bool IsHashed() const { return this->Hashed; }
-    std::uint64_t GetHash() const { return this->Hash; }
-  };
-  std::vector<Entry> Entries;
-  std::uint64_t Hash = 0; ///< of a collection that has these properties and no others
-
-  // Never freed: collections may outlive other static objects.
-  static const std::shared_ptr<const SharedTable>& Empty()
-  {
-    static const auto* const empty =
-      new std::shared_ptr<const SharedTable>(std::make_shared<SharedTable>());
-    return *empty;
-  }
-
-  std::size_t PlaceOf(const std::string& name) const
-  {
-    return LowerBound(this->Entries, name) - this->Entries.begin();
-  }
-
-  const zylProperty* Find(const std::string& name) const
-  {
-    const auto entry = LowerBound(this->Entries, name);
-    return entry != this->Entries.end() && *entry->Name == name ? entry->Property : nullptr;
-  }
-
-  // The shared property that an owned one hides, or null.
-  const zylProperty* GetHiddenBy(const Owned& own) const
-  {
-    const bool hides =
-      own.Place < this->Entries.size() && this->Entries[own.Place].Name == own.Name;
-    return hides ? this->Entries[own.Place].Property.Get() : nullptr;
-  }
-
-  bool Holds(const Owned& own) const
-  {
-    const zylProperty* hidden = this->GetHiddenBy(own);
-    return hidden && hidden->IsSame(*own.Property);
-  }
-};
-
 //--------------------------------------------------------------------------------------------------
 zylPropertyCollection::zylPropertyCollection()
-  : Shared(SharedTable::Empty())
+  : Shared(zylSharedSettings::Empty())
 {
 }
 
@@ -450,7 +379,7 @@ void zylPropertyCollection::RemoveAll()
     own.Property->Changes = nullptr; // a caller may keep it
   }
   this->Properties.clear();
-  this->Shared = SharedTable::Empty();
+  this->Shared = zylSharedSettings::Empty();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -490,14 +419,14 @@ bool zylPropertyCollection::PropertyExists(const std::string& name) const
 //--------------------------------------------------------------------------------------------------
 zylProperty* zylPropertyCollection::FindOwned(const std::string& name) const
 {
-  const auto owned = LowerBound(this->Properties, name);
+  const auto owned = zylSharedSettings::LowerBound(this->Properties, name);
   return owned != this->Properties.end() && *owned->Name == name ? owned->Property : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
 zylProperty* zylPropertyCollection::Own(const std::string& name, zylProperty* property) const
 {
-  const auto owned = LowerBound(this->Properties, name);
+  const auto owned = zylSharedSettings::LowerBound(this->Properties, name);
   if (owned != this->Properties.end() && *owned->Name == name)
   {
     owned->Property->Changes = nullptr; // a caller may keep it
@@ -505,7 +434,8 @@ zylProperty* zylPropertyCollection::Own(const std::string& name, zylProperty* pr
   }
   else
   {
-    this->Properties.insert(owned, { InternName(name), property, this->Shared->PlaceOf(name) });
+    this->Properties.insert(
+      owned, { zylSharedSettings::InternName(name), property, this->Shared->PlaceOf(name) });
   }
   this->Link(property);
   return property;
@@ -567,7 +497,7 @@ void zylPropertyCollection::Share()
   {
     return;
   }
-  const auto table = std::make_shared<SharedTable>();
+  const auto table = std::make_shared<zylSharedSettings>();
   this->ForEach([&table](const auto& entry) {
     if (entry.Property->GetPropertyType() > zylProperty::String)
     {

@@ -34,6 +34,7 @@
 
 class zylChangeList;
 struct zylChangeReport;
+struct zylSharedSettings;
 
 class ZYL_EXPORT zylPropertyCollection : public vtkObject
 {
@@ -165,7 +166,6 @@ private:
   // have their defaults. So collections copied from one another share a table that never changes,
   // and each one owns only what was made, set or handed out in it: that hides a shared property of
   // the same name. Both are in the order of the names.
-  struct SharedTable;
   struct Owned
   {
     const std::string* Name; ///< the one copy of this name in the process
@@ -197,7 +197,7 @@ private:
   void RemoveAll();
   void Changed();
 
-  std::shared_ptr<const SharedTable> Shared;
+  std::shared_ptr<const zylSharedSettings> Shared;
   vtkTimeStamp SharedTime; ///< when the shared properties became those of this collection
   mutable std::vector<Owned> Properties; ///< owned
   std::string Name;
