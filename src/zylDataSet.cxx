@@ -23,7 +23,6 @@
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkObjectFactory.h>
-#include <vtkPVTrivialProducer.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -104,7 +103,8 @@ bool zylDataSet::Load(const std::vector<std::string>& fileNames, const zylReader
   const zylProgress::Operation operation;
   std::string error = choice.Error;
   std::vector<std::string> firstErrors;
-  for (std::size_t i = 0; i < choice.Readers.size(); ++i)
+  this->Canceled = false;
+  for (std::size_t i = 0; i < choice.Readers.size() && !this->Canceled; ++i)
   {
     // Several readers may claim a kind of file; some find out that it is not theirs when they read.
     const auto& reader = choice.Readers[i];
@@ -117,10 +117,6 @@ bool zylDataSet::Load(const std::vector<std::string>& fileNames, const zylReader
     {
       error = failure;
       firstErrors = this->ReadErrors;
-    }
-    if (this->Canceled)
-    {
-      break;
     }
   }
   this->ReadErrors = firstErrors;
@@ -137,22 +133,14 @@ std::string zylDataSet::ReadWith(const std::vector<std::string>& fileNames,
   };
   this->Canceled = false;
   zylErrorCapture errors; // readers complain as soon as they are made
-  vtkSmartPointer<vtkSMSourceProxy> reader;
-  try
-  {
-    reader =
-      zylMakeReader(this->Core->GetSessionProxyManager(), group, name, fileNames, this->Properties);
-  }
-  catch (const std::exception& exception) // thrown by libraries below the toolkit
-  {
-    this->ReadErrors = { exception.what() };
-    return fail(exception.what());
-  }
-  if (this->TakeCancelRequest())
+  std::string thrown;
+  const auto reader = zylMakeReader(
+    this->Core->GetSessionProxyManager(), group, name, fileNames, this->Properties, thrown);
+  if (this->TakeCancelRequest() || !thrown.empty())
   {
     zylUnregister(reader);
-    this->ReadErrors = { CanceledText };
-    return fail(CanceledText);
+    this->ReadErrors = { this->Canceled ? CanceledText : thrown };
+    return fail(this->ReadErrors.front());
   }
   if (!reader)
   {
@@ -196,24 +184,14 @@ bool zylDataSet::Adopt(vtkSMSourceProxy* source, const zylErrorCapture& capture,
     errors.emplace_back("there are no data");
   }
   const bool canceled = this->Canceled;
-  if (canceled && !lost)
-  {
-    errors = { CanceledText };
-  }
+  errors = canceled && !lost ? std::vector<std::string>{ CanceledText } : errors;
   if (lost || canceled || (!errors.empty() && nothing && source != previous))
   {
     // Nothing came: what was there before is shown again.
     zylUnregister(source);
     this->Source->Set(previous);
     this->LastUpdateTime = -1e299;
-    if (previous)
-    {
-      this->Update();
-    }
-    else
-    {
-      this->DropChain();
-    }
+    previous ? this->Update() : this->DropChain();
     this->Canceled = canceled;
     this->ReadErrors = errors;
     return false;
@@ -261,18 +239,12 @@ bool zylDataSet::InitializeFromVTKDataSet(vtkMultiBlockDataSet* data, double tim
     source =
       zylProxyBuilder(this->Core->GetSessionProxyManager(), "sources", "PVTrivialProducer").Make();
   }
-  auto* producer =
-    source ? vtkPVTrivialProducer::SafeDownCast(source->GetClientSideObject()) : nullptr;
-  if (!producer || !data)
+  zylErrorCapture errors;
+  if (!zylSetData(source, data, time))
   {
     vtkWarningMacro("Could not create vtkPVTrivialProducer");
     return false;
   }
-  zylErrorCapture errors;
-  producer->SetOutput(data, time);
-  source->UpdateVTKObjects();
-  source->MarkModified(source);
-  source->UpdatePipeline();
   return this->Adopt(source, errors, true);
 }
 

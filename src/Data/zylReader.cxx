@@ -5,8 +5,11 @@
 #include "zylPropertyCollection.h"
 
 #include <algorithm>
+#include <exception>
 
 #include <vtkLogger.h>
+#include <vtkMultiBlockDataSet.h>
+#include <vtkPVTrivialProducer.h>
 #include <vtkSMCoreUtilities.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMProxyManager.h>
@@ -106,7 +109,7 @@ zylReaderChoice zylChooseReaders(vtkSMSession* session, const std::vector<std::s
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMSourceProxy> zylMakeReader(vtkSMSessionProxyManager* manager,
   const std::string& group, const std::string& name, const std::vector<std::string>& fileNames,
-  zylPropertyCollection* settings)
+  zylPropertyCollection* settings, std::string& error)
 {
   zylProxyBuilder builder(manager, group.c_str(), name.c_str());
   for (const char* setting : { "PartIdArrayName", "LevelMaskArrayName" })
@@ -120,15 +123,38 @@ vtkSmartPointer<vtkSMSourceProxy> zylMakeReader(vtkSMSessionProxyManager* manage
       }
     });
   }
-  return builder
-    .Then([&fileNames](vtkSMProxy* proxy) {
-      const char* property = vtkSMCoreUtilities::GetFileNameProperty(proxy);
-      for (unsigned int i = 0; property && i < fileNames.size(); ++i)
-      {
-        vtkSMPropertyHelper(proxy, property).Set(i, fileNames[i].c_str());
-      }
-    })
-    .Make();
+  builder.Then([&fileNames](vtkSMProxy* proxy) {
+    const char* property = vtkSMCoreUtilities::GetFileNameProperty(proxy);
+    for (unsigned int i = 0; property && i < fileNames.size(); ++i)
+    {
+      vtkSMPropertyHelper(proxy, property).Set(i, fileNames[i].c_str());
+    }
+  });
+  try
+  {
+    return builder.Make();
+  }
+  catch (const std::exception& exception)
+  {
+    error = exception.what();
+    return nullptr;
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylSetData(vtkSMSourceProxy* source, vtkMultiBlockDataSet* data, double time)
+{
+  auto* producer =
+    source ? vtkPVTrivialProducer::SafeDownCast(source->GetClientSideObject()) : nullptr;
+  if (!producer || !data)
+  {
+    return false;
+  }
+  producer->SetOutput(data, time);
+  source->UpdateVTKObjects();
+  source->MarkModified(source);
+  source->UpdatePipeline();
+  return true;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 
 #include <vtkSmartPointer.h>
 
+class vtkMultiBlockDataSet;
 class vtkSMSession;
 class vtkSMSessionProxyManager;
 class vtkSMSourceProxy;
@@ -36,10 +37,15 @@ ZYL_PRIVATE zylReaderChoice zylChooseReaders(
 
 /// A registered proxy `name` of `group` that has been given the file names in order, and those
 /// array names of `settings` ("PartIdArrayName", "LevelMaskArrayName") that it asks for. Nothing is
-/// read yet. Null when the session does not know the proxy.
+/// read yet. Null when the session does not know the proxy, and when a library below the toolkit
+/// throws: then `error` says what.
 ZYL_PRIVATE vtkSmartPointer<vtkSMSourceProxy> zylMakeReader(vtkSMSessionProxyManager* manager,
   const std::string& group, const std::string& name, const std::vector<std::string>& fileNames,
-  zylPropertyCollection* settings);
+  zylPropertyCollection* settings, std::string& error);
+
+/// Have `source`, a "PVTrivialProducer" of this process, deliver `data` (shared) at `time`. False
+/// when it is none, and for null data.
+ZYL_PRIVATE bool zylSetData(vtkSMSourceProxy* source, vtkMultiBlockDataSet* data, double time);
 
 /// The file names that `reader` has been given; empty for null and for sources without files.
 ZYL_PRIVATE std::vector<std::string> zylGetFileNames(vtkSMSourceProxy* reader);
