@@ -312,7 +312,7 @@ TEST_F(zylViewState, StaysWhateverItIs)
   still.View->Render();
   const Pixels expected = ReadPixels();
   std::string done;
-  for (int i = 0; i < (count ? std::atoi(count) : 150); ++i)
+  for (int i = 0; i < (count ? std::atoi(count) : 500); ++i)
   {
     // In their order, with gaps: each finds what it needs.
     const zylViewCall& call = calls[i % calls.size()];
