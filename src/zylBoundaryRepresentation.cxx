@@ -197,23 +197,12 @@ void zylBoundaryRepresentation::UpdateHighlight()
   {
     return;
   }
-  // Of surfaces at the same depth the last one made is seen, and that is to be the highlight.
-  std::set<vtkTypeUInt32> drawn;
-  for (zylPipeline* pipeline : this->GetPipelines())
-  {
-    if (pipeline != this->HighlightPipeline && pipeline->GetRepresentation())
-    {
-      drawn.insert(pipeline->GetRepresentation()->GetGlobalID());
-    }
-  }
-  if (this->HighlightPipeline->AnyBlocksVisible() &&
-    !std::includes(
-      this->BelowHighlight.begin(), this->BelowHighlight.end(), drawn.begin(), drawn.end()))
-  {
-    this->HighlightPipeline->FreeResources(this->View);
-    this->BelowHighlight = std::move(drawn);
-  }
   this->HighlightPipeline->Update(this->View);
+  // Above all others the highlight is seen.
+  zylPipelineList order = this->GetPipelines();
+  order.erase(std::remove(order.begin(), order.end(), this->HighlightPipeline), order.end());
+  order.push_back(this->HighlightPipeline);
+  zylOrderDrawing(order, this->View, this->DrawOrder);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -24,7 +24,6 @@
 #include "zylExport.h"
 #include "zylRepresentation.h"
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -141,7 +140,7 @@ private:
   std::vector<int> NeededBlocks;     ///< ascending, as of the last update
   std::vector<zylBlockGroups> Kinds; ///< surface, contour, feature line, mesh line, vector glyph
   vtkSmartPointer<zylHighlightPipeline> HighlightPipeline;
-  std::set<vtkTypeUInt32> BelowHighlight; ///< global ids of what was made before the highlight
+  std::vector<vtkTypeUInt32> DrawOrder; ///< global ids of what is drawn, in its order
 };
 
 #endif

@@ -1,12 +1,16 @@
 #include "Display/zylPipelineList.h"
 
+#include "ParaView/zylDrawOrder.h"
 #include "zylPipeline.h"
+#include "zylView.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <vtkBoundingBox.h>
 #include <vtkCollection.h>
 #include <vtkSMPVRepresentationProxy.h>
+#include <vtkSMRenderViewProxy.h>
 #include <vtkSMSourceProxy.h>
 
 //--------------------------------------------------------------------------------------------------
@@ -54,4 +58,25 @@ bool zylHasRepresentation(const zylPipelineList& pipelines, const vtkSMProxy* re
     std::any_of(pipelines.begin(), pipelines.end(), [representation](zylPipeline* pipeline) {
       return pipeline->GetRepresentation() == representation;
     });
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylOrderDrawing(
+  const zylPipelineList& pipelines, zylView* view, std::vector<vtkTypeUInt32>& last)
+{
+  std::vector<vtkSMProxy*> order;
+  std::vector<vtkTypeUInt32> ids;
+  for (zylPipeline* pipeline : pipelines)
+  {
+    if (vtkSMProxy* representation = pipeline->GetRepresentation())
+    {
+      order.push_back(representation);
+      ids.push_back(representation->GetGlobalID());
+    }
+  }
+  if (view && ids != last)
+  {
+    zylSetDrawOrder(view->GetProxy(), order);
+    last = std::move(ids);
+  }
 }

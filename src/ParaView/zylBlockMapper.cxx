@@ -83,15 +83,20 @@ public:
 };
 
 //--------------------------------------------------------------------------------------------------
-void zylBlockMapper::Use(vtkSMProxy* representation)
+vtkGeometryRepresentation* zylBlockMapper::FindDrawn(vtkSMProxy* representation)
 {
   // The part of the proxy that draws surfaces is the one that has this setting.
   vtkSMProperty* ofSurfaces =
     representation ? representation->GetProperty("InterpolateScalarsBeforeMapping") : nullptr;
   vtkSMProxy* surface = ofSurfaces ? ofSurfaces->GetParent() : nullptr;
-  auto* drawn =
-    vtkGeometryRepresentation::SafeDownCast(surface ? surface->GetClientSideObject() : nullptr);
-  if (drawn)
+  return vtkGeometryRepresentation::SafeDownCast(
+    surface ? surface->GetClientSideObject() : nullptr);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylBlockMapper::Use(vtkSMProxy* representation)
+{
+  if (vtkGeometryRepresentation* drawn = zylBlockMapper::FindDrawn(representation))
   {
     zylMapperAccess::Replace(drawn);
   }

@@ -12,6 +12,7 @@
 
 #include <vtkCompositePolyDataMapper2.h>
 
+class vtkGeometryRepresentation;
 class vtkSMProxy;
 
 class ZYL_PRIVATE zylBlockMapper : public vtkCompositePolyDataMapper2
@@ -19,6 +20,9 @@ class ZYL_PRIVATE zylBlockMapper : public vtkCompositePolyDataMapper2
 public:
   static zylBlockMapper* New();
   vtkTypeMacro(zylBlockMapper, vtkCompositePolyDataMapper2);
+
+  /// What this process draws of a "GeometryRepresentation" proxy (borrowed); null for others.
+  static vtkGeometryRepresentation* FindDrawn(vtkSMProxy* representation);
 
   /// Let a new "GeometryRepresentation" proxy, which has drawn nothing yet, draw with such mappers
   /// what this process draws of it. Other proxies stay as they are.

@@ -339,7 +339,7 @@ protected:
 TEST_F(zylHistory, LeavesNoTrace)
 {
   const char* wanted = std::getenv("ZYL_TEST_SEQUENCES");
-  const int sequences = wanted ? std::atoi(wanted) : 2;
+  const int sequences = wanted ? std::atoi(wanted) : 10;
   for (int sequence = 0; sequence < sequences && !this->HasFailure(); ++sequence)
   {
     this->Random.seed(sequence);
