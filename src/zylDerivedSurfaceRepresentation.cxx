@@ -129,6 +129,7 @@ void zylDerivedSurfaceRepresentation::Update()
       pipeline->Update(this->View);
     }
   }
+  zylOrderDrawing(this->GetAllPipelines(), this->View, this->DrawOrder);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -195,7 +195,8 @@ private:
   std::set<std::string> SurfaceVariables; // that it computes
   double FilterTime = 0.0;                // at which the last filter and the output were executed
   double OutputTime = 0.0;
-  vtkMTimeType TreeTime = 0; // of the dataset's block tree at the last update
+  std::vector<vtkTypeUInt32> DrawOrder; // see zylOrderDrawing()
+  vtkMTimeType TreeTime = 0;            // of the dataset's block tree at the last update
 };
 
 #endif

@@ -422,19 +422,11 @@ class zylSessionCalls
 //--------------------------------------------------------------------------------------------------
 TEST_P(zylSessionCalls, FailWithAWord)
 {
-  if (!this->Host)
+  if (!this->Begin(GetParam()))
   {
     return;
   }
   const zylSituation situation = GetParam().What;
-  if (GetParam().OnServer && !this->ConnectToServer())
-  {
-    GTEST_SKIP() << "no server here";
-  }
-  if (situation == zylSituation::NoSession)
-  {
-    Core()->Disconnect();
-  }
   {
     Objects objects;
     if (situation != zylSituation::NoSession)

@@ -326,19 +326,11 @@ class zylDerivedSession
 //--------------------------------------------------------------------------------------------------
 TEST_P(zylDerivedSession, FailWithAWordAndGoOnInTheNext)
 {
-  if (!this->Host)
+  if (!this->Begin(GetParam()))
   {
     return;
   }
   const zylSituation situation = GetParam().What;
-  if (GetParam().OnServer && !this->ConnectToServer())
-  {
-    GTEST_SKIP() << "no server here";
-  }
-  if (situation == zylSituation::NoSession)
-  {
-    zylCore::GetInstance()->Disconnect();
-  }
   Objects objects;
   Answers before;
   int drawn = 0;

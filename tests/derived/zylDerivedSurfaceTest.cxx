@@ -190,6 +190,34 @@ TEST_F(zylDerivedSurface, HighlightsUntilItLeavesTheView)
   EXPECT_TRUE(this->Shows(50));
 }
 
+// Feature lines are drawn after mesh lines, also where these are shown later.
+TEST_F(zylDerivedSurface, DrawsLinesAtOneDepthInTheirOrder)
+{
+  vtkNew<zylCutPlaneRepresentation> cut;
+  const double up[] = { 0.0, 0.0, 1.0 };
+  const double green[] = { 0.0, 1.0, 0.0 };
+  cut->GetProperties()->Set("Normal", up, 3);
+  cut->GetProperties()->Set("Center", 2, 0.3);
+  cut->GetFeatureLineProperties()->Set("Color", green, 3);
+  cut->GetFeatureLineProperties()->Set("Visibility", true);
+  this->Show(cut);
+  cut->GetSurfaceProperties()->Set("Visibility", false);
+  const auto countGreen = [this, &cut] {
+    cut->Update();
+    this->Draw();
+    int count = 0;
+    for (int y = 0; y < 300; ++y)
+    {
+      count += this->Host->PixelIs(130, y, 0, 255, 0, 10) ? 1 : 0;
+    }
+    return count;
+  };
+  const int alone = countGreen();
+  EXPECT_GT(alone, 0);
+  cut->GetMeshLineProperties()->Set("Visibility", true);
+  EXPECT_EQ(countGreen(), alone);
+}
+
 TEST_F(zylDerivedSurface, WarpsAndClipsWhatItShows)
 {
   vtkNew<zylCutPlaneRepresentation> cut;

@@ -6,7 +6,7 @@
 ///     {};
 ///     TEST_P(MySession, FailWithAWord)
 ///     {
-///       ... begin the scene, make the objects, this->Bring(GetParam().What) ...
+///       ... this->Begin(GetParam()), make the objects, this->Bring(GetParam().What) ...
 ///       zylExpectFailures(Calls(), objects, GetParam().What);
 ///     }
 ///     INSTANTIATE_TEST_SUITE_P(Situations, MySession, zylSessionScenes(), zylSessionSceneName);
@@ -116,6 +116,26 @@ protected:
   {
     zylCore::GetInstance()->Connect("builtin:", 0);
     zylHostTest::TearDown();
+  }
+
+  /// Begin in the session that the scene wants. False, and the test is skipped, where there is
+  /// none.
+  bool Begin(const zylSessionScene& scene)
+  {
+    if (!this->Host)
+    {
+      return false;
+    }
+    if (scene.OnServer && !this->ConnectToServer())
+    {
+      [] { GTEST_SKIP() << "no server here"; }();
+      return false;
+    }
+    if (scene.What == zylSituation::NoSession)
+    {
+      zylCore::GetInstance()->Disconnect();
+    }
+    return true;
   }
 
   bool ConnectToServer()
