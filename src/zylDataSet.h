@@ -14,7 +14,8 @@
  *
  * | name                             | type, default        | effect                                         |
  * |----------------------------------|----------------------|------------------------------------------------|
- * | "DistributeDataSet"              | bool, false          | spread the data evenly over the ranks          |
+ * | "DistributeDataSet"              | bool, false          | spread the data evenly over the ranks, of      |
+ * |                                  |                      | which 2, 4, 8, ... can take part               |
  * | "FreezeTime"                     | bool, false          | ignore the animation time                      |
  * | "FrozenTime"                     | double, 0            | the time shown while frozen, snapped           |
  * | "ThresholdDataSet"               | bool, false          | keep the cells within a range of values        |

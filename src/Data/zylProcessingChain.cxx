@@ -10,7 +10,9 @@
 #include <cmath>
 #include <string>
 
+#include <vtkPVSession.h>
 #include <vtkSMPropertyHelper.h>
+#include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
 
@@ -31,6 +33,19 @@ std::vector<int> DataSetLeaves(const Nodes& nodes)
   return leaves;
 }
 
+// How many parts to redistribute the data of a session into; -1, the stage's default, is one for
+// each process. The stage makes as many parts as the next power of two, and where two come to one
+// process it loses cells: three processes get two parts.
+int CountParts(vtkSMSession* session)
+{
+  const int processes = session->GetNumberOfProcesses(vtkPVSession::DATA_SERVER);
+  int parts = 1;
+  while (2 * parts <= processes)
+  {
+    parts *= 2;
+  }
+  return parts == processes ? -1 : parts;
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -118,6 +133,11 @@ bool zylProcessingChain::Connect(
   if (current && settings->GetBool("DistributeDataSet"))
   {
     current = this->Stage(this->RedistributeProxy, "RedistributeDataSet", current);
+    if (current)
+    {
+      vtkSMPropertyHelper(current, "NumberOfPartitions").Set(CountParts(current->GetSession()));
+      current->UpdateVTKObjects();
+    }
   }
   if (current && settings->GetBool("InterpolateCellDataToPointData"))
   {
