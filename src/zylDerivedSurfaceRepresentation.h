@@ -138,7 +138,7 @@ protected:
   ///@{
   /// The scripts that compute the derived variables that the filters read, and those that the
   /// displays show. Empty without a dataset.
-  std::string GetVolumeDerivedVariableScript();
+  virtual std::string GetVolumeDerivedVariableScript();
   std::string GetSurfaceDerivedVariableScript();
   /// Add the derived variable that a setting names, alone or with the suffix of a component.
   void AddDerivedVariable(const std::string& setting, std::set<std::string>& names);

@@ -6,9 +6,6 @@
 #include "zylPropertyCollection.h"
 
 #include <vtkObjectFactory.h>
-#include <vtkPVArrayInformation.h>
-#include <vtkPVDataInformation.h>
-#include <vtkPVDataSetAttributesInformation.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
 
@@ -19,6 +16,35 @@ constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::String("VectorVariable", ""),
   zylPropertyRow::Bool("UseHigherOrderMethod", false).To("UseHigherOrderMethod"),
 };
+
+// Runs where the data are. The toolkit's filter reads arrays of other than three components beyond
+// their end, the higher order takes vectors of other than double precision for null, and neither
+// does anything for a tree in which one block lacks the vectors.
+const char* const FitVectors = R"(
+from vtkmodules.vtkCommonCore import vtkDoubleArray
+blocks = output.VTKObject.NewIterator()
+while not blocks.IsDoneWithTraversal():
+    points = blocks.GetCurrentDataObject().GetPointData()
+    array = points.GetArray(vectors)
+    if array is None or array.GetNumberOfComponents() != 3:
+        output.VTKObject.SetDataSet(blocks, None)
+    elif higher and array.GetDataTypeAsString() != "double":
+        doubles = vtkDoubleArray()
+        doubles.DeepCopy(array)
+        points.AddArray(doubles)
+    blocks.GoToNextItem())";
+
+// A Python literal.
+std::string Quote(const std::string& text)
+{
+  std::string quoted = "'";
+  for (const char letter : text)
+  {
+    quoted += letter == '\\' || letter == '\'' ? "\\" : "";
+    quoted += letter == '\n' ? "\\n" : std::string(1, letter);
+  }
+  return quoted + "'";
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -52,26 +78,22 @@ void zylVortexCoresRepresentation::UpdateLocalPipeline()
   zylFlowTracing::CheckVectors(
     this->DataSet, this->VolumeScript, this->VolumeTime, vectors, "zylVortexCoresRepresentation");
   zylPush(this->Properties, Rows, this->FirstSurfaceFilter);
-  if (this->Properties->GetBool("UseHigherOrderMethod") && !this->HasDoubles(vectors))
-  {
-    // The toolkit's filter would take the process with it.
-    vtkWarningMacro("'UseHigherOrderMethod' needs vectors in double precision, and '"
-      << vectors << "' are not: it is left out");
-    vtkSMPropertyHelper(this->FirstSurfaceFilter, "UseHigherOrderMethod").Set(0);
-  }
   this->FirstSurfaceFilter->UpdateVTKObjects();
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylVortexCoresRepresentation::HasDoubles(const std::string& vectors)
+std::string zylVortexCoresRepresentation::GetVolumeDerivedVariableScript()
 {
-  vtkSMSourceProxy* source = this->DataSet->IsDerivedPointVariable(vectors)
-    ? this->VolumeScript.Get()
-    : this->DataSet->GetOutput();
-  vtkPVDataInformation* data = source->GetDataInformation(0);
-  vtkPVArrayInformation* array =
-    data ? data->GetPointDataInformation()->GetArrayInformation(vectors.c_str()) : nullptr;
-  return array && array->GetDataType() == VTK_DOUBLE;
+  std::string script = this->Superclass::GetVolumeDerivedVariableScript();
+  const std::string vectors = this->Properties->GetString("VectorVariable");
+  if (this->DataSet && !vectors.empty())
+  {
+    const bool higher = this->Properties->GetBool("UseHigherOrderMethod");
+    script += script.empty() ? "" : "\n";
+    script += std::string("higher = ") + (higher ? "True" : "False");
+    script += "\nvectors = " + Quote(vectors) + FitVectors;
+  }
+  return script;
 }
 
 //--------------------------------------------------------------------------------------------------

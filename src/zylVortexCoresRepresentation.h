@@ -8,10 +8,11 @@
  * | name                   | type   | default | meaning                                               |
  * |------------------------|--------|---------|-------------------------------------------------------|
  * | "VectorVariable"       | string | ""      | a point array or derived variable of 3 components     |
- * | "UseHigherOrderMethod" | bool   | false   | find cores that bend, which takes second derivatives; |
- * |                        |        |         | of vectors in double precision only                   |
+ * | "UseHigherOrderMethod" | bool   | false   | find cores that bend, which takes second derivatives  |
  *
- * A vector variable that is not fit is written to the standard error stream by Update().
+ * A vector variable that is not fit is written to the standard error stream by Update(). Blocks
+ * without the variable have no cores. The surface has some points that are on no line, which count
+ * for GetBounds(); "MergePoints" leaves them out.
  */
 // clang-format on
 #ifndef zylVortexCoresRepresentation_h
@@ -33,12 +34,11 @@ protected:
 
   void CreateSurfacePipeline() override;
   void GetVolumeDerivedPointVariables(std::set<std::string>& names) override;
+  std::string GetVolumeDerivedVariableScript() override;
 
 private:
   zylVortexCoresRepresentation(const zylVortexCoresRepresentation&) = delete;
   void operator=(const zylVortexCoresRepresentation&) = delete;
-
-  bool HasDoubles(const std::string& vectors);
 
   double VolumeTime = 0.0; // at which the derived variables were executed
 };
