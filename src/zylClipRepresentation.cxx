@@ -94,7 +94,7 @@ void zylClipRepresentation::UpdateLocalPipeline()
     case Scalar:
       zylUseFunction(clip, "ClipFunction", "Scalar");
       vtkSMPropertyHelper(clip, "SelectInputScalars")
-        .SetInputArrayToProcess(0, zylCheckScalar(this->DataSet, variable) ? variable.c_str() : "");
+        .SetInputArrayToProcess(0, this->CheckScalar(variable) ? variable.c_str() : "");
       zylPush(this->Properties, ScalarRows, clip);
       break;
     case Plane:

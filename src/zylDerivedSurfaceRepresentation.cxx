@@ -1,6 +1,7 @@
 #include "zylDerivedSurfaceRepresentation.h"
 
 #include "Analysis/zylFieldValues.h"
+#include "Derived/zylSurfaceWarp.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylPipelineList.h"
 #include "ParaView/zylBlockExtractor.h"
@@ -95,13 +96,13 @@ void zylDerivedSurfaceRepresentation::Update()
 {
   zylScope("Update");
   this->SurfaceChanged = false;
+  this->WarnedBefore.swap(this->Warned);
+  this->Warned.clear();
   vtkSMSourceProxy* source = this->DataSet ? this->DataSet->GetOutput() : nullptr;
   if (!zylIsUsable(source, "Update()") || !this->BuildChain(source))
   {
     return;
   }
-  this->UpdateWarp();
-  this->Output->UpdateVTKObjects();
   this->UpdateLocalPipeline();
 
   zylPushProperty(this->Properties->GetProperty("MergePoints"), this->BlockMerger, "MergePoints");
@@ -114,7 +115,8 @@ void zylDerivedSurfaceRepresentation::Update()
   this->LastSurfaceFilter->UpdateVTKObjects();
   zylUpdatePipeline(this->LastSurfaceFilter, time, this->FilterTime);
   this->UpdateSurfaceScript();
-  this->Output->UpdateVTKObjects();
+  this->Warn(zylConnectWarp(this->Properties, this->SurfaceScript, this->WarpFilter, this->Output,
+    time, this->SurfaceTime));
   // The data may have changed and been processed for a frame since the last update.
   const vtkMTimeType treeTime = this->DataSet->GetMultiBlockTree()->GetMTime();
   this->SurfaceChanged =
@@ -209,18 +211,20 @@ void zylDerivedSurfaceRepresentation::UpdateBlocks()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylDerivedSurfaceRepresentation::UpdateWarp()
+void zylDerivedSurfaceRepresentation::Warn(const std::string& text)
 {
-  const bool warp = this->Properties->GetBool("WarpByVector");
-  if (warp)
+  if (!text.empty() && this->Warned.insert(text).second && this->WarnedBefore.count(text) == 0)
   {
-    vtkSMPropertyHelper(this->WarpFilter, "SelectInputVectors")
-      .SetInputArrayToProcess(0, this->Properties->GetString("WarpVectorVariable").c_str());
-    zylPushProperty(
-      this->Properties->GetProperty("WarpVectorScale"), this->WarpFilter, "ScaleFactor");
-    this->WarpFilter->UpdateVTKObjects();
+    vtkLogF(WARNING, "%s", text.c_str());
   }
-  zylConnect(this->Output, warp ? this->WarpFilter : this->SurfaceScript);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylDerivedSurfaceRepresentation::CheckScalar(const std::string& name)
+{
+  const std::string mistake = zylDescribeScalar(this->DataSet, name);
+  this->Warn(mistake);
+  return mistake.empty() && !name.empty();
 }
 
 //--------------------------------------------------------------------------------------------------

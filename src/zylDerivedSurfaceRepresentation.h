@@ -128,6 +128,12 @@ protected:
   /// UpdateLocalPipeline(). Where their session has ended, a line in the log says so.
   bool HasFilters(const char* operation);
 
+  /// Log a warning, once for as long as each update has it. Empty: nothing.
+  void Warn(const std::string& text);
+  /// Whether filters can take a variable for their scalar: a point array of one component, or a
+  /// derived variable. If not, that is warned of unless the name is empty.
+  bool CheckScalar(const std::string& name);
+
   /// Replace `names` by the derived variables that the filters of the subclass read. Base: none.
   virtual void GetVolumeDerivedPointVariables(std::set<std::string>& names);
 
@@ -187,16 +193,17 @@ private:
   bool BuildChain(vtkSMSourceProxy* source);
   void ForgetChain();
   void UpdateBlocks();
-  void UpdateWarp();
   std::set<std::string> GetSurfaceDerivedVariables();
   void UpdateSurfaceScript();
 
   vtkTypeUInt64 SurfaceScriptTime = 0;    // the dataset's, when the surface script was last set
   std::set<std::string> SurfaceVariables; // that it computes
   double FilterTime = 0.0;                // at which the last filter and the output were executed
+  double SurfaceTime = 0.0;               // and the script of the surface, where it is displaced
   double OutputTime = 0.0;
-  std::vector<vtkTypeUInt32> DrawOrder; // see zylOrderDrawing()
-  vtkMTimeType TreeTime = 0;            // of the dataset's block tree at the last update
+  std::vector<vtkTypeUInt32> DrawOrder;       // see zylOrderDrawing()
+  vtkMTimeType TreeTime = 0;                  // of the dataset's block tree at the last update
+  std::set<std::string> Warned, WarnedBefore; // of in this update and in the last one
 };
 
 #endif

@@ -49,7 +49,7 @@ void zylIsosurfaceRepresentation::UpdateLocalPipeline()
   vtkSMSourceProxy* contour = this->FirstSurfaceFilter;
   const std::string variable = this->Properties->GetString("Variable");
   vtkSMPropertyHelper(contour, "SelectInputScalars")
-    .SetInputArrayToProcess(0, zylCheckScalar(this->DataSet, variable) ? variable.c_str() : "");
+    .SetInputArrayToProcess(0, this->CheckScalar(variable) ? variable.c_str() : "");
   const vtkMTimeType time = this->Properties->GetProperty("Isovalue")->GetMTime();
   if (time > this->IsovalueTime)
   {

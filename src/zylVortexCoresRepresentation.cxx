@@ -86,7 +86,7 @@ std::string zylVortexCoresRepresentation::GetVolumeDerivedVariableScript()
 {
   std::string script = this->Superclass::GetVolumeDerivedVariableScript();
   const std::string vectors = this->Properties->GetString("VectorVariable");
-  if (this->DataSet && !vectors.empty())
+  if (this->DataSet)
   {
     const bool higher = this->Properties->GetBool("UseHigherOrderMethod");
     script += script.empty() ? "" : "\n";

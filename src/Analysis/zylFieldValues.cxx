@@ -13,7 +13,6 @@
 #include <vtkDataArray.h>
 #include <vtkDataSet.h>
 #include <vtkFieldData.h>
-#include <vtkLogger.h>
 #include <vtkPointData.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
@@ -117,21 +116,19 @@ zylArrayInformation* zylFindPointArray(zylDataSet* dataset, const std::string& n
 }
 
 //--------------------------------------------------------------------------------------------------
-bool zylCheckScalar(zylDataSet* dataset, const std::string& name)
+std::string zylDescribeScalar(zylDataSet* dataset, const std::string& name)
 {
   if (name.empty() || dataset->IsDerivedPointVariable(name))
   {
-    return !name.empty();
+    return std::string();
   }
   const zylArrayInformation* array = zylFindPointArray(dataset, name);
   if (!array)
   {
-    vtkLogF(WARNING, "No point array named '%s' is in the dataset", name.c_str());
+    return "No point array named '" + name + "' is in the dataset";
   }
-  else if (array->GetNumberOfComponents() != 1)
-  {
-    vtkLogF(WARNING, "Array '%s' has %u components, but should have 1 component.", name.c_str(),
-      array->GetNumberOfComponents());
-  }
-  return array && array->GetNumberOfComponents() == 1;
+  const unsigned int components = array->GetNumberOfComponents();
+  return components == 1 ? std::string()
+                         : "Array '" + name + "' has " + std::to_string(components) +
+      " components, but should have 1 component.";
 }

@@ -43,9 +43,9 @@ ZYL_PRIVATE std::vector<int> zylFindUnknownBlock(
 /// The description of a point array of the dataset (borrowed until its next update), or null.
 ZYL_PRIVATE zylArrayInformation* zylFindPointArray(zylDataSet* dataset, const std::string& name);
 
-/// Whether a variable is a point array of one component, or a derived variable. If not, that is
-/// logged as a warning unless the name is empty.
-ZYL_PRIVATE bool zylCheckScalar(zylDataSet* dataset, const std::string& name);
+/// What is wrong with a variable as a scalar: neither a point array of one component nor a derived
+/// variable. Empty for nothing, and for an empty name.
+ZYL_PRIVATE std::string zylDescribeScalar(zylDataSet* dataset, const std::string& name);
 
 /// The end of the dataset's chain (borrowed); null without a dataset, when nothing is loaded or its
 /// session has ended.

@@ -442,7 +442,11 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
     sphere->GetProperties()->Set("Variable", variable);
     zylTestLog log;
     EXPECT_EQ(AreaAfterUpdate(sphere), 0.0) << variable;
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, variable) || !*variable) << log.Dump();
+    sphere->GetProperties()->Set("Isovalue", 0.6);
+    sphere->Update();
+    EXPECT_EQ(
+      log.Count(vtkLogger::VERBOSITY_WARNING, *variable ? variable : "array"), *variable ? 1 : 0)
+      << log.Dump();
   }
   sphere->GetProperties()->Set("Variable", "r");
   for (const double value : { nan, infinite, -infinite, 1e30, -1.0 })
@@ -494,12 +498,26 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
   EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-6);
   EXPECT_NEAR(AreaAfterUpdate(clip), half, 1e-6);
 
-  // A warp along nothing leaves the surface where it is.
-  sphere->GetProperties()->Set("WarpByVector", true);
-  for (const char* variable : { "", "unknown", "r" })
+  // A warp along nothing leaves the surface where it is, be it as large as any; what is wrong is
+  // said when it becomes so.
+  data->DefineDerivedPointVariable("double", "2 * r");
+  ASSERT_TRUE(data->InitializeFromVTKDataSet(zylVolumeData::MakeBlocks("tetrahedra", 40)));
+  clip->GetProperties()->Set("WarpByVector", true);
+  const struct
   {
-    sphere->GetProperties()->Set("WarpVectorVariable", variable);
-    EXPECT_GT(AreaAfterUpdate(sphere), 5.5) << variable;
+    const char* Variable;
+    int Warnings;
+  } warps[] = { { "", 0 }, { "unknown", 0 }, { "r", 1 }, { "double", 1 }, { "velocity", 0 } };
+  for (const auto& warp : warps)
+  {
+    clip->GetProperties()->Set("WarpVectorVariable", warp.Variable);
+    zylTestLog said;
+    EXPECT_NEAR(AreaAfterUpdate(clip), half, 1e-6) << warp.Variable;
+    clip->GetProperties()->Set("PlaneCenter", 0, 0.0);
+    clip->Update();
+    EXPECT_EQ(
+      said.Count(vtkLogger::VERBOSITY_WARNING, "1 components, but should have 3"), warp.Warnings)
+      << said.Dump();
   }
 }
 
