@@ -1,6 +1,7 @@
 #include "zylDerivedSurfaceRepresentation.h"
 
 #include "Analysis/zylFieldValues.h"
+#include "Analysis/zylScriptError.h"
 #include "Derived/zylSurfaceWarp.h"
 #include "Display/zylBlockFlags.h"
 #include "Display/zylPipelineList.h"
@@ -122,6 +123,11 @@ void zylDerivedSurfaceRepresentation::Update()
   this->SurfaceChanged =
     zylUpdatePipeline(this->Output, time, this->OutputTime) || treeTime != this->TreeTime;
   this->TreeTime = treeTime;
+  if (this->SurfaceChanged)
+  {
+    this->Warn(zylDescribeFailure(this->VolumeVariables, this->VolumeScript, this->Output));
+    this->Warn(zylDescribeFailure(this->SurfaceVariables, this->SurfaceScript, this->Output));
+  }
 
   for (zylPipeline* pipeline : this->GetAllPipelines())
   {
@@ -309,9 +315,8 @@ std::string zylDerivedSurfaceRepresentation::GetVolumeDerivedVariableScript()
   {
     return std::string();
   }
-  std::set<std::string> names;
-  this->GetVolumeDerivedPointVariables(names);
-  return this->DataSet->GetDerivedPointVariableScript(names);
+  this->GetVolumeDerivedPointVariables(this->VolumeVariables);
+  return this->DataSet->GetDerivedPointVariableScript(this->VolumeVariables);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -445,20 +450,14 @@ zylDerivedSurfaceRepresentation::GetVectorGlyphColorVariableInformation()
 void zylDerivedSurfaceRepresentation::Hide()
 {
   zylScope("Hide()");
-  for (zylPipeline* pipeline : this->GetDisplays())
-  {
-    pipeline->GetProperties()->Set("ForceHidden", true);
-  }
+  zylForceHidden(this->GetDisplays(), true);
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylDerivedSurfaceRepresentation::Show()
 {
   zylScope("Show()");
-  for (zylPipeline* pipeline : this->GetDisplays())
-  {
-    pipeline->GetProperties()->Set("ForceHidden", false);
-  }
+  zylForceHidden(this->GetDisplays(), false);
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -198,6 +198,7 @@ private:
 
   vtkTypeUInt64 SurfaceScriptTime = 0;    // the dataset's, when the surface script was last set
   std::set<std::string> SurfaceVariables; // that it computes
+  std::set<std::string> VolumeVariables;  // that the other script computes
   double FilterTime = 0.0;                // at which the last filter and the output were executed
   double SurfaceTime = 0.0;               // and the script of the surface, where it is displaced
   double OutputTime = 0.0;

@@ -1,6 +1,7 @@
 #include "zylFieldHistogram.h"
 
 #include "Analysis/zylFieldValues.h"
+#include "Analysis/zylScriptError.h"
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "ParaView/zylScriptFilter.h"
@@ -191,8 +192,12 @@ std::vector<int> zylFieldHistogram::GetBins()
   if (std::all_of(bins.begin(), bins.end(), [](int count) { return count == 0; }))
   {
     // Values beyond the range are counted too, so there are none.
+    const std::string variable = this->Properties->GetString("VariableName");
+    const std::string error = this->DataSet->IsDerivedPointVariable(variable)
+      ? zylGetScriptError(this->ScriptFilter)
+      : std::string();
     vtkWarningMacro(
-      "No point has the variable '" << this->Properties->GetString("VariableName") << "'");
+      "No point has the variable '" << variable << "'" << (error.empty() ? "" : ": " + error));
   }
   return bins;
 }

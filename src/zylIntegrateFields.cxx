@@ -132,8 +132,10 @@ zylIntegrateFields::IntegratedValues_ zylIntegrateFields::GetIntegratedValues(
   if (auto* data = vtkDataSet::SafeDownCast(fetched))
   {
     zylReadTuples(data, 0, values.PointValues, values.CellValues);
-    const std::string missing = zylDescribeMissing(this->DataSet, values.PointValues);
-    if (!missing.empty() && !values.PointValues.empty())
+    const std::string missing = values.PointValues.empty()
+      ? std::string()
+      : zylDescribeMissing(this->DataSet, values.PointValues, this->ScriptFilter);
+    if (!missing.empty())
     {
       vtkWarningMacro(<< missing);
     }

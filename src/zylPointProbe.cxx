@@ -233,8 +233,9 @@ zylPointProbe::ProbeValue_ zylPointProbe::GetProbedValues(unsigned int index)
   }
   this->Fetched->GetPoint(index, value.Point.data());
   zylReadTuples(this->Fetched, index, value.PointValues, value.CellValues);
-  const std::string missing =
-    fetchNow ? zylDescribeMissing(this->DataSet, value.PointValues) : std::string();
+  const std::string missing = fetchNow
+    ? zylDescribeMissing(this->DataSet, value.PointValues, this->ScriptFilter)
+    : std::string();
   if (!missing.empty())
   {
     vtkWarningMacro(<< missing);

@@ -1,5 +1,6 @@
 #include "Analysis/zylFieldValues.h"
 
+#include "Analysis/zylScriptError.h"
 #include "ParaView/zylSession.h"
 #include "zylArrayInformation.h"
 #include "zylDataSet.h"
@@ -67,19 +68,24 @@ std::string zylGetDerivedVariablesScript(zylDataSet* dataset)
 }
 
 //--------------------------------------------------------------------------------------------------
-std::string zylDescribeMissing(zylDataSet* dataset, const zylFieldValues& values)
+std::string zylDescribeMissing(
+  zylDataSet* dataset, const zylFieldValues& values, vtkSMSourceProxy* stage)
 {
-  std::string missing;
+  std::set<std::string> missing;
   for (const std::string& name : dataset->GetDerivedPointVariableNames())
   {
     if (values.count(name) == 0)
     {
-      missing += (missing.empty() ? "'" : ", '") + name + "'";
+      missing.insert(name);
     }
   }
-  return missing.empty() ? missing
-                         : "No values of the derived variables " + missing +
-      ": an expression failed, or needs arrays that some blocks lack";
+  if (missing.empty())
+  {
+    return std::string();
+  }
+  const std::string error = zylGetScriptError(stage);
+  return zylDescribeMissing(
+    missing, error.empty() ? "an expression needs arrays that some blocks lack" : error);
 }
 
 //--------------------------------------------------------------------------------------------------

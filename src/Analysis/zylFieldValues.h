@@ -29,9 +29,10 @@ ZYL_PRIVATE void zylReadTuples(
 /// The script that adds all derived variables of the dataset.
 ZYL_PRIVATE std::string zylGetDerivedVariablesScript(zylDataSet* dataset);
 
-/// What to tell of the derived variables of the dataset that `values`, where they belong, lack:
-/// nobody else says that a script failed on a server. Empty when all are there.
-ZYL_PRIVATE std::string zylDescribeMissing(zylDataSet* dataset, const zylFieldValues& values);
+/// What to tell of the derived variables of the dataset that `values`, where they belong, lack: why
+/// the script of `stage` did not make them. Empty when all are there.
+ZYL_PRIVATE std::string zylDescribeMissing(
+  zylDataSet* dataset, const zylFieldValues& values, vtkSMSourceProxy* stage);
 
 /// The integers of a property.
 ZYL_PRIVATE std::vector<int> zylGetInts(const zylProperty* property);

@@ -2,6 +2,7 @@
 
 #include "ParaView/zylDrawOrder.h"
 #include "zylPipeline.h"
+#include "zylPropertyCollection.h"
 #include "zylView.h"
 
 #include <algorithm>
@@ -18,6 +19,15 @@ bool zylAnyBlocksVisible(const zylPipelineList& pipelines)
 {
   return std::any_of(pipelines.begin(), pipelines.end(),
     [](zylPipeline* pipeline) { return pipeline->AnyBlocksVisible(); });
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylForceHidden(const zylPipelineList& pipelines, bool hidden)
+{
+  for (zylPipeline* pipeline : pipelines)
+  {
+    pipeline->GetProperties()->Set("ForceHidden", hidden);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -21,6 +21,9 @@ using zylPipelineList = std::vector<zylPipeline*>;
 /// Whether any has a block to show.
 ZYL_PRIVATE bool zylAnyBlocksVisible(const zylPipelineList& pipelines);
 
+/// Set "ForceHidden" of all.
+ZYL_PRIVATE void zylForceHidden(const zylPipelineList& pipelines, bool hidden);
+
 /// Unite the bounds of what is visible (xmin, xmax, ymin, ymax, zmin, zmax; minima above maxima
 /// when there is nothing). Whether there is anything.
 ZYL_PRIVATE bool zylGetVisibleBounds(const zylPipelineList& pipelines, double bounds[6]);

@@ -18,6 +18,13 @@ for kind in dataset_adapter.VTKCompositeDataArray, dataset_adapter.VTKNoneArray:
         if not hasattr(kind, name):
             setattr(kind, name, sign(function))
 )";
+
+// So that the script of a stage can be told from others once it has failed.
+std::string Introduce(vtkSMSourceProxy* stage)
+{
+  return std::string("\nglobals().setdefault('zylStages', {})[self.__this__] = ") +
+    stage->GetGlobalIDAsString();
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -34,7 +41,8 @@ void zylPushScript(const std::string& script, vtkSMSourceProxy* stage)
 {
   if (stage)
   {
-    vtkSMPropertyHelper(stage, "InformationScript").Set(script.empty() ? "" : Signs);
+    const std::string ahead = script.empty() ? std::string() : Signs + Introduce(stage);
+    vtkSMPropertyHelper(stage, "InformationScript").Set(ahead.c_str());
     vtkSMPropertyHelper(stage, "Script").Set(script.c_str());
     stage->UpdateVTKObjects();
   }

@@ -13,7 +13,8 @@
 ZYL_PRIVATE zylProxyBuilder zylScriptFilter(vtkSMSourceProxy* input);
 
 /// Let the stage run `script`, in which the signs -, + and ~ work on arrays of several blocks in
-/// every version of the toolkit. Null is fine.
+/// every version of the toolkit. Where it runs, "zylStages" in Python's __main__ has the global
+/// identifier of the stage's proxy by the "__this__" of the stage. Null is fine.
 ZYL_PRIVATE void zylPushScript(const std::string& script, vtkSMSourceProxy* stage);
 
 #endif

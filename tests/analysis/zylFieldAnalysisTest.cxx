@@ -208,8 +208,10 @@ TEST(zylFieldAnalysis, TellsOfExpressionsThatFail)
     const char* Integral;
     const char* Histogram;
   } cases[] = {
-    { "x + nosuch", "No values of the derived variables 'bad'", "No point has the variable 'bad'" },
-    { "x / 0 if 1 / 0 else 1", "'bad': an expression failed", "No point has the variable 'bad'" },
+    { "x + nosuch", "'bad': NameError: name 'nosuch' is not defined, in \"bad = x + nosuch\"",
+      "No point has the variable 'bad': NameError" },
+    { "x / 0 if 1 / 0 else 1", "'bad': ZeroDivisionError: division by zero, in",
+      "No point has the variable 'bad': ZeroDivisionError" },
     { "2 *", "SyntaxError", "No histogram of 'bad': its expression" },
   };
   for (const auto& test : cases)

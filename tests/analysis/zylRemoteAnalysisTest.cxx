@@ -8,12 +8,14 @@
 #include "zylPropertyCollection.h"
 #include "zylSolids.h"
 #include "zylTestData.h"
+#include "zylTestLog.h"
 #include "zylTestServer.h"
 
 #include <map>
 
 #include <gtest/gtest.h>
 
+#include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
 #include <vtkSMSession.h>
@@ -66,6 +68,14 @@ Answers Ask(const std::string& file)
   {
     answers.Probed.push_back(probe->GetProbedValues(i));
   }
+
+  // What fails there is said here.
+  data->DefineDerivedPointVariable("bad", "x + nosuch");
+  zylTestLog log;
+  integral->GetIntegratedValues(0);
+  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING,
+    ": NameError: name 'nosuch' is not defined, in \"bad = x + nosuch\""))
+    << log.Dump();
   return answers;
 }
 

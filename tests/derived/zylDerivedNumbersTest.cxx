@@ -437,7 +437,8 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
   const double infinite = HUGE_VAL;
 
   const auto sphere = Sphere(data, 0.7);
-  for (const char* variable : { "", "unknown", "velocity", "id" })
+  data->DefineDerivedPointVariable("nosuch", "r + unknown");
+  for (const char* variable : { "", "unknown", "velocity", "id", "nosuch" })
   {
     sphere->GetProperties()->Set("Variable", variable);
     zylTestLog log;
