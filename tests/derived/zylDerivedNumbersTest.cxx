@@ -143,7 +143,13 @@ TEST_P(zylAnyCellsTest, SphereHasItsAreaAndNoHoles)
   const auto sphere = Sphere(data, 0.7);
   sphere->GetProperties()->Set("MergePoints", true);
   EXPECT_NEAR(AreaAfterUpdate(sphere), 4.0 * Pi * 0.49, 0.02 * 4.0 * Pi * 0.49);
-  EXPECT_EQ(OpenEdges(sphere->GetDerivedSurface()), 0);
+  const auto surface = sphere->GetDerivedSurface();
+  EXPECT_EQ(OpenEdges(surface), 0);
+  double range[2] = { 0.0, 0.0 };
+  ASSERT_TRUE(surface->GetPointData()->HasArray("r")); // to color by
+  surface->GetPointData()->GetArray("r")->GetRange(range);
+  EXPECT_NEAR(range[0], 0.7, 1e-6);
+  EXPECT_NEAR(range[1], 0.7, 1e-6);
 }
 
 TEST_P(zylAnyCellsTest, CutHasItsAreaAndTheArraysOfThePoints)
@@ -259,16 +265,7 @@ TEST(zylDerivedNumbers, PlaneThroughFacesCutsThemOnce)
 
 TEST(zylDerivedNumbers, IntersectionCurvesAreShownTogetherOrOneByOne)
 {
-  // The surfaces of two boxes of 1 x 2 x 2 that touch.
-  auto surfaces = vtkSmartPointer<vtkMultiBlockDataSet>::New();
-  for (unsigned int i = 0; i < 2; ++i)
-  {
-    vtkNew<vtkGeometryFilter> geometry;
-    geometry->SetInputData(zylVolumeData::Make("hexahedra", 4, i - 1.0, i));
-    geometry->Update();
-    surfaces->SetBlock(i, geometry->GetOutput());
-  }
-  const auto data = Load(surfaces);
+  const auto data = Load(zylVolumeData::MakeSurfaces(4));
   const auto curves = Derive<zylIntersectionCurveRepresentation>(data);
   SetVector(curves, "Center", 0.0, 0.0, 0.1);
   EXPECT_NEAR(AreaAfterUpdate(curves), 12.0, 1e-6);

@@ -5,6 +5,7 @@
 #include <vtkCellData.h>
 #include <vtkCellType.h>
 #include <vtkDoubleArray.h>
+#include <vtkGeometryFilter.h>
 #include <vtkIdList.h>
 #include <vtkIdTypeArray.h>
 #include <vtkImageData.h>
@@ -211,4 +212,18 @@ vtkSmartPointer<vtkMultiBlockDataSet> zylVolumeData::MakeBlocks(const std::strin
   blocks->SetBlock(0, Make(kind, n, -1.0, 0.0));
   blocks->SetBlock(1, Make(kind, n, 0.0, 1.0));
   return blocks;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkMultiBlockDataSet> zylVolumeData::MakeSurfaces(int n)
+{
+  auto surfaces = MakeBlocks("hexahedra", n);
+  for (unsigned int i = 0; i < surfaces->GetNumberOfBlocks(); ++i)
+  {
+    vtkNew<vtkGeometryFilter> geometry;
+    geometry->SetInputDataObject(surfaces->GetBlock(i));
+    geometry->Update();
+    surfaces->SetBlock(i, geometry->GetOutput());
+  }
+  return surfaces;
 }

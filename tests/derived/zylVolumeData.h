@@ -26,6 +26,9 @@ vtkSmartPointer<vtkDataSet> Make(
 /// The same in two blocks, split at x = 0.
 vtkSmartPointer<vtkMultiBlockDataSet> MakeBlocks(const std::string& kind, int n);
 
+/// The surfaces of two such blocks of hexahedra, 1 x 2 x 2 each.
+vtkSmartPointer<vtkMultiBlockDataSet> MakeSurfaces(int n);
+
 } // namespace zylVolumeData
 
 #endif

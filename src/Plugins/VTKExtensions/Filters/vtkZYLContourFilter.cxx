@@ -7,9 +7,27 @@
 #include <vtkDataSet.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
+#include <vtkPointData.h>
 #include <vtkPolyData.h>
+#include <vtkSmartPointer.h>
 
 vtkStandardNewMacro(vtkZYLContourFilter);
+
+namespace {
+// The fast filter interpolates all arrays but the scalars, whose one value it knows.
+void AddScalars(vtkPolyData* surface, vtkDataArray* scalars, double value)
+{
+  if (surface && scalars && scalars->GetName() && surface->GetNumberOfPoints() > 0 &&
+    !surface->GetPointData()->HasArray(scalars->GetName()))
+  {
+    const auto values = vtkSmartPointer<vtkDataArray>::Take(scalars->NewInstance());
+    values->SetName(scalars->GetName());
+    values->SetNumberOfTuples(surface->GetNumberOfPoints());
+    values->Fill(value);
+    surface->GetPointData()->AddArray(values);
+  }
+}
+} // namespace
 
 //--------------------------------------------------------------------------------------------------
 int vtkZYLContourFilter::RequestData(
@@ -60,5 +78,26 @@ int vtkZYLContourFilter::RequestData(
   };
   const int status = zylAnyCells::RequestData(input, output, isFast, fast, general);
   zylAnyCells::DropBrokenCells(output);
+  if (this->GetInterpolateAttributes() && this->GetNumberOfContours() == 1)
+  {
+    vtkDataObject* from = vtkDataObject::GetData(input[0]);
+    vtkDataObject* to = vtkDataObject::GetData(output);
+    const auto add = [&](vtkDataObject* block, vtkDataObject* surface) {
+      auto* data = vtkDataSet::SafeDownCast(block);
+      AddScalars(
+        vtkPolyData::SafeDownCast(surface), data ? scalarsOf(data) : nullptr, this->GetValue(0));
+    };
+    auto* surfaces = vtkCompositeDataSet::SafeDownCast(to);
+    if (auto* blocks = vtkCompositeDataSet::SafeDownCast(from); blocks && surfaces)
+    {
+      zylAnyCells::ForEachBlock(blocks, [&](vtkDataSet* block, vtkCompositeDataIterator* place) {
+        add(block, surfaces->GetDataSet(place));
+      });
+    }
+    else
+    {
+      add(from, to);
+    }
+  }
   return status;
 }
