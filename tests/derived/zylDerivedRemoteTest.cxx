@@ -3,6 +3,7 @@
 #include "zylCore.h"
 #include "zylCutPlaneRepresentation.h"
 #include "zylDataSet.h"
+#include "zylIntersectionCurveRepresentation.h"
 #include "zylIsosurfaceRepresentation.h"
 #include "zylPropertyCollection.h"
 #include "zylTestData.h"
@@ -49,6 +50,15 @@ void Ask(zylDerivedSurfaceRepresentation* surface, zylDataSet* data, const std::
 }
 
 //--------------------------------------------------------------------------------------------------
+// The surfaces of two blocks that touch, in a file.
+const std::string& Surfaces()
+{
+  static const std::string file =
+    zylTestData::Write(zylVolumeData::MakeSurfaces(4), zylTestData::MakeFolder() + "/surfaces.vtm");
+  return file;
+}
+
+//--------------------------------------------------------------------------------------------------
 Answers AskAll(const std::string& file, bool distribute)
 {
   Answers answers;
@@ -57,6 +67,13 @@ Answers AskAll(const std::string& file, bool distribute)
   data->GetProperties()->Set("DistributeDataSet", distribute);
   data->DefineDerivedPointVariable("squared", "r**2");
   data->Update();
+  vtkNew<zylIntersectionCurveRepresentation> curves;
+  curves->GetProperties()->Set("Center", 2, 0.1);
+  if (file == Surfaces())
+  {
+    Ask(curves, data, "curves", answers);
+    return answers;
+  }
 
   vtkNew<zylIsosurfaceRepresentation> sphere;
   sphere->GetProperties()->Set("Variable", "squared");
@@ -107,6 +124,7 @@ protected:
         Cases.push_back({ file, distribute, AskAll(file, distribute) });
       }
     }
+    Cases.push_back({ Surfaces(), false, AskAll(Surfaces(), false) });
   }
 
   static std::vector<Case> Cases;

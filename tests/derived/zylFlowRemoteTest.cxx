@@ -7,6 +7,7 @@
 #include "zylFlowData.h"
 #include "zylPropertyCollection.h"
 #include "zylStreamlineRepresentation.h"
+#include "zylSurfaceStreamlineRepresentation.h"
 #include "zylTestData.h"
 #include "zylTestServer.h"
 #include "zylVortexCoresRepresentation.h"
@@ -33,6 +34,7 @@ struct Numbers
   double Lines;
   double Tracer; ///< the same lines from ParaView's own tracer alone
   double Upstream;
+  double OnSurface;
   double Cores;
   double Arrows; ///< number of cells
 };
@@ -76,6 +78,10 @@ Numbers Measure()
   lines->GetProperties()->Set("MaximumStreamlineLength", 0.1);
   lines->Update();
   numbers.Upstream = zylFlowData::GetLength(lines->GetDerivedSurface());
+  vtkNew<zylSurfaceStreamlineRepresentation> onSurface;
+  onSurface->GetProperties()->Set("MaximumStreamlineLength", 0.2);
+  const auto seeds = { 0.5, 0.0, 1.0, 1.5, -1.0, 0.2, -0.4, 0.3, -1.0 };
+  numbers.OnSurface = zylFlowData::GetLength(Trace(onSurface, data, seeds));
   vtkNew<zylVortexCoresRepresentation> cores;
   numbers.Cores = zylFlowData::GetLength(Trace(cores, data, {}));
   vtkNew<zylCurvedGlyphRepresentation> arrows;
@@ -120,6 +126,8 @@ TEST_P(zylFlowRemote, GivesTheNumbersOfABuiltInSession)
   EXPECT_NEAR(there.Lines, here.Lines, GetParam().Ranks == 1 ? 1e-10 : 0.005 * here.Lines);
   // Points of lines are of single precision.
   EXPECT_NEAR(there.Upstream, here.Upstream, GetParam().Ranks == 1 ? 1e-10 : 1e-7);
+  EXPECT_GT(here.OnSurface, 0.5);
+  EXPECT_NEAR(there.OnSurface, here.OnSurface, GetParam().Ranks == 1 ? 1e-10 : 1e-7);
   EXPECT_NEAR(there.Cores, here.Cores, 1e-10);
   EXPECT_EQ(there.Arrows, arrows ? here.Arrows : 0.0);
 }
