@@ -147,8 +147,8 @@ void zylCurvedGlyphRepresentation::UpdateHeads()
   zylConnect(this->SpacingContour, this->ArcLength);
   zylUpdatePipeline(
     this->ArcLength, zylTimeController::GetInstance()->GetActiveTime(), this->ArcLengthTime);
-  zylFlowTracing::SpaceEvenly(
-    this->ArcLength, this->SpacingContour, this->Properties->GetDouble("GlyphSpacing"));
+  this->Warn(zylFlowTracing::SpaceEvenly(
+    this->ArcLength, this->SpacingContour, this->Properties->GetDouble("GlyphSpacing")));
 
   zylFlowTracing::SelectPointArray(
     this->Heads, "OrientationArray", this->Properties->GetString("VectorVariable"));

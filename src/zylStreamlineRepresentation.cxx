@@ -278,7 +278,7 @@ void zylStreamlineRepresentation::UpdateGlyphShape()
   vtkSMProxy* shape = zylUseFunction(this->GlyphFilter, "Source", type + "Source");
   if (!shape)
   {
-    vtkLogF(WARNING, "There is no glyph of type '%s'", type.c_str());
+    this->Warn("There is no glyph of type '" + type + "'");
   }
   else
   {
@@ -315,8 +315,8 @@ void zylStreamlineRepresentation::SpaceGlyphs()
   zylConnect(this->ArcLength, lines);
   zylUpdatePipeline(
     this->ArcLength, zylTimeController::GetInstance()->GetActiveTime(), this->ArcLengthTime);
-  zylFlowTracing::SpaceEvenly(
-    this->ArcLength, this->SpacingContour, this->Properties->GetDouble("GlyphSpacing"));
+  this->Warn(zylFlowTracing::SpaceEvenly(
+    this->ArcLength, this->SpacingContour, this->Properties->GetDouble("GlyphSpacing")));
 }
 
 //--------------------------------------------------------------------------------------------------

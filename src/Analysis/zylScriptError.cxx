@@ -87,7 +87,8 @@ std::string zylDescribeFailure(
   std::set<std::string> missing;
   for (const std::string& name : names)
   {
-    if (!output->GetDataInformation(0)->GetArrayInformation(name.c_str(), vtkDataObject::POINT))
+    if (zylIsAlive(output) &&
+      !output->GetDataInformation(0)->GetArrayInformation(name.c_str(), vtkDataObject::POINT))
     {
       missing.insert(name);
     }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <sstream>
 #include <vector>
 
 #include <vtkDataObject.h>
@@ -138,16 +139,17 @@ bool zylFlowTracing::CheckVectors(zylDataSet* dataSet, vtkSMSourceProxy* volume,
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylFlowTracing::SpaceEvenly(
+std::string zylFlowTracing::SpaceEvenly(
   vtkSMSourceProxy* measured, vtkSMSourceProxy* contour, double spacing)
 {
   std::vector<double> values;
+  std::ostringstream mistake;
   vtkPVArrayInformation* arc =
     measured->GetDataInformation(0)->GetArrayInformation(ArcLength, vtkDataObject::POINT);
   const double longest = arc ? arc->GetComponentRange(0)[1] : 0.0;
   if (!(spacing > 0.0) || !std::isfinite(spacing))
   {
-    vtkLogF(WARNING, "A 'GlyphSpacing' of %g makes no glyphs", spacing);
+    mistake << "A 'GlyphSpacing' of " << spacing << " makes no glyphs";
   }
   else if (longest > 0.0)
   {
@@ -155,8 +157,8 @@ void zylFlowTracing::SpaceEvenly(
     const double fitting = std::ceil(longest / spacing - 0.5);
     if (fitting > MaximumPointsPerLine)
     {
-      vtkLogF(
-        WARNING, "A 'GlyphSpacing' of %g is too small for lines of length %g", spacing, longest);
+      mistake << "A 'GlyphSpacing' of " << spacing << " is too small for lines of length "
+              << longest;
     }
     values.resize(static_cast<std::size_t>(std::clamp(fitting, 0.0, MaximumPointsPerLine)));
     for (std::size_t i = 0; i < values.size(); ++i)
@@ -166,4 +168,5 @@ void zylFlowTracing::SpaceEvenly(
   }
   SelectPointArray(contour, "SelectInputScalars", ArcLength);
   SetDoubles(contour, "ContourValues", values);
+  return mistake.str();
 }

@@ -58,9 +58,10 @@ ZYL_PRIVATE bool CheckVectors(zylDataSet* dataSet, vtkSMSourceProxy* volume, dou
 /// Give `contour`, which cuts the lines of `measured` by their "arc_length", the values that lie
 /// `spacing` apart. The first is half the spacing from a line's start, so that lines that run both
 /// ways from a seed have one even row of points. `measured` must have been executed; its arc length
-/// is asked of the server. A spacing that is not positive makes no points, with a warning; beyond
-/// 10000 points a line there are no more.
-ZYL_PRIVATE void SpaceEvenly(vtkSMSourceProxy* measured, vtkSMSourceProxy* contour, double spacing);
+/// is asked of the server. A spacing that is not positive makes no points; beyond 10000 points a
+/// line there are no more. What is wrong with the spacing is returned, else "".
+ZYL_PRIVATE std::string SpaceEvenly(
+  vtkSMSourceProxy* measured, vtkSMSourceProxy* contour, double spacing);
 
 ///@{
 /// Values of the glyph filter's "OrientationArray", "ScaleArray" and "GlyphMode".

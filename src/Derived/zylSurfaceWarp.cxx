@@ -2,6 +2,7 @@
 
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
+#include "ParaView/zylSession.h"
 #include "zylPropertyCollection.h"
 
 #include <vtkDataObject.h>
@@ -24,7 +25,7 @@ std::string zylConnectWarp(zylPropertyCollection* settings, vtkSMSourceProxy* su
   zylPushProperty(settings->GetProperty("WarpVectorScale"), warp, "ScaleFactor");
   warp->UpdateVTKObjects();
   zylUpdatePipeline(surface, time, executed);
-  vtkPVArrayInformation* array = name.empty()
+  vtkPVArrayInformation* array = name.empty() || !zylIsAlive(surface)
     ? nullptr
     : surface->GetDataInformation(0)->GetArrayInformation(name.c_str(), vtkDataObject::POINT);
   const int components = array ? array->GetNumberOfComponents() : 3;
