@@ -1,5 +1,6 @@
 #include "zylSelection.h"
 
+#include "Data/zylCellTypes.h"
 #include "Display/zylShownRepresentations.h"
 #include "ParaView/zylSelectionSource.h"
 #include "ParaView/zylSession.h"
@@ -11,6 +12,7 @@
 #include <map>
 
 #include <vtkCollection.h>
+#include <vtkDataSet.h>
 #include <vtkObjectFactory.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -21,6 +23,12 @@ namespace {
 vtkSMProxy* GetProxy(vtkCollection* collection, int i)
 {
   return vtkSMProxy::SafeDownCast(collection->GetItemAsObject(i));
+}
+
+template <class T>
+void Append(std::vector<T>& all, const std::vector<T>& part)
+{
+  all.insert(all.end(), part.begin(), part.end());
 }
 
 void CollectPieces(zylMultiBlockTree* node, std::map<int, int>& blocks)
@@ -116,13 +124,12 @@ vtkSmartPointer<zylSelection> zylSelection::CreateSelectionForBlock(
 }
 
 //--------------------------------------------------------------------------------------------------
-std::vector<int> zylSelection::Read(
-  zylRepresentation* rep, Conversion convert, const char* property, const char* operation)
+void zylSelection::VisitDisplays(zylRepresentation* rep, const char* operation,
+  const std::function<void(vtkSMProxy*, vtkSMProxy*)>& visit)
 {
-  std::vector<int> values;
   if (!rep || !this->PVSelectionSources || !this->PVSelectedRepresentations)
   {
-    return values;
+    return;
   }
   const zylShownRepresentations* shown = zylShownRepresentations::Of(rep->GetView());
   for (int i = 0; shown && i < this->PVSelectedRepresentations->GetNumberOfItems(); ++i)
@@ -142,25 +149,47 @@ std::vector<int> zylSelection::Read(
     {
       break;
     }
-    const auto converted = convert(GetProxy(this->PVSelectionSources, i), representation);
-    const std::vector<int> part = zylSelectionSource::Read(converted, property);
-    values.insert(values.end(), part.begin(), part.end());
+    visit(GetProxy(this->PVSelectionSources, i), representation);
   }
-  return values;
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<int> zylSelection::GetBlocks(zylRepresentation* rep)
 {
-  const std::vector<int> nodes =
-    this->Read(rep, &zylSelectionSource::ConvertToBlocks, "Blocks", "GetBlocks()");
+  std::vector<int> nodes;
+  this->VisitDisplays(
+    rep, "GetBlocks()", [&nodes](vtkSMProxy* selection, vtkSMProxy* representation) {
+      Append(nodes,
+        zylSelectionSource::Read(
+          zylSelectionSource::ConvertToBlocks(selection, representation), "Blocks"));
+    });
   return nodes.empty() ? nodes : ToBlocks(nodes, rep->GetDataSet());
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<int> zylSelection::GetCells(zylRepresentation* rep)
 {
-  return this->Read(rep, &zylSelectionSource::ConvertToIndices, "IDs", "GetCells()");
+  std::vector<int> cells;
+  this->VisitDisplays(
+    rep, "GetCells()", [&cells](vtkSMProxy* selection, vtkSMProxy* representation) {
+      Append(cells,
+        zylSelectionSource::Read(
+          zylSelectionSource::ConvertToIndices(selection, representation), "IDs"));
+    });
+  return cells;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::vector<vtkSmartPointer<vtkDataSet>> zylSelection::FetchCells(zylRepresentation* rep)
+{
+  std::vector<vtkSmartPointer<vtkDataSet>> cells;
+  this->VisitDisplays(
+    rep, "FetchCells()", [&cells](vtkSMProxy* selection, vtkSMProxy* representation) {
+      Append(cells,
+        zylFetchCells(zylSelectionSource::GetInput(representation),
+          zylSelectionSource::ConvertToIndices(selection, representation)));
+    });
+  return cells;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -20,12 +20,14 @@
 
 #include "zylExport.h"
 
+#include <functional>
 #include <vector>
 
 #include <vtkCollection.h>
 #include <vtkObject.h>
 #include <vtkSmartPointer.h>
 
+class vtkDataSet;
 class vtkSMProxy;
 class vtkSMSourceProxy;
 class zylRepresentation;
@@ -57,6 +59,12 @@ public:
   /// has no cells.
   std::vector<int> GetCells(zylRepresentation* rep);
 
+  /// The selected cells of `rep`, with their points and all of their values - points, if points
+  /// were selected - brought to this process: a dataset for each display and block that has some,
+  /// of what is drawn, so after clips and with the derived variables that color it. New objects,
+  /// never null.
+  std::vector<vtkSmartPointer<vtkDataSet>> FetchCells(zylRepresentation* rep);
+
   /// The representations (borrowed) of `view` of which something is selected; one of which several
   /// displays are selected comes that many times. Empty for null.
   std::vector<zylRepresentation*> GetRepresentations(zylView* view);
@@ -79,9 +87,10 @@ private:
   zylSelection(const zylSelection&) = delete;
   void operator=(const zylSelection&) = delete;
 
-  using Conversion = vtkSmartPointer<vtkSMSourceProxy>(vtkSMProxy*, vtkSMProxy*);
-  std::vector<int> Read(
-    zylRepresentation* rep, Conversion convert, const char* property, const char* operation);
+  /// Calls visit(what is selected, the representation proxy that it is of) for each display of
+  /// `rep`.
+  void VisitDisplays(zylRepresentation* rep, const char* operation,
+    const std::function<void(vtkSMProxy*, vtkSMProxy*)>& visit);
 
   vtkSmartPointer<vtkCollection> PVSelectionSources;
   vtkSmartPointer<vtkCollection> PVSelectedRepresentations;

@@ -27,6 +27,16 @@ int NumberOfProcesses(vtkSMSourceProxy* source)
                             : 0;
 }
 
+vtkSmartPointer<vtkDataObject> Fetch(vtkSMSourceProxy* source, vtkSMProxy* selection)
+{
+  const auto extract =
+    zylProxyBuilder(source->GetSessionProxyManager(), "filters", "PVExtractSelection")
+      .Input(selection, "Selection")
+      .Input(source)
+      .MakeUnregistered();
+  return selection && extract ? zylCore::Fetch(extract, "vtkMultiBlockDataGroupFilter") : nullptr;
+}
+
 vtkSmartPointer<vtkDataObject> FetchCells(
   vtkSMSourceProxy* source, const char* selector, const std::vector<int>& ids)
 {
@@ -34,22 +44,42 @@ vtkSmartPointer<vtkDataObject> FetchCells(
   {
     return nullptr;
   }
-  vtkSMSessionProxyManager* manager = source->GetSessionProxyManager();
-  auto selection = zylProxyBuilder(manager, "sources", selector)
-                     .Set("FieldType", 0)
-                     .Set("IDs", ids)
-                     .MakeUnregistered();
-  auto extract = zylProxyBuilder(manager, "filters", "PVExtractSelection")
-                   .Input(selection, "Selection")
-                   .Input(source)
-                   .MakeUnregistered();
-  if (!selection || !extract)
-  {
-    return nullptr;
-  }
-  return zylCore::Fetch(extract, "vtkMultiBlockDataGroupFilter");
+  const auto selection = zylProxyBuilder(source->GetSessionProxyManager(), "sources", selector)
+                           .Set("FieldType", 0)
+                           .Set("IDs", ids)
+                           .MakeUnregistered();
+  return Fetch(source, selection);
 }
 } // namespace
+
+//--------------------------------------------------------------------------------------------------
+std::vector<vtkSmartPointer<vtkDataSet>> zylFetchCells(
+  vtkSMSourceProxy* source, vtkSMProxy* selection)
+{
+  std::vector<vtkSmartPointer<vtkDataSet>> parts;
+  const auto add = [&parts](vtkDataObject* object) {
+    auto* data = vtkDataSet::SafeDownCast(object);
+    if (data && data->GetNumberOfPoints() > 0)
+    {
+      parts.emplace_back(data);
+    }
+  };
+  if (!zylIsAlive(source) || !selection)
+  {
+    return parts;
+  }
+  const vtkSmartPointer<vtkDataObject> cells = Fetch(source, selection);
+  add(cells);
+  if (auto* composite = vtkCompositeDataSet::SafeDownCast(cells))
+  {
+    auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(composite->NewIterator());
+    for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
+    {
+      add(iterator->GetCurrentDataObject());
+    }
+  }
+  return parts;
+}
 
 //--------------------------------------------------------------------------------------------------
 int zylGetCellType(vtkSMSourceProxy* source, const std::vector<unsigned int>& blocks)

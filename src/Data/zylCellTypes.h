@@ -1,6 +1,5 @@
 /// @file zylCellTypes.h
-/// The types of the cells of a source's blocks, of which one each is fetched. Private to the
-/// library.
+/// Single cells of a source, fetched, and the types of its blocks' cells. Private to the library.
 #ifndef zylCellTypes_h
 #define zylCellTypes_h
 
@@ -8,7 +7,17 @@
 
 #include <vector>
 
+#include <vtkSmartPointer.h>
+
+class vtkDataSet;
+class vtkSMProxy;
 class vtkSMSourceProxy;
+
+/// The cells - points, if it means points - that the source proxy `selection` means in the output
+/// of `source`, with all that is known of them: a dataset for each block that has some. None for
+/// null.
+ZYL_PRIVATE std::vector<vtkSmartPointer<vtkDataSet>> zylFetchCells(
+  vtkSMSourceProxy* source, vtkSMProxy* selection);
 
 /// VTK cell type of the first cell found in the blocks and pieces with these flat indices; -1 if
 /// there is none, and for null.

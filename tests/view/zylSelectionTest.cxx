@@ -13,9 +13,11 @@
 
 #include <vtkBoundingBox.h>
 #include <vtkCell.h>
+#include <vtkCellData.h>
 #include <vtkCollection.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
+#include <vtkPointData.h>
 #include <vtkPolyData.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMSourceProxy.h>
@@ -225,6 +227,13 @@ TEST_F(zylSelectionRender, IndicesInSurfaces)
     vtkBoundingBox bounds(surface->GetCell(cell[2])->GetBounds());
     bounds.Inflate(1e-6);
     EXPECT_TRUE(bounds.ContainsPoint(picked)) << x;
+    const auto fetched = this->Row->View->SelectCells(x, 130, x, 130)->FetchCells(boundary);
+    ASSERT_EQ(fetched.size(), 1u);
+    ASSERT_EQ(fetched[0]->GetNumberOfCells(), 1);
+    EXPECT_TRUE(vtkBoundingBox(fetched[0]->GetBounds()) ==
+      vtkBoundingBox(surface->GetCell(cell[2])->GetBounds()));
+    EXPECT_EQ(fetched[0]->GetCellData()->GetArray("quality")->GetTuple1(0),
+      surface->GetCellData()->GetArray("quality")->GetTuple1(cell[2]));
     const int corner = x < 200 ? 150 : 250; // where cells meet
     const Ids point =
       this->Row->View->SelectPoints(corner - 2, 148, corner + 2, 152)->GetCells(boundary);
@@ -303,6 +312,9 @@ TEST_F(zylSelectionRender, DerivedSurfaces)
   ASSERT_EQ(cell.size(), 2u);
   EXPECT_EQ(cell[0], 0);
   EXPECT_EQ(both->GetBlocks(cut), Ids{});
+  const auto fetched = view->SelectPoints(50, 149, 50, 151)->FetchCells(cut);
+  ASSERT_EQ(fetched.size(), 1u);
+  EXPECT_NEAR(fetched[0]->GetPointData()->GetArray("pressure")->GetTuple1(0), 0.5, 1e-6);
   EXPECT_EQ(view->SelectBlocks(40, 130, 40, 130)->GetRepresentations(view).size(), 1u);
   EXPECT_EQ(log.Count(Error, ""), 0) << log.Dump();
 }
@@ -333,6 +345,9 @@ TEST_P(zylSelectionServer, SameIds)
     EXPECT_EQ(row.Blocks(0, 0, 299, 299), (Ids{ 1, 2, 3 }));
     const Ids cell = row.View->SelectCells(260, 160, 260, 160)->GetCells(row.Boundary);
     EXPECT_EQ(ByBlock(cell), (std::map<int, std::set<int>>{ { 3, { 23 } } }));
+    const auto fetched = row.View->SelectCells(290, 190, 290, 190)->FetchCells(row.Boundary);
+    ASSERT_EQ(fetched.size(), 1u);
+    EXPECT_EQ(fetched[0]->GetCellData()->GetArray("quality")->GetTuple1(0), 7.0);
     for (int block = 1; block <= 3; ++block)
     {
       const int x = 100 * block - 40;
