@@ -39,10 +39,11 @@ unsigned int Compile(unsigned int program, unsigned int type, const char* source
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-unsigned int zylBuildProgram(const char* fragmentShader)
+unsigned int zylBuildProgram(const char* fragmentShader, const char* vertexShader)
 {
   const unsigned int program = glCreateProgram();
-  const unsigned int vertex = Compile(program, GL_VERTEX_SHADER, VertexShader);
+  const unsigned int vertex =
+    Compile(program, GL_VERTEX_SHADER, vertexShader != nullptr ? vertexShader : VertexShader);
   const unsigned int fragment = Compile(program, GL_FRAGMENT_SHADER, fragmentShader);
   glLinkProgram(program);
   glDeleteShader(vertex);

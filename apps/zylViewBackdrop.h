@@ -7,9 +7,9 @@
 #include <array>
 
 /// A program that draws one triangle, without vertex data, over the whole viewport; the shader of
-/// its pixels is given and may take `in float height` from 0 at the bottom to 1. Throws
-/// zylViewError.
-unsigned int zylBuildProgram(const char* fragmentShader);
+/// its pixels is given and may take `in float height` from 0 at the bottom to 1. With a vertex
+/// shader it draws what that says. Throws zylViewError.
+unsigned int zylBuildProgram(const char* fragmentShader, const char* vertexShader = nullptr);
 
 class zylViewBackdrop
 {

@@ -4,6 +4,7 @@
 #define zylViewCamera_h
 
 #include <array>
+#include <optional>
 
 class vtkCamera;
 class zylView;
@@ -30,22 +31,39 @@ public:
   void SetBounds(const double* bounds);
   const double* GetBounds() const { return this->Bounds; }
 
-  /// The view that the command line asks for in a window of that size, as it was at the start.
-  void Open(int width, int height);
+  void SetSize(int width, int height); ///< of the window, pixels
+
+  /// The view that the command line asks for, as it was at the start.
+  void Open();
   void Reset();
   /// 1..6 as the library counts its standard views; `flip` looks from the other side.
   void SetStandard(int direction, bool flip);
 
-  /// Go around what is looked at, in degrees: about the axis that is up, and over the poles at
-  /// most. Free: about the axes of the window, so that the horizon rolls.
+  /// Go around the center, in degrees: about the axis that is up, and over the poles at most. Free:
+  /// about the axes of the window, so that the horizon rolls.
   void Orbit(double azimuth, double elevation);
   void SetFree(bool free);
   bool IsFree() const { return this->Free; }
+  /// What to go around; none: the point that is looked at, as after Open() and Reset().
+  void SetCenter(const std::optional<std::array<double, 3>>& center) { this->Center = center; }
+  const std::optional<std::array<double, 3>>& GetCenter() const { return this->Center; }
+
+  ///@{
+  /// Pixels, counted from the upper left corner, and space: what is at one in the plane through the
+  /// focal point that faces the eye, and a line from the eye through one and beyond all data.
+  void PointAt(double x, double y, double point[3]);
+  void GetRay(double x, double y, double from[3], double to[3]);
+  /// Where a straight line is seen; false when all of it is behind the eye.
+  bool Project(const double from[3], const double to[3], double line[4]);
+  /// A unit of length there covers so many pixels.
+  double GetPixelsPerUnit(const double point[3]);
+  ///@}
 
 private:
   using Vector = std::array<double, 3>;
   void LookFrom(const Vector& from, const Vector& up);
-  void Fit(int width, int height);
+  void Fit();
+  double GetHalfHeight();
   void KeepUpright();
 
   const zylViewOptions* Options;
@@ -53,6 +71,8 @@ private:
   double Bounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
   double Reach[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 }; ///< with arrows and tubes
   bool Free = false;
+  std::optional<Vector> Center;
+  int Width = 1, Height = 1;
 };
 
 #endif

@@ -9,6 +9,8 @@
 #include "zylViewSettings.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <map>
 
 #include <zylArrayInformation.h>
 #include <zylBoundaryRepresentation.h>
@@ -102,6 +104,8 @@ void zylViewCase::MakeBoundary()
   {
     zylViewSettings(this->Options, *this->Blocks, this->Boundary).Apply();
   }
+  const auto leaves = this->Blocks->GetLeaves();
+  this->Known.insert(leaves.begin(), leaves.end());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -139,6 +143,63 @@ void zylViewCase::Update()
 {
   this->Boundary->Update();
   this->Derived->Update();
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylViewCase::ShowNewBlocks()
+{
+  const int typical = this->FindTypicalBlock();
+  bool changed = false;
+  for (const unsigned int leaf : this->Blocks->GetLeaves())
+  {
+    const auto block = static_cast<int>(leaf);
+    zylPropertyCollection* surface = this->Boundary->GetSurfaceProperties(block);
+    if (!this->Known.insert(leaf).second || surface == nullptr)
+    {
+      continue;
+    }
+    changed = true;
+    surface->Set("Visibility", true);
+    for (const zylBlockKind& kind : zylGetBlockKinds())
+    {
+      (this->Boundary->*kind.Get)(block)->DeepCopy((this->Boundary->*kind.Get)(typical));
+    }
+    const std::string variable = surface->GetString("ColorVariableName");
+    if (!this->Blocks->GetArray(variable, leaf).Found && !this->Blocks->IsDerived(variable))
+    {
+      surface->Set("ColorMode", 0);
+    }
+  }
+  if (changed && typical < 0) // the first of all
+  {
+    this->ColorBy(this->GetVariable());
+  }
+  return changed;
+}
+
+//--------------------------------------------------------------------------------------------------
+int zylViewCase::FindTypicalBlock() const
+{
+  std::map<std::pair<bool, std::uint64_t>, std::pair<std::size_t, int>>
+    looks; // how many, the first
+  int typical = -1;
+  std::size_t most = 0;
+  for (const unsigned int leaf : this->Blocks->GetLeaves())
+  {
+    const auto block = static_cast<int>(leaf);
+    zylPropertyCollection* surface = this->Boundary->GetSurfaceProperties(block);
+    if (this->Known.count(leaf) > 0 && surface != nullptr)
+    {
+      auto& [count, first] =
+        looks
+          .emplace(std::pair(surface->GetBool("Visibility"), surface->GetHashValue()),
+            std::pair(std::size_t(0), block))
+          .first->second;
+      typical = ++count > most ? first : typical;
+      most = std::max(most, count);
+    }
+  }
+  return typical;
 }
 
 //--------------------------------------------------------------------------------------------------

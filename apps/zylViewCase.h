@@ -3,11 +3,13 @@
 #ifndef zylViewCase_h
 #define zylViewCase_h
 
+#include "zylViewMarks.h"
 #include "zylViewOptions.h"
 
 #include <array>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,6 +39,7 @@ public:
   zylDataSet* GetDataSet();
   zylBoundaryRepresentation* GetBoundary(); ///< null before AddTo()
   zylViewDerivedSurfaces& GetDerived();
+  zylViewMarks& GetMarks() { return this->Marks; }
   ///@}
 
   /// Make the variables that the user defines. Whether the library took them.
@@ -58,6 +61,12 @@ public:
   ///@}
   /// Bring what is shown in step with settings and time.
   void Update();
+  /// Have blocks that have come since, with a time step or a file that was read again, look like
+  /// most of the others; takes effect with the next update, and needs one before. Whether there are
+  /// any.
+  bool ShowNewBlocks();
+  /// Those of a saved scene; all others are new.
+  void SetKnownBlocks(const std::set<unsigned int>& blocks) { this->Known = blocks; }
 
   /// Why nothing is seen although something should be, given that nothing is; else empty.
   std::string GetEmptyReason() const;
@@ -90,6 +99,7 @@ public:
   void ApplyDirectColors() const;
 
 private:
+  int FindTypicalBlock() const; ///< of those that are known; -1: there is none
   /// Of the surfaces of all blocks and of all that is derived.
   std::vector<zylPropertyCollection*> GetSurfaces() const;
 
@@ -99,6 +109,8 @@ private:
   std::unique_ptr<zylViewBlocks> Blocks;
   vtkSmartPointer<zylBoundaryRepresentation> Boundary;
   std::unique_ptr<zylViewDerivedSurfaces> Derived;
+  zylViewMarks Marks;
+  std::set<unsigned int> Known; ///< leaf blocks that have got their look
 };
 
 #endif

@@ -5,6 +5,11 @@
 
 namespace {
 constexpr const char* HelpText = "left drag        turn\n"
+                                 "click            select (Ctrl: more, or less)\n"
+                                 "Ctrl + drag      select in a rectangle (Shift: more)\n"
+                                 "double click     turn about that point\n"
+                                 "rest             outline and numbers (Shift + i: off, on)\n"
+                                 "i                the numbers on the terminal\n"
                                  "middle drag      pan (also Shift + left)\n"
                                  "wheel            zoom to the cursor\n"
                                  "r                show everything\n"
@@ -21,8 +26,9 @@ constexpr const char* HelpText = "left drag        turn\n"
                                  "right, left      next, previous time step\n"
                                  "space            play, pause\n"
                                  "v                color range of this step (Shift: of all)\n"
-                                 "Tab              panel; click selects a block\n"
+                                 "Tab              panel\n"
                                  "h                this help\n"
+                                 "c                cancel what is being done\n"
                                  "q, Escape        quit";
 } // namespace
 

@@ -4,13 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <vtkCamera.h>
-#include <vtkMath.h>
 
 namespace {
 constexpr double DegreesPerWindow = 240.0; // orbit by a drag across the window
 constexpr double ZoomPerWindow = 20.0;     // magnification by a drag over its height
+constexpr double ClickReach = 4.0;         // pixels: a press that does not move is no drag
+constexpr double DoubleClickTime = 0.4;    // seconds
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -24,16 +26,22 @@ void zylViewInteraction::SetSize(int width, int height)
 void zylViewInteraction::Press(Mode mode, double x, double y)
 {
   this->Active = mode;
-  this->Pressed[0] = this->Last[0] = x;
-  this->Pressed[1] = this->Last[1] = y;
+  this->Dragging = false;
+  this->Corners[0] = this->Corners[2] = x;
+  this->Corners[1] = this->Corners[3] = y;
 }
 
 //--------------------------------------------------------------------------------------------------
 bool zylViewInteraction::Move(double x, double y)
 {
-  const double dx = x - this->Last[0], dy = y - this->Last[1];
-  this->Last[0] = x;
-  this->Last[1] = y;
+  const double dx = x - this->Corners[2], dy = y - this->Corners[3];
+  this->Dragging = this->Dragging || std::hypot(dx, dy) >= ClickReach;
+  if (this->Active == Mode::None || !this->Dragging)
+  {
+    return false;
+  }
+  this->Corners[2] = x;
+  this->Corners[3] = y;
   switch (this->Active)
   {
     case Mode::None:
@@ -45,11 +53,39 @@ bool zylViewInteraction::Move(double x, double y)
       this->Pan(dx, dy);
       break;
     case Mode::Zoom:
-      this->ZoomAt(this->Pressed[0], this->Pressed[1], std::pow(ZoomPerWindow, -dy / this->Height));
+      this->ZoomAt(this->Corners[0], this->Corners[1], std::pow(ZoomPerWindow, -dy / this->Height));
       break;
+    case Mode::Rectangle:
+      return true;
   }
   this->Camera.Changed();
   return true;
+}
+
+//--------------------------------------------------------------------------------------------------
+auto zylViewInteraction::Release(double x, double y, double time) -> Gesture
+{
+  const Mode mode = std::exchange(this->Active, Mode::None);
+  if (mode == Mode::None || this->Dragging)
+  {
+    return mode == Mode::Rectangle ? Gesture::Rectangle : Gesture::None;
+  }
+  if (mode != Mode::Orbit && mode != Mode::Rectangle)
+  {
+    return Gesture::None;
+  }
+  const bool again = time - this->Clicked[2] < DoubleClickTime &&
+    std::hypot(x - this->Clicked[0], y - this->Clicked[1]) < ClickReach;
+  this->Clicked[0] = x;
+  this->Clicked[1] = y;
+  this->Clicked[2] = again ? time - DoubleClickTime : time; // a third one is a first
+  return again ? Gesture::DoubleClick : Gesture::Click;
+}
+
+//--------------------------------------------------------------------------------------------------
+const double* zylViewInteraction::GetRectangle() const
+{
+  return this->Active == Mode::Rectangle && this->Dragging ? this->Corners : nullptr;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -63,8 +99,8 @@ void zylViewInteraction::Pan(double dx, double dy)
 {
   double from[3], to[3], position[3], focus[3];
   vtkCamera* camera = this->Camera.Get();
-  this->PointAt(this->Last[0] - dx, this->Last[1] - dy, from);
-  this->PointAt(this->Last[0], this->Last[1], to);
+  this->Camera.PointAt(this->Corners[2] - dx, this->Corners[3] - dy, from);
+  this->Camera.PointAt(this->Corners[2], this->Corners[3], to);
   camera->GetPosition(position);
   camera->GetFocalPoint(focus);
   for (int i = 0; i < 3; ++i)
@@ -81,7 +117,7 @@ void zylViewInteraction::ZoomAt(double x, double y, double factor)
 {
   vtkCamera* camera = this->Camera.Get();
   double fixed[3], position[3], focus[3];
-  this->PointAt(x, y, fixed);
+  this->Camera.PointAt(x, y, fixed);
   camera->GetPosition(position);
   camera->GetFocalPoint(focus);
   // Shrinking position and focal point towards the fixed point keeps it under the cursor.
@@ -97,27 +133,4 @@ void zylViewInteraction::ZoomAt(double x, double y, double factor)
   camera->SetPosition(position);
   camera->SetFocalPoint(focus);
   this->Camera.Changed();
-}
-
-//--------------------------------------------------------------------------------------------------
-// The point under a pixel in the plane through the focal point that faces the eye.
-void zylViewInteraction::PointAt(double x, double y, double point[3]) const
-{
-  vtkCamera* camera = this->Camera.Get();
-  double forward[3], up[3], right[3];
-  camera->GetDirectionOfProjection(forward);
-  camera->GetViewUp(up);
-  vtkMath::Cross(forward, up, right);
-  vtkMath::Normalize(right);
-  vtkMath::Cross(right, forward, up);
-  const double half = camera->GetParallelProjection()
-    ? camera->GetParallelScale()
-    : camera->GetDistance() * std::tan(vtkMath::RadiansFromDegrees(camera->GetViewAngle()) / 2.0);
-  const double across = half * (2.0 * x - this->Width) / this->Height;
-  const double upwards = half * (1.0 - 2.0 * y / this->Height);
-  camera->GetFocalPoint(point);
-  for (int i = 0; i < 3; ++i)
-  {
-    point[i] += across * right[i] + upwards * up[i];
-  }
 }

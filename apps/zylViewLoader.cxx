@@ -177,7 +177,6 @@ vtkSmartPointer<zylDataSet> zylViewLoader::LoadFiles()
 {
   const auto& files = this->Options.Files;
   zylViewProgress progress("loading " + fs::path(files.front()).filename().string(), this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
   zylViewTimes::Watch watch(this->Times, "load");
   this->Messages.Clear();
   auto dataset = vtkSmartPointer<zylDataSet>::New();

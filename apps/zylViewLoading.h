@@ -4,6 +4,7 @@
 #define zylViewLoading_h
 
 #include "zylViewBackdrop.h"
+#include "zylViewPaint.h"
 
 #include <string>
 
@@ -14,23 +15,18 @@ class zylViewLoading
 public:
   /// `options` (borrowed) have the colors. A context of OpenGL 3.2 or later must be current, here,
   /// in Paint() and in the destructor.
-  explicit zylViewLoading(const zylViewOptions& options);
-  ~zylViewLoading();
-  zylViewLoading(const zylViewLoading&) = delete;
-  zylViewLoading& operator=(const zylViewLoading&) = delete;
+  explicit zylViewLoading(const zylViewOptions& options)
+    : Options(options)
+  {
+  }
 
   /// Fill the bound framebuffer of that size in pixels; `fraction` below 0 is unknown.
-  void Paint(int width, int height, int pixelRatio, const std::string& work, double fraction) const;
+  void Paint(int width, int height, int pixelRatio, const std::string& work, double fraction);
 
 private:
-  void PaintBar(int width, int height, double fraction) const;
-  void PaintText(int width, int height, int pixelRatio, const std::string& text) const;
-
   const zylViewOptions& Options;
   zylViewBackdrop Backdrop;
-  unsigned int Program = 0;
-  unsigned int VertexArray = 0;
-  unsigned int Texture = 0;
+  zylViewPaint Brush;
 };
 
 #endif

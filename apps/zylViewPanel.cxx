@@ -18,9 +18,7 @@
 #include <zylDataSet.h>
 #include <zylDerivedSurfaceRepresentation.h>
 #include <zylPropertyCollection.h>
-#include <zylSelection.h>
 #include <zylTimeController.h>
-#include <zylView.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -40,7 +38,6 @@ public:
   bool Draw() override;
   bool WantsMouse(double x, double y) const override;
   bool WantsKeys() const override { return ImGui::GetIO().WantTextInput; }
-  void SelectAt(int x, int y) override;
 
 private:
   void DrawTime();
@@ -339,29 +336,6 @@ void Panel::DrawFiles()
     this->Message = this->Scene.AddFiles(files);
     this->Changed = true;
   }
-}
-
-//--------------------------------------------------------------------------------------------------
-void Panel::SelectAt(int x, int y)
-{
-  const auto& cases = this->Scene.GetCases();
-  this->Blocks.resize(cases.size());
-  const auto selection = this->Scene.GetView()->SelectBlocks(x, y, x, y);
-  for (std::size_t i = 0; i < cases.size(); ++i)
-  {
-    const bool add = ImGui::GetIO().KeyCtrl;
-    const auto picked = selection->GetBlocks(cases[i]->GetBoundary());
-    if (!add)
-    {
-      this->Blocks[i].Clear();
-    }
-    for (const int block : picked)
-    {
-      this->Blocks[i].Select(static_cast<unsigned int>(block), true);
-    }
-    this->Blocks[i].Highlight(*cases[i]);
-  }
-  this->Scene.Update();
 }
 } // namespace
 

@@ -20,9 +20,6 @@ public:
   virtual bool WantsMouse(double x, double y) const = 0;
   virtual bool WantsKeys() const = 0;
   ///@}
-  /// Select the block under a pixel, counted from the lower left corner, or nothing. The context is
-  /// current.
-  virtual void SelectAt(int x, int y) = 0;
 };
 
 /// Null where the program is built without the toolkit of the panel. All borrowed; made after the

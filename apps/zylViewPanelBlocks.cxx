@@ -6,7 +6,6 @@
 #include "zylViewSettings.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include <zylBoundaryRepresentation.h>
 #include <zylPropertyCollection.h>
@@ -15,11 +14,23 @@
 
 namespace {
 constexpr float TreeHeight = 200.0f;
-constexpr int HighlightStyle = 2; // an outline hides nothing
 
 zylPropertyCollection* Surface(zylViewCase& one, unsigned int block)
 {
   return one.GetBoundary()->GetSurfaceProperties(static_cast<int>(block));
+}
+// To the first selected block.
+void ScrollTo(const std::vector<const zylViewBlock*>& shown, const zylViewMarks& marks)
+{
+  const auto selected = [&marks](const zylViewBlock* block) {
+    return block->Leaf && marks.GetBlocks().count(block->Id) > 0;
+  };
+  const auto place = std::find_if(shown.begin(), shown.end(), selected);
+  if (place != shown.end())
+  {
+    const auto row = static_cast<float>(place - shown.begin());
+    ImGui::SetScrollY(row * ImGui::GetFrameHeightWithSpacing() - TreeHeight / 2.0f);
+  }
 }
 } // namespace
 
@@ -37,6 +48,11 @@ bool zylViewPanelBlocks::DrawTree(zylViewCase& one)
     }
   }
   ImGui::BeginChild("tree", ImVec2(0.0f, TreeHeight), true);
+  zylViewMarks& marks = one.GetMarks();
+  if (marks.TakeReveal())
+  {
+    ScrollTo(shown, marks);
+  }
   ImGuiListClipper clipper; // of thousands of blocks those that are in sight
   clipper.Begin(static_cast<int>(shown.size()));
   while (clipper.Step())
@@ -62,16 +78,18 @@ bool zylViewPanelBlocks::DrawTree(zylViewCase& one)
       ImGui::SameLine();
       const bool selected = !block.Leaves.empty() &&
         std::all_of(block.Leaves.begin(), block.Leaves.end(),
-          [this](unsigned int leaf) { return this->Selected.count(leaf) > 0; });
+          [&marks](unsigned int leaf) { return marks.GetBlocks().count(leaf) > 0; });
       if (ImGui::Selectable(block.Name.c_str(), selected))
       {
-        bool add = ImGui::GetIO().KeyCtrl;
+        if (!ImGui::GetIO().KeyCtrl)
+        {
+          marks.Clear();
+        }
         for (const unsigned int leaf : block.Leaves)
         {
-          this->Select(leaf, add);
-          add = true;
+          marks.Select(leaf);
         }
-        this->Highlight(one);
+        marks.Apply(one);
         changed = true;
       }
       ImGui::PopID();
@@ -84,7 +102,8 @@ bool zylViewPanelBlocks::DrawTree(zylViewCase& one)
 //--------------------------------------------------------------------------------------------------
 bool zylViewPanelBlocks::DrawSettings(zylViewCase& one)
 {
-  if (this->Selected.empty())
+  const auto& selected = one.GetMarks().GetBlocks();
+  if (selected.empty())
   {
     ImGui::TextUnformatted("Select a block, here or in the picture.");
     return false;
@@ -96,7 +115,7 @@ bool zylViewPanelBlocks::DrawSettings(zylViewCase& one)
     if (ImGui::TreeNode(kind.Name))
     {
       std::vector<zylPropertyCollection*> all;
-      for (const unsigned int block : this->Selected)
+      for (const unsigned int block : selected)
       {
         all.push_back((one.GetBoundary()->*kind.Get)(static_cast<int>(block)));
       }
@@ -106,25 +125,4 @@ bool zylViewPanelBlocks::DrawSettings(zylViewCase& one)
     }
   }
   return changed;
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewPanelBlocks::Select(unsigned int block, bool add)
-{
-  if (!add)
-  {
-    this->Selected.clear();
-  }
-  this->Selected.insert(block);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylViewPanelBlocks::Highlight(zylViewCase& one) const
-{
-  one.GetBoundary()->ClearHighlights();
-  if (!this->Selected.empty())
-  {
-    one.GetBoundary()->Highlight(
-      std::vector<int>(this->Selected.begin(), this->Selected.end()), HighlightStyle);
-  }
 }

@@ -8,9 +8,9 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <zylProgress.h>
+
 #include <vtkCommand.h>
-#include <vtkPVProgressHandler.h>
-#include <vtkSMSession.h>
 
 namespace {
 using namespace std::chrono_literals;
@@ -42,16 +42,15 @@ zylViewProgress::zylViewProgress(const std::string& title, const Alive& alive)
   , Start(std::chrono::steady_clock::now())
   , Thread(&zylViewProgress::Beat, this)
 {
+  this->Observer = zylProgress::GetInstance()->AddObserver(
+    vtkCommand::ProgressEvent, this, &zylViewProgress::OnProgress);
   this->Ask();
 }
 
 //--------------------------------------------------------------------------------------------------
 zylViewProgress::~zylViewProgress()
 {
-  if (this->Handler)
-  {
-    this->Handler->RemoveObserver(this->Observer);
-  }
+  zylProgress::GetInstance()->RemoveObserver(this->Observer);
   {
     std::lock_guard<std::mutex> lock(this->Mutex);
     this->Stopping = true;
@@ -73,18 +72,6 @@ void zylViewProgress::Clear()
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewProgress::Observe(vtkSMSession* session)
-{
-  vtkPVProgressHandler* handler = session != nullptr ? session->GetProgressHandler() : nullptr;
-  if (handler != nullptr && !this->Handler)
-  {
-    this->Handler = handler;
-    this->Observer =
-      handler->AddObserver(vtkCommand::ProgressEvent, this, &zylViewProgress::OnProgress);
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylViewProgress::Set(double fraction, const std::string& text)
 {
   std::lock_guard<std::mutex> lock(this->Mutex);
@@ -95,8 +82,8 @@ void zylViewProgress::Set(double fraction, const std::string& text)
 //--------------------------------------------------------------------------------------------------
 void zylViewProgress::OnProgress(vtkObject*, unsigned long, void*)
 {
-  const char* text = this->Handler->GetLastProgressText();
-  this->Set(this->Handler->GetLastProgress() / 100.0, text != nullptr ? text : "");
+  const zylProgress* progress = zylProgress::GetInstance();
+  this->Set(progress->GetFraction(), progress->GetText());
   this->Ask();
 }
 

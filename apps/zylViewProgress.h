@@ -13,11 +13,7 @@
 #include <string>
 #include <thread>
 
-#include <vtkWeakPointer.h>
-
 class vtkObject;
-class vtkPVProgressHandler;
-class vtkSMSession;
 
 class zylViewProgress
 {
@@ -32,9 +28,6 @@ public:
   ~zylViewProgress();
   zylViewProgress(const zylViewProgress&) = delete;
   zylViewProgress& operator=(const zylViewProgress&) = delete;
-
-  /// Follow a session's progress events (borrowed; null is ignored).
-  void Observe(vtkSMSession* session);
 
   /// Work that counts itself: `fraction` in [0, 1] of the step named `text`.
   void Set(double fraction, const std::string& text);
@@ -51,7 +44,6 @@ private:
   std::FILE* const Out; ///< the terminal, whatever happens to stderr meanwhile
   const bool Terminal;
   const std::chrono::steady_clock::time_point Start;
-  vtkWeakPointer<vtkPVProgressHandler> Handler;
   unsigned long Observer = 0;
   std::chrono::steady_clock::time_point Asked; ///< whether the user still waits
 

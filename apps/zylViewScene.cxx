@@ -114,10 +114,10 @@ void zylViewScene::Derive()
 void zylViewScene::Show(int width, int height, int pixelRatio)
 {
   zylViewProgress progress("preparing the view", this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
   zylViewTimes::Watch watch(this->Times, "update");
   this->View = vtkSmartPointer<zylView>::New();
   this->Camera = std::make_unique<zylViewCamera>(this->Cases.front()->GetOptions(), this->View);
+  this->Camera->SetSize(width, height);
   this->Width = width;
   this->Height = height;
   this->PixelRatio = pixelRatio;
@@ -135,6 +135,7 @@ void zylViewScene::Show(int width, int height, int pixelRatio)
     if (this->State != nullptr)
     {
       this->State->RestoreDisplays(*one->GetOptions().Restored, *one);
+      one->ShowNewBlocks();
     }
     one->AddTo(this->View);
   }
@@ -195,7 +196,7 @@ void zylViewScene::Format()
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::OpenCamera()
 {
-  this->Camera->Open(this->Width, this->Height);
+  this->Camera->Open();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -214,6 +215,7 @@ void zylViewScene::Resize(int width, int height)
   this->Height = height;
   this->Format();
   this->View->SetWindowSize(width, height);
+  this->Camera->SetSize(width, height);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -227,7 +229,6 @@ void zylViewScene::Step(int direction)
   }
   const double now = time->GetActiveTime();
   zylViewProgress progress("loading the time step", this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
   if (direction > 0)
   {
     now >= steps.back() ? time->GoToFirstTimeStep() : time->GoToNextTimeStep();
@@ -246,7 +247,6 @@ void zylViewScene::GoToStep(int step)
   if (step >= 1 && step <= static_cast<int>(steps.size()))
   {
     zylViewProgress progress("loading the time step", this->Alive);
-    progress.Observe(zylCore::GetInstance()->GetSession());
     zylTimeController::GetInstance()->GoToTime(steps[step - 1]);
     this->ShowTime();
   }
@@ -260,6 +260,10 @@ void zylViewScene::ShowTime()
   {
     one->ReadBlocks();
     one->Update(); // the values of expressions are known only then
+    if (one->ShowNewBlocks())
+    {
+      one->Update();
+    }
   }
   zylSetColorRanges(this->Cases, zylViewRange::Grow);
   this->Update();

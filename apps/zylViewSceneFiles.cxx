@@ -33,7 +33,6 @@ void zylViewScene::Load()
     this->LoadFiles(this->Options);
   }
   zylViewProgress progress("loading the time step", this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
   this->GoToTime();
 }
 
@@ -137,7 +136,6 @@ std::string zylViewScene::GetName() const
 void zylViewScene::Reload()
 {
   zylViewProgress progress("reading the files again", this->Alive);
-  progress.Observe(zylCore::GetInstance()->GetSession());
   for (const auto& one : this->Cases)
   {
     one->Reload();

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 
 #include <zylBoundaryRepresentation.h>
 #include <zylDataSet.h>
@@ -233,6 +234,7 @@ void zylViewState::RestoreDisplays(std::size_t index, zylViewCase& target) const
 {
   const Json::Value& json = Member(this->Root, "datasets")[static_cast<int>(index)];
   bool complete = true;
+  std::set<unsigned int> known;
   for (const zylBlockKind& kind : zylGetBlockKinds())
   {
     for (const Json::Value& group : Member(Member(json, "blocks"), kind.Name))
@@ -244,9 +246,14 @@ void zylViewState::RestoreDisplays(std::size_t index, zylViewCase& target) const
           block.isInt() ? (target.GetBoundary()->*kind.Get)(block.asInt()) : nullptr;
         complete =
           settings != nullptr && zylJSONSerializer::Deserialize(text, settings) && complete;
+        if (settings != nullptr)
+        {
+          known.insert(static_cast<unsigned int>(block.asInt()));
+        }
       }
     }
   }
+  target.SetKnownBlocks(known);
   complete = PutClips(Member(json, "clips"), target.GetBoundary()) && complete;
   // What is of an unknown kind has no entry.
   auto entry = target.GetDerived().GetEntries().begin();
@@ -266,7 +273,19 @@ void zylViewState::RestoreDisplays(std::size_t index, zylViewCase& target) const
         complete;
     }
     complete = PutClips(Member(derived, "clips"), representation) && complete;
+    if (Member(derived, "selected").isBool() && Member(derived, "selected").asBool())
+    {
+      target.GetMarks().Select(representation);
+    }
   }
+  for (const Json::Value& block : Member(json, "selected"))
+  {
+    if (block.isInt() && target.GetBoundary()->GetSurfaceProperties(block.asInt()) != nullptr)
+    {
+      target.GetMarks().Select(static_cast<unsigned int>(block.asInt()));
+    }
+  }
+  target.GetMarks().Apply(target);
   std::array<double, 2> range{};
   if (Read(Member(Member(json, "colors"), "range"), range))
   {
@@ -303,6 +322,10 @@ void zylViewState::RestoreView(zylView* view, zylViewCamera& camera) const
   eye->SetViewAngle(angle.asDouble());
   eye->SetParallelProjection(parallel.asBool());
   eye->SetParallelScale(scale.asDouble());
+  if (Read(Member(place, "center"), position))
+  {
+    camera.SetCenter(position);
+  }
   camera.Changed();
   if (!complete)
   {

@@ -5,10 +5,13 @@
 ///
 ///     { "zylview": 1, "connect": url, "time": t,
 ///       "window": { "size", "samples", "background", "view", "lights" },
-///       "camera": { "position", "focus", "up", "upright", "angle", "parallel", "scale" },
+///       "camera": { "position", "focus", "up", "upright", "angle", "parallel", "scale",
+///                   "center" },
 ///       "datasets": [ { "files", "reader", "expressions", "settings", "colors",
 ///                       "blocks": { kind: [ { "blocks", "settings" } ] }, "clips",
-///                       "derived": [ { "kind", "settings", "displays", "clips" } ] } ] }
+///                       "selected": [ block ],
+///                       "derived": [ { "kind", "settings", "displays", "selected", "clips" } ]
+///                     } ] }
 #ifndef zylViewState_h
 #define zylViewState_h
 

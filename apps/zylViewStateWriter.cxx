@@ -103,6 +103,7 @@ Json::Value GetDataSetState(zylViewCase& one)
   {
     json["blocks"][kind.Name] = GetBlockSettings(one, kind);
   }
+  json["selected"] = List(one.GetMarks().GetBlocks());
   json["clips"] = GetClips(one.GetBoundary());
   json["derived"] = Json::Value(Json::arrayValue);
   for (const auto& entry : one.GetDerived().GetEntries())
@@ -114,6 +115,7 @@ Json::Value GetDataSetState(zylViewCase& one)
     {
       derived["displays"][display.Name] = ToJson((entry.Representation->*display.Get)());
     }
+    derived["selected"] = one.GetMarks().IsSelected(entry.Representation);
     derived["clips"] = GetClips(entry.Representation);
     json["derived"].append(derived);
   }
@@ -157,6 +159,10 @@ bool zylViewState::Write(const std::string& file,
   place["angle"] = eye->GetViewAngle();
   place["parallel"] = eye->GetParallelProjection() != 0;
   place["scale"] = eye->GetParallelScale();
+  if (camera.GetCenter())
+  {
+    place["center"] = List(*camera.GetCenter());
+  }
   for (const auto& one : cases)
   {
     root["datasets"].append(GetDataSetState(*one));

@@ -31,7 +31,9 @@ it where --opacity or --block asks for them. --array colors all of them.
     --cut 0,0,0,1,0,0 --set Cut.MeshLine.Visibility=true --set Cut.Blocks=Volume
   Integrate, Histogram and Probe have properties too: --set Histogram.BinRanges=0,5
 
-In the window: left drag turns, middle or Shift+left drag pans, wheel or right drag zooms, h helps.
+In the window: left drag turns, middle or Shift+left drag pans, wheel or right drag zooms; the pointer
+at rest shows what is there and its numbers, a click selects, Ctrl+drag selects in a rectangle, a
+double click sets the center of rotation; h lists the keys.
 
 Exit codes: 0 done, 1 rendering or writing failed, 2 bad arguments, 3 a file cannot be read,
 4 no such array, block, setting, color map or reader, 5 no display for a window, 6 no server,

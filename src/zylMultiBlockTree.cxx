@@ -2,6 +2,7 @@
 
 #include "zylArrayInformation.h"
 
+#include <algorithm>
 #include <iostream>
 
 #include <vtkObjectFactory.h>
@@ -69,6 +70,32 @@ void zylMultiBlockTree::ReleaseChildren()
     child->Parent = child->Parent == this ? nullptr : child->Parent;
   }
   this->Children.clear();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylMultiBlockTree::SetOwnBounds(const double bounds[6])
+{
+  std::copy_n(bounds, 6, this->OwnBounds);
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylMultiBlockTree::GetBounds(double bounds[6]) const
+{
+  std::copy_n(this->OwnBounds, 6, bounds);
+  for (const auto& child : this->Children)
+  {
+    double below[6];
+    if (child->GetBounds(below))
+    {
+      const bool first = bounds[0] > bounds[1];
+      for (int i = 0; i < 6; i += 2)
+      {
+        bounds[i] = first ? below[i] : std::min(bounds[i], below[i]);
+        bounds[i + 1] = first ? below[i + 1] : std::max(bounds[i + 1], below[i + 1]);
+      }
+    }
+  }
+  return bounds[0] <= bounds[1];
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -59,6 +59,13 @@ public:
   ///@}
 
   ///@{
+  /// Bounds (xmin, xmax, ymin, ymax, zmin, zmax) of the node's own data (inverted: none), and of
+  /// all that is here and below. False, and inverted bounds, when there is nothing.
+  void SetOwnBounds(const double bounds[6]);
+  bool GetBounds(double bounds[6]) const;
+  ///@}
+
+  ///@{
   /// The parent (borrowed), null for the root. AddChild() does not set it.
   void SetParent(zylMultiBlockTree* parent) { this->Parent = parent; }
   zylMultiBlockTree* GetParent() const { return this->Parent; }
@@ -111,6 +118,7 @@ private:
   std::string BlockName;
   std::string Kind;
   vtkIdType NumberOfRows = 0;
+  double OwnBounds[6] = { 1.0, -1.0, 1.0, -1.0, 1.0, -1.0 };
   zylMultiBlockTree* Parent = nullptr;
   std::vector<vtkSmartPointer<zylMultiBlockTree>> Children;
 };

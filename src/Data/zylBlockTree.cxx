@@ -39,6 +39,7 @@ void Fill(zylMultiBlockTree* node, const Node& info)
   node->SetIsPiece(info.IsPiece);
   node->SetKind(zylGetKind(info));
   node->SetNumberOfRows(info.NumberOfRows);
+  node->SetOwnBounds(info.Bounds);
   node->PointArrays = MakeArrays(info.PointArrays);
   node->CellArrays = MakeArrays(info.CellArrays);
   node->RowArrays = MakeArrays(info.RowArrays);

@@ -10,6 +10,7 @@
 #include <zylView.h>
 
 #include <vtkCamera.h>
+#include <vtkLine.h>
 #include <vtkMath.h>
 #include <vtkMatrix4x4.h>
 #include <vtkNew.h>
@@ -50,7 +51,8 @@ TEST(zylViewCamera, TurnsUpright)
     { std::array<double, 3>{ 0, 0, 1 }, { 0, 1, 0 }, { -1, 0, 0 }, { 0.6, 0, 0.8 } })
   {
     options.Up = up;
-    camera.Open(600, 400);
+    camera.SetSize(600, 400);
+    camera.Open();
     EXPECT_NEAR(GetRoll(camera, up), 0.0, 1e-9);
     EXPECT_GT(GetHeight(camera, up), 0.3); // from above
     // In circles, over both poles.
@@ -74,7 +76,8 @@ TEST(zylViewCamera, TurnsFreelyAndComesBack)
   zylViewOptions options;
   zylViewCamera camera(options, view);
   camera.SetBounds(Bounds);
-  camera.Open(600, 400);
+  camera.SetSize(600, 400);
+  camera.Open();
   const auto matrix = [&camera] {
     const double* elements = camera.Get()->GetModelViewTransformMatrix()->GetData();
     return std::vector<double>(elements, elements + 16);
@@ -88,7 +91,7 @@ TEST(zylViewCamera, TurnsFreelyAndComesBack)
   EXPECT_GT(GetRoll(camera, options.Up), 0.1);
   camera.SetFree(false);
   EXPECT_NEAR(GetRoll(camera, options.Up), 0.0, 1e-9);
-  camera.Open(600, 400);
+  camera.Open();
   EXPECT_EQ(matrix(), opening);
 }
 
@@ -101,7 +104,7 @@ TEST(zylViewCamera, LeavesThePole)
   zylViewCamera camera(options, view);
   const double flat[6] = { 0.0, 4.0, 0.0, 2.0, 0.0, 0.0 };
   camera.SetBounds(flat);
-  camera.Open(600, 400);
+  camera.Open();
   EXPECT_NEAR(GetHeight(camera, options.Up), 1.0, 1e-12);
   camera.Orbit(0.0, -40.0);
   double along[3];
@@ -109,4 +112,103 @@ TEST(zylViewCamera, LeavesThePole)
   EXPECT_NEAR(along[0], 0.0, 1e-9);
   EXPECT_GT(along[1], 0.5);
   EXPECT_NEAR(GetRoll(camera, options.Up), 0.0, 1e-9);
+}
+
+//--------------------------------------------------------------------------------------------------
+// Upright and free, in perspective and in parallel: the center stays where it is seen, and pixels
+// and space agree.
+TEST(zylViewCamera, TurnsAboutTheCenter)
+{
+  vtkNew<zylView> view;
+  zylViewOptions options;
+  zylViewCamera camera(options, view);
+  camera.SetSize(600, 400);
+  camera.SetBounds(Bounds);
+  for (const bool free : { false, true })
+  {
+    for (const bool parallel : { false, true })
+    {
+      camera.SetFree(free);
+      camera.Get()->SetParallelProjection(parallel);
+      camera.Open();
+      const std::array<double, 3> center{ 3.0, 0.5, 1.0 };
+      const auto seen = [&camera, &center] {
+        std::array<double, 4> line{};
+        EXPECT_TRUE(camera.Project(center.data(), center.data(), line.data()));
+        return line;
+      };
+      camera.SetCenter(center);
+      const auto before = seen();
+      const double height = GetHeight(camera, options.Up);
+      for (int i = 0; i < 3; ++i)
+      {
+        camera.Orbit(20.0, -10.0);
+        const auto after = seen();
+        EXPECT_NEAR(after[0], before[0], 1e-6);
+        EXPECT_NEAR(after[1], before[1], 1e-6);
+      }
+      EXPECT_LT(GetHeight(camera, options.Up), height - 0.2);
+      double from[3], to[3], at[3];
+      camera.PointAt(123.0, 45.0, at);
+      std::array<double, 4> line{};
+      ASSERT_TRUE(camera.Project(at, at, line.data()));
+      EXPECT_NEAR(line[0], 123.0, 1e-6);
+      EXPECT_NEAR(line[1], 45.0, 1e-6);
+      camera.GetRay(before[0], before[1], from, to);
+      EXPECT_LT(vtkLine::DistanceToLine(center.data(), from, to), 1e-9);
+      const double unit[3] = { at[0] + camera.Get()->GetViewUp()[0],
+        at[1] + camera.Get()->GetViewUp()[1], at[2] + camera.Get()->GetViewUp()[2] };
+      ASSERT_TRUE(camera.Project(at, unit, line.data()));
+      EXPECT_NEAR(line[1] - line[3], camera.GetPixelsPerUnit(at), 1e-6);
+    }
+  }
+  camera.Reset();
+  EXPECT_FALSE(camera.GetCenter());
+  const double* eye = camera.Get()->GetPosition();
+  const double behind[3] = { 2.0 * eye[0], 2.0 * eye[1], 2.0 * eye[2] };
+  std::array<double, 4> line{};
+  camera.Get()->SetParallelProjection(false);
+  EXPECT_FALSE(camera.Project(behind, behind, line.data()));
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST(zylViewCamera, TellsClicksFromDrags)
+{
+  using Mode = zylViewInteraction::Mode;
+  using Gesture = zylViewInteraction::Gesture;
+  vtkNew<zylView> view;
+  zylViewOptions options;
+  zylViewCamera camera(options, view);
+  zylViewInteraction interaction(camera);
+  interaction.SetSize(600, 400);
+  camera.SetBounds(Bounds);
+  camera.Open();
+  const struct
+  {
+    Mode Pressed;
+    double Aside, Time; ///< how far the mouse moves before the release, and when that is
+    Gesture Meant;
+  } rows[] = {
+    { Mode::Orbit, 0.0, 1.0, Gesture::Click },
+    { Mode::Orbit, 3.0, 1.2, Gesture::DoubleClick },
+    { Mode::Orbit, 0.0, 1.3, Gesture::Click }, // the third one
+    { Mode::Orbit, 0.0, 2.0, Gesture::Click },
+    { Mode::Orbit, 30.0, 2.1, Gesture::None },
+    { Mode::Pan, 0.0, 3.0, Gesture::None },
+    { Mode::Rectangle, 0.0, 4.0, Gesture::Click },
+    { Mode::Rectangle, 30.0, 4.1, Gesture::Rectangle },
+    { Mode::None, 0.0, 5.0, Gesture::None },
+  };
+  for (const auto& row : rows)
+  {
+    const std::array<double, 3> before{ camera.Get()->GetPosition()[0],
+      camera.Get()->GetPosition()[1], camera.Get()->GetPosition()[2] };
+    interaction.Press(row.Pressed, 100, 100);
+    const bool moved = interaction.Move(100 + row.Aside, 100);
+    EXPECT_EQ(moved, row.Aside > 4.0) << row.Time;
+    EXPECT_EQ(interaction.GetRectangle() != nullptr, moved && row.Pressed == Mode::Rectangle);
+    EXPECT_EQ(interaction.Release(100 + row.Aside, 100, row.Time), row.Meant) << row.Time;
+    EXPECT_EQ(before[0] == camera.Get()->GetPosition()[0], !moved || row.Pressed != Mode::Orbit);
+    EXPECT_FALSE(interaction.Move(400, 300)); // nothing is pressed
+  }
 }

@@ -105,6 +105,19 @@ TEST(zylViewSceneFile, TheReopenedPictureIsTheSaved)
     EXPECT_LT(Difference(ReadPicture(saved), ReadPicture(opened)), 0.001) << s.Arguments;
     EXPECT_EQ(Read(scene), Read(Folder() + "/again.json")) << s.Arguments;
   }
+  // What is selected is outlined, there and here.
+  const std::string scene = Save("--cut 0.5,0.5,0.5,1,0,0 --opacity 0.5");
+  const Picture plain = ReadPicture(Folder() + "/saved.png");
+  std::string text = Replace(Read(scene), "\"selected\" : []", "\"selected\" : [ 1 ]");
+  text = Replace(text, "\"selected\" : false", "\"selected\" : true");
+  std::ofstream(scene) << text;
+  const std::string again = Folder() + "/again.json";
+  EXPECT_EQ(Open(scene, "--save-state " + again).ExitCode, 0);
+  const Picture outlined = ReadPicture(Folder() + "/opened.png");
+  EXPECT_GT(Difference(plain, outlined), 0.005);
+  EXPECT_EQ(Open(again, "--save-state " + scene).ExitCode, 0);
+  EXPECT_EQ(Difference(outlined, ReadPicture(Folder() + "/opened.png")), 0.0);
+  EXPECT_EQ(Read(again), Read(scene));
 }
 
 //--------------------------------------------------------------------------------------------------

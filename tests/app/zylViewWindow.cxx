@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -33,6 +35,7 @@ bool zylViewWindow::IsPossible()
 //--------------------------------------------------------------------------------------------------
 zylViewWindow::zylViewWindow(const std::string& arguments, const std::string& title)
   : Program([this, arguments] {
+    Execute("xdotool mousemove 1270 1010"); // beside the window, wherever it was left
     this->Result = Execute("cd " + Folder() + " && " + ZYL_VIEW + " --size 600x400 " + arguments);
   })
 {
@@ -73,6 +76,25 @@ void zylViewWindow::Do(const std::string& commands)
   const Outcome done = Execute("xdotool windowmove " + this->Id + " 0 0 windowfocus --sync " +
     this->Id + " " + (commands == "windowfocus" ? "" : commands));
   EXPECT_EQ(done.ExitCode, 0) << commands << ": " << done.Text;
+}
+
+//--------------------------------------------------------------------------------------------------
+Json::Value zylViewWindow::Save()
+{
+  const std::string file = Folder() + "/zylview-1.json";
+  std::filesystem::remove(file);
+  this->Do("key s");
+  Json::Value scene;
+  bool read = false;
+  for (int i = 0; i < Patience && !read; ++i)
+  {
+    std::this_thread::sleep_for(100ms);
+    std::ifstream stream(file);
+    Json::CharReaderBuilder reader;
+    read = stream.good() && Json::parseFromStream(reader, stream, &scene, nullptr);
+  }
+  EXPECT_TRUE(read) << "no scene";
+  return scene;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -8,6 +8,8 @@
 #include <string>
 #include <thread>
 
+#include <vtk_jsoncpp.h>
+
 class zylViewWindow
 {
 public:
@@ -23,6 +25,8 @@ public:
   /// Commands of xdotool in the window: "key 0", "mousemove 300 200 mousedown 1 ...".
   void Do(const std::string& commands);
   std::string GetTitle() const;
+  /// Save the scene with the key, and read it.
+  Json::Value Save();
   ///@{
   /// What is seen now, and once that no longer changes.
   zylViewRun::Picture Grab() const;

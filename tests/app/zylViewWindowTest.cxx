@@ -2,6 +2,9 @@
 #include "zylViewWindow.h"
 #include "zylTestData.h"
 
+#include <regex>
+#include <set>
+
 #include <vtkMultiBlockDataSet.h>
 
 #include <gtest/gtest.h>
@@ -38,8 +41,18 @@ Picture Beside(const Picture& picture)
   return part;
 }
 
+std::vector<int> GetSelected(const Json::Value& scene)
+{
+  std::vector<int> blocks;
+  for (const Json::Value& block : scene["datasets"][0]["selected"])
+  {
+    blocks.push_back(block.asInt());
+  }
+  return blocks;
+}
+
 constexpr const char* Drag = "mousemove 300 200 mousedown 1 mousemove 340 230 sleep 0.1 "
-                             "mousemove 420 290 mouseup 1";
+                             "mousemove 420 290 mouseup 1 mousemove 597 3";
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -144,7 +157,118 @@ TEST_F(zylViewWindowTest, KeysChangeWhatIsShown)
   zylTestData::Write(zylTestData::MakeRow(3, 20), this->Row);
   window.Do("key F5 key e");
   EXPECT_GT(Difference(last, window.Look()), 0.02); // a finer mesh
-  EXPECT_EQ(window.Quit().Text, "zylview-1.png\nzylview-1.json\n");
+  // Blocks that are new look like those that were there.
+  zylTestData::Write(zylTestData::MakeRow(5), this->Row);
+  window.Do("key F5 key r");
+  EXPECT_GT(Difference(last, window.Look()), 0.05);
+  const Json::Value scene = window.Save();
+  for (const char* kind : { "Surface", "MeshLine" })
+  {
+    const Json::Value& looks = scene["datasets"][0]["blocks"][kind];
+    ASSERT_EQ(looks.size(), 1u) << kind;
+    EXPECT_EQ(looks[0]["blocks"].size(), 5u) << kind;
+  }
+  EXPECT_EQ(window.Quit().Text, "zylview-1.png\nzylview-1.json\nzylview-1.json\n");
+}
+
+//--------------------------------------------------------------------------------------------------
+// The arrays of the row are functions of the place, so that each line can be checked by another.
+TEST_F(zylViewWindowTest, TellsTheNumbersUnderThePointer)
+{
+  zylViewWindow window("--stats --no-legend --cut 0.5,0.5,0.5,1,0,0.2 --opacity 1 --block "
+                       "1:Visibility=false " +
+    this->Row);
+  const Picture plain = window.Look();
+  const char* places[] = { "130 220", "300 190", "400 180" };
+  for (const char* place : places)
+  {
+    window.Do(std::string("mousemove ") + place);
+    const Picture hovered = window.Look();
+    EXPECT_GT(Difference(plain, hovered), 0.03) << place;
+    window.Do("key i");
+  }
+  window.Do("mousemove 597 3");
+  EXPECT_LT(Difference(plain, window.Look()), 0.0001);
+  window.Do("key i"); // there is nothing
+  window.Do("mousemove 300 190 mousedown 2 sleep 1");
+  EXPECT_LT(Difference(plain, window.Look()), 0.0001); // a pressed button means something else
+  window.Do("mouseup 2 key shift+i mousemove 310 190 sleep 1");
+  EXPECT_LT(Difference(plain, window.Look()), 0.0001); // it is switched off
+  const std::string text = window.Quit().Text;
+  const std::regex numbers("\n?(Cut 1|block_[23], block [23]), cell \\d+\nat (\\S+), (\\S+), (\\S+)"
+                           "\npressure: (\\S+)\nvelocity: (\\S+) (\\S+) (\\S+)  \\(\\S+\\)");
+  std::set<std::string> names;
+  for (std::sregex_iterator i(text.begin(), text.end(), numbers), end; i != end; ++i)
+  {
+    const auto number = [&i](int part) { return std::stod((*i)[part]); };
+    names.insert((*i)[1]);
+    EXPECT_NEAR(number(5), number(2), 1e-5) << i->str();
+    EXPECT_NEAR(number(6), number(3), 1e-5) << i->str();
+    EXPECT_NEAR(number(7), 1.0 - number(2), 1e-5) << i->str();
+    EXPECT_NEAR(number(8), number(4), 1e-5) << i->str();
+  }
+  EXPECT_EQ(names, (std::set<std::string>{ "Cut 1", "block_2, block 2", "block_3, block 3" }))
+    << text;
+  // Not one frame of the scene was drawn for all that, but the first and what was needed to open.
+  EXPECT_EQ(text.find("mean of"), std::string::npos) << text;
+}
+
+//--------------------------------------------------------------------------------------------------
+TEST_F(zylViewWindowTest, ClicksSelectAndSetTheCenter)
+{
+  zylViewWindow window("--no-legend --view 1 " + this->Row);
+  const Picture plain = window.Look();
+  const struct
+  {
+    const char* Does;
+    std::vector<int> Selected;
+  } rows[] = {
+    { "mousemove 300 200 click 1", { 2 } },
+    { "mousemove 200 200 keydown ctrl click 1 keyup ctrl", { 1, 2 } },
+    { "mousemove 300 200 sleep 1 keydown ctrl click 1 keyup ctrl", { 1 } },
+    { "mousemove 400 200 click 1", { 3 } },
+    { "mousemove 590 390 click 1", {} },
+    { "mousemove 250 100 keydown ctrl mousedown 1 mousemove 300 150 sleep 0.1 mousemove 430 330 "
+      "mouseup 1 keyup ctrl",
+      { 2, 3 } },
+    { "mousemove 150 100 keydown ctrl mousedown 1 mousemove 200 150 sleep 0.1 mousemove 210 330 "
+      "keydown shift mouseup 1 keyup shift keyup ctrl",
+      { 1, 2, 3 } },
+    { "mousemove 250 100 keydown ctrl mousedown 1 mousemove 200 50 sleep 0.1 mousemove 1 1 "
+      "mouseup 1 keyup ctrl",
+      {} },
+  };
+  for (const auto& row : rows)
+  {
+    window.Do(std::string(row.Does) + " mousemove 597 3");
+    EXPECT_EQ(GetSelected(window.Save()), row.Selected) << row.Does;
+    EXPECT_EQ(Difference(plain, window.Look()) > 0.001, !row.Selected.empty()) << row.Does;
+  }
+  // The point that was picked stays where it is seen.
+  window.Do("mousemove 400 200 click 1 sleep 0.1 click 1 mousemove 400 200");
+  const Json::Value center = window.Save()["camera"]["center"];
+  ASSERT_EQ(center.size(), 3u);
+  EXPECT_GT(center[0].asDouble(), 2.0);
+  EXPECT_NEAR(center[2].asDouble(), 1.0, 1e-6); // on the surface
+  window.Do("key i mousemove 300 200 mousedown 1 mousemove 320 220 sleep 0.1 mousemove 340 230 "
+            "mouseup 1 mousemove 400 200");
+  const Picture turned = window.Look();
+  EXPECT_GT(Difference(plain, turned), 0.05);
+  window.Do("key i key r");
+  EXPECT_FALSE(window.Save()["camera"].isMember("center"));
+  const std::string text = window.Quit().Text;
+  const std::regex place("block_3, block 3, cell \\d+\nat (\\S+), (\\S+), (\\S+)");
+  std::vector<std::smatch> matches;
+  for (std::sregex_iterator i(text.begin(), text.end(), place), end; i != end; ++i)
+  {
+    matches.push_back(*i);
+  }
+  ASSERT_EQ(matches.size(), 2u) << text;
+  for (int i = 0; i < 3; ++i)
+  {
+    EXPECT_NEAR(std::stod(matches[0][1 + i]), center[i].asDouble(), 0.01);
+    EXPECT_NEAR(std::stod(matches[1][1 + i]), center[i].asDouble(), 0.02);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

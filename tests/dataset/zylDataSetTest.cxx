@@ -71,6 +71,19 @@ TEST(zylDataSet, NumbersAndNamesTheBlocks)
   double bounds[6];
   EXPECT_TRUE(data->GetBounds(bounds));
   EXPECT_EQ(bounds[1], 6.0);
+  const struct
+  {
+    unsigned int Block;
+    double Low, High;
+  } extents[] = { { 0, 0.0, 6.0 }, { 1, 0.0, 1.0 }, { 2, 1.0, 4.0 }, { 4, 2.0, 4.0 },
+    { 6, 3.0, 4.0 }, { 7, 1.0, -1.0 } };
+  for (const auto& extent : extents)
+  {
+    const zylMultiBlockTree* node = root->FindChildWithBlockIndex(extent.Block);
+    EXPECT_EQ(node->GetBounds(bounds), extent.Low < extent.High) << extent.Block;
+    EXPECT_EQ(bounds[0], extent.Low) << extent.Block;
+    EXPECT_EQ(bounds[1], extent.High) << extent.Block;
+  }
   EXPECT_EQ(data->GetNumberOfCells(), 5 * 8);
   EXPECT_EQ(data->GetNumberOfPoints(), 5 * 27);
 }
