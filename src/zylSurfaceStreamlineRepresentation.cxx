@@ -5,8 +5,13 @@
 #include "ParaView/zylPropertyTable.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "ParaView/zylSurfaceMerger.h"
+#include "zylArrayInformation.h"
 #include "zylDataSet.h"
+#include "zylMultiBlockTree.h"
 #include "zylPropertyCollection.h"
+
+#include <map>
+#include <string>
 
 #include <vtkObjectFactory.h>
 #include <vtkSMPropertyHelper.h>
@@ -18,6 +23,26 @@ namespace {
 constexpr zylPropertyRow Rows[] = {
   zylPropertyRow::Double("SurfaceOffset", 0.001).To("ScaleFactor"),
 };
+
+// Whether each name stands for point arrays of one number of components in all leaves below `node`
+// and in those of which `components` tells.
+bool HaveOneShape(zylMultiBlockTree* node, std::map<std::string, unsigned int>& components)
+{
+  bool one = true;
+  for (unsigned int i = 0; i < node->GetNumberOfChildren() && one; ++i)
+  {
+    one = HaveOneShape(node->GetChild(i), components);
+  }
+  if (node->GetNumberOfChildren() == 0)
+  {
+    for (const auto& array : node->PointArrays)
+    {
+      const unsigned int count = array->GetNumberOfComponents();
+      one = one && components.emplace(array->GetName(), count).first->second == count;
+    }
+  }
+  return one;
+}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -72,11 +97,11 @@ void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
   this->OffsetSurface = this->MakeFilter("WarpVector", this->SurfaceNormals);
   // Both inputs at once: with one of them the filter complains.
   vtkSMSourceProxy* volume = this->DataSet->GetOutput();
+  this->ShapeTime = 0;
   this->Sampler =
     zylProxyBuilder(volume->GetSessionProxyManager(), "filters", "ResampleWithDataset")
       .Input(volume, "SourceDataArrays")
       .Input(this->OffsetSurface, "DestinationMesh")
-      .Then(zylParaView::SamplePartialArrays) // boundary patches may have less than volumes
       .Make();
   // The surface itself, with what was sampled off it: seeds picked on the surface lie in it.
   this->BareSurface = this->MakeFilter("PassArrays", this->SurfaceNormals);
@@ -107,6 +132,15 @@ void zylSurfaceStreamlineRepresentation::UpdateLocalPipeline()
   zylPush(this->Properties, Rows, this->OffsetSurface);
   zylFlowTracing::SelectPointArray(this->OffsetSurface, "SelectInputVectors", "Normals");
   this->OffsetSurface->UpdateVTKObjects();
+  // Boundary patches may have less than volumes. Where one name stands for arrays of different
+  // shapes, the sampler would take the shape of one for all.
+  zylMultiBlockTree* tree = this->DataSet->GetMultiBlockTree();
+  if (this->ShapeTime != tree->GetMTime())
+  {
+    this->ShapeTime = tree->GetMTime();
+    std::map<std::string, unsigned int> components;
+    zylParaView::SamplePartialArrays(this->Sampler, HaveOneShape(tree, components));
+  }
   // Derived variables are in the selected blocks only.
   const bool derived =
     this->DataSet->IsDerivedPointVariable(this->Properties->GetString("VectorVariable"));

@@ -51,6 +51,7 @@ private:
   vtkSmartPointer<vtkSMSourceProxy> Sampler;
   vtkSmartPointer<vtkSMSourceProxy> BareSurface;
   vtkSmartPointer<vtkSMSourceProxy> SampledSurface;
+  vtkMTimeType ShapeTime = 0; // of the block tree whose arrays were looked at
 };
 
 #endif

@@ -497,11 +497,11 @@ void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper)
 }
 
 //--------------------------------------------------------------------------------------------------
-void SamplePartialArrays(vtkSMProxy* sampler)
+void SamplePartialArrays(vtkSMProxy* sampler, bool partial)
 {
   if (sampler->GetProperty("PassPartialArrays"))
   {
-    vtkSMPropertyHelper(sampler, "PassPartialArrays").Set(1);
+    vtkSMPropertyHelper(sampler, "PassPartialArrays").Set(partial ? 1 : 0);
     sampler->UpdateVTKObjects();
   }
 }

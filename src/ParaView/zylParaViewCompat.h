@@ -60,8 +60,8 @@ ZYL_PRIVATE bool CanTraceFromTraces(vtkSMSession* session);
 /// Keep the values between `lower` and `upper` (both included) in a "Threshold" filter proxy.
 ZYL_PRIVATE void SetThresholdRange(vtkSMProxy* threshold, double lower, double upper);
 
-/// Let a "ResampleWithDataset" proxy sample arrays that not all blocks have. 5.9 cannot.
-ZYL_PRIVATE void SamplePartialArrays(vtkSMProxy* sampler);
+/// Let a "ResampleWithDataset" proxy sample arrays that not all blocks have, or not. 5.9 cannot.
+ZYL_PRIVATE void SamplePartialArrays(vtkSMProxy* sampler, bool partial);
 
 /// Which leaf blocks of a dataset are to be drawn.
 struct BlockVisibility

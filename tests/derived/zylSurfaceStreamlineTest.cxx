@@ -119,6 +119,26 @@ TEST_F(zylSurfaceStreamline, FollowAPatchFromBlockToBlock)
 }
 
 //--------------------------------------------------------------------------------------------------
+// Blocks that a solver wrote at different times: one name, arrays of different shapes.
+TEST_F(zylSurfaceStreamline, ArraysOfOneNameMayDiffer)
+{
+  auto data = zylFlowData::Make(AlongTheFloor);
+  const auto other = zylFlowData::MakeGrid(AlongTheFloor, 16, 1.0);
+  other->GetPointData()->RemoveArray("pressure");
+  vtkNew<vtkDoubleArray> pressure;
+  pressure->SetName("pressure");
+  pressure->SetNumberOfComponents(6);
+  pressure->SetNumberOfTuples(other->GetNumberOfPoints());
+  pressure->Fill(1.0);
+  other->GetPointData()->AddArray(pressure);
+  data->SetBlock(1, other);
+  ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(data));
+  const auto lines = Trace(this->Lines, this->Data, { 0.1, 0.2, -1.0 });
+  EXPECT_EQ(lines->GetNumberOfLines(), 2);
+  EXPECT_LT(lines->GetBounds()[0], -0.8);
+}
+
+//--------------------------------------------------------------------------------------------------
 TEST_F(zylSurfaceStreamline, CanBeFreedAndSendWhatChanged)
 {
   this->Use(AlongTheFloor);
