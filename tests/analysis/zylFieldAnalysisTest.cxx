@@ -2,33 +2,18 @@
 #include "zylIntegrateFields.h"
 #include "zylPointProbe.h"
 
-#include "zylDataSet.h"
-#include "zylPipelineFixture.h"
-#include "zylPropertyCollection.h"
 #include "zylSolids.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylTimeController.h"
 
-#include <cmath>
-#include <limits>
 #include <numeric>
 
-#include <gtest/gtest.h>
-
-#include <vtkCellData.h>
-#include <vtkDoubleArray.h>
-#include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPolyData.h>
+#include <vtkDataSetAttributes.h>
 #include <vtkTable.h>
-#include <vtkUnstructuredGrid.h>
 
 namespace {
+using testing::HasSubstr;
 using Bins = std::vector<int>;
-using Values = std::vector<double>;
 
 vtkSmartPointer<vtkMultiBlockDataSet> Blocks(std::initializer_list<vtkDataObject*> leaves)
 {
@@ -42,13 +27,6 @@ vtkSmartPointer<vtkMultiBlockDataSet> Blocks(std::initializer_list<vtkDataObject
   return blocks;
 }
 
-vtkSmartPointer<zylDataSet> Load(vtkMultiBlockDataSet* blocks)
-{
-  auto data = vtkSmartPointer<zylDataSet>::New();
-  EXPECT_TRUE(data->InitializeFromVTKDataSet(blocks));
-  return data;
-}
-
 zylIntegrateFields::IntegratedValues_ Integrate(zylDataSet* data, const Bins& blocks)
 {
   vtkNew<zylIntegrateFields> integral;
@@ -56,7 +34,8 @@ zylIntegrateFields::IntegratedValues_ Integrate(zylDataSet* data, const Bins& bl
   return integral->GetIntegratedValues(blocks);
 }
 
-double Of(const std::map<std::string, Values>& values, const char* name, std::size_t component = 0)
+double Of(
+  const std::map<std::string, zylValues>& values, const char* name, std::size_t component = 0)
 {
   const auto found = values.find(name);
   return found != values.end() && component < found->second.size()
@@ -64,26 +43,52 @@ double Of(const std::map<std::string, Values>& values, const char* name, std::si
     : std::numeric_limits<double>::quiet_NaN();
 }
 
-void SetPoints(zylPointProbe* probe, const Values& coordinates)
+void SetPoints(zylPointProbe* probe, const zylValues& coordinates)
 {
-  auto* property = probe->GetProperties()->GetProperty("ProbePoints");
-  property->SetNumberOfElements(unsigned(coordinates.size()));
-  property->SetElements(coordinates.data(), unsigned(coordinates.size()));
+  zylSet(probe->GetProperties(), "ProbePoints", coordinates);
 }
 
 void SetBins(zylFieldHistogram* histogram, const char* name, int count, double low, double high)
 {
-  const double range[] = { low, high };
-  histogram->GetProperties()->Set("VariableName", name);
-  histogram->GetProperties()->Set("BinCount", count);
-  histogram->GetProperties()->Set("BinRanges", range, 2);
+  zylSet(histogram->GetProperties(), "VariableName", name, "BinCount", count, "BinRanges",
+    zylValues{ low, high });
 }
+
+// One of each kind.
+struct Analysis
+{
+  explicit Analysis(zylDataSet* data) { this->Use(data); }
+  void Use(zylDataSet* data)
+  {
+    this->Integral->SetDataSet(data);
+    this->Histogram->SetDataSet(data);
+    this->Probe->SetDataSet(data);
+    this->Probe->Update();
+  }
+  double Integrate(const char* name)
+  {
+    return Of(this->Integral->GetIntegratedValues(0).PointValues, name);
+  }
+  double Probed(unsigned int point, const char* name)
+  {
+    return Of(this->Probe->GetProbedValues(point).PointValues, name);
+  }
+  int Count()
+  {
+    const Bins bins = this->Histogram->GetBins();
+    return std::accumulate(bins.begin(), bins.end(), 0);
+  }
+
+  vtkNew<zylIntegrateFields> Integral;
+  vtkNew<zylFieldHistogram> Histogram;
+  vtkNew<zylPointProbe> Probe;
+};
 } // namespace
 
 TEST(zylIntegrateFields, KnowsBoxes)
 {
   const int n = 4;
-  auto data = Load(zylSolids::MakeBoxes(2, n));
+  auto data = zylLoad(zylSolids::MakeBoxes(2, n));
   const auto first = Integrate(data, { 1 });
   EXPECT_NEAR(Of(first.CellValues, "Volume"), 1.0, 1e-12);
   EXPECT_NEAR(Of(first.CellValues, "two"), 2.0, 1e-12);
@@ -114,7 +119,7 @@ TEST(zylIntegrateFields, ConvergesOnTheBall)
   double errors[3][2];
   for (int i = 0; i < 3; ++i)
   {
-    auto data = Load(Blocks({ zylSolids::MakeBall(8 << i) }));
+    auto data = zylLoad(Blocks({ zylSolids::MakeBall(8 << i) }));
     const auto values = Integrate(data, { 0 });
     errors[i][0] = std::abs(Of(values.PointValues, "one") - volume);
     errors[i][1] = std::abs(Of(values.PointValues, "xx") - moment);
@@ -130,7 +135,7 @@ TEST(zylIntegrateFields, ConvergesOnTheBall)
 
 TEST(zylIntegrateFields, MeasuresWhatTheCellsAre)
 {
-  auto data = Load(
+  auto data = zylLoad(
     Blocks({ zylSolids::MakeBox(2), zylSolids::MakeRectangle(), zylSolids::MakeLine(), nullptr }));
   const auto line = Integrate(data, { 3 });
   EXPECT_NEAR(Of(line.CellValues, "Length"), 5.0, 1e-12);
@@ -150,63 +155,54 @@ TEST(zylIntegrateFields, RefusesWhatDoesNotExist)
   zylTestLog log;
   vtkNew<zylIntegrateFields> integral;
   EXPECT_TRUE(integral->GetIntegratedValues(0).PointValues.empty());
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0);
+  EXPECT_FALSE(log.HasError());
   integral->Update();
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "No dataset set in zylIntegrateFields"));
+  EXPECT_TRUE(log.HasError("No dataset set in zylIntegrateFields"));
   vtkNew<zylDataSet> empty;
   integral->SetDataSet(empty);
   EXPECT_TRUE(integral->GetIntegratedValues(0).PointValues.empty());
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "the dataset is empty"));
-  integral->SetDataSet(Load(zylSolids::MakeBoxes(1, 1)));
+  EXPECT_TRUE(log.HasError("the dataset is empty"));
+  integral->SetDataSet(zylLoad(zylSolids::MakeBoxes(1, 1)));
   for (const int block : { 2, -1, 1000000 })
   {
     EXPECT_TRUE(integral->GetIntegratedValues({ 1, block }).PointValues.empty());
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "No block at index " + std::to_string(block)));
+    EXPECT_TRUE(log.HasError("No block at index " + std::to_string(block)));
   }
   EXPECT_NEAR(Of(integral->GetIntegratedValues(1).PointValues, "one"), 1.0, 1e-12);
 }
 
 TEST(zylFieldAnalysis, TakesDerivedVariablesThreeDeep)
 {
-  auto data = Load(zylSolids::MakeBoxes(2, 2));
+  auto data = zylLoad(zylSolids::MakeBoxes(2, 2));
   data->DefineDerivedPointVariable("double", "2 * x");
   data->DefineDerivedPointVariable("shifted", "double + one");
   data->DefineDerivedPointVariable("three", "shifted - -position[:,0] * 0");
-
-  const auto integral = Integrate(data, { 1 });
-  EXPECT_NEAR(Of(integral.PointValues, "three"), 2.0, 1e-12);
-
-  vtkNew<zylFieldHistogram> histogram;
-  histogram->SetDataSet(data);
-  SetBins(histogram, "three", 4, 1.0, 5.0);
-  const Bins derived = histogram->GetBins();
-  SetBins(histogram, "x", 4, 0.0, 2.0);
-  EXPECT_EQ(derived, histogram->GetBins());
+  Analysis analysis(data);
+  EXPECT_NEAR(Of(Integrate(data, { 1 }).PointValues, "three"), 2.0, 1e-12);
+  SetBins(analysis.Histogram, "three", 4, 1.0, 5.0);
+  const Bins derived = analysis.Histogram->GetBins();
   EXPECT_EQ(derived, Bins({ 9, 9, 18, 18 })); // x = 0, 0.5, 1 and 1, 1.5 and 2
-
+  SetBins(analysis.Histogram, "x", 4, 0.0, 2.0);
+  EXPECT_EQ(derived, analysis.Histogram->GetBins());
   // The probed values go through the expression.
-  vtkNew<zylPointProbe> probe;
-  probe->SetDataSet(data);
-  SetPoints(probe, { 0.3, 0.4, 0.5, 1.25, 0.5, 0.5 });
-  probe->Update();
-  EXPECT_NEAR(Of(probe->GetProbedValues(0).PointValues, "three"), 1.6, 1e-6);
-  EXPECT_NEAR(Of(probe->GetProbedValues(1).PointValues, "three"), 3.5, 1e-6);
+  SetPoints(analysis.Probe, { 0.3, 0.4, 0.5, 1.25, 0.5, 0.5 });
+  analysis.Probe->Update();
+  EXPECT_NEAR(analysis.Probed(0, "three"), 1.6, 1e-6);
+  EXPECT_NEAR(analysis.Probed(1, "three"), 3.5, 1e-6);
   // A new definition reaches all three.
   data->DefineDerivedPointVariable("double", "4 * x");
   EXPECT_NEAR(Of(Integrate(data, { 1 }).PointValues, "three"), 3.0, 1e-12);
-  probe->Update();
-  EXPECT_NEAR(Of(probe->GetProbedValues(0).PointValues, "three"), 2.2, 1e-6);
-  SetBins(histogram, "three", 1, 1.0, 5.0);
-  EXPECT_EQ(histogram->GetBins(), Bins({ 54 }));
+  analysis.Probe->Update();
+  EXPECT_NEAR(analysis.Probed(0, "three"), 2.2, 1e-6);
+  SetBins(analysis.Histogram, "three", 1, 1.0, 5.0);
+  EXPECT_EQ(analysis.Histogram->GetBins(), Bins({ 54 }));
 }
 
 TEST(zylFieldAnalysis, TellsOfExpressionsThatFail)
 {
   const struct
   {
-    const char* Expression;
-    const char* Integral;
-    const char* Histogram;
+    const char *Expression, *Integral, *Histogram;
   } cases[] = {
     { "x + nosuch", "'bad': NameError: name 'nosuch' is not defined, in \"bad = x + nosuch\"",
       "No point has the variable 'bad': NameError" },
@@ -216,49 +212,52 @@ TEST(zylFieldAnalysis, TellsOfExpressionsThatFail)
   };
   for (const auto& test : cases)
   {
-    auto data = Load(zylSolids::MakeBoxes(2, 2));
+    auto data = zylLoad(zylSolids::MakeBoxes(2, 2));
     data->DefineDerivedPointVariable("bad", test.Expression);
-    vtkNew<zylFieldHistogram> histogram;
-    histogram->SetDataSet(data);
-    SetBins(histogram, "bad", 3, 0.0, 1.0);
-    vtkNew<zylPointProbe> probe;
-    probe->SetDataSet(data);
-    SetPoints(probe, { 0.5, 0.5, 0.5 });
     zylTestLog log;
-    EXPECT_NEAR(Of(Integrate(data, { 0 }).PointValues, "x"), 2.0, 1e-12); // nothing else is lost
-    EXPECT_NE(log.Dump().find(test.Integral), std::string::npos) << log.Dump();
-    const Bins bins = histogram->GetBins();
-    EXPECT_EQ(std::accumulate(bins.begin(), bins.end(), 0), 0);
-    EXPECT_NE(log.Dump().find(test.Histogram), std::string::npos) << log.Dump();
-    probe->Update();
-    EXPECT_NEAR(Of(probe->GetProbedValues(0).PointValues, "x"), 0.5, 1e-12);
-    probe->GetProbedValues(0);
-    EXPECT_EQ(
-      log.Count(vtkLogger::VERBOSITY_WARNING, "No values of the derived variables 'bad'"), 2)
-      << log.Dump();
+    Analysis analysis(data);
+    SetBins(analysis.Histogram, "bad", 3, 0.0, 1.0);
+    SetPoints(analysis.Probe, { 0.5, 0.5, 0.5 });
+    EXPECT_NEAR(analysis.Integrate("x"), 2.0, 1e-12); // nothing else is lost
+    EXPECT_THAT(log.Dump(), HasSubstr(test.Integral));
+    EXPECT_EQ(analysis.Count(), 0);
+    EXPECT_THAT(log.Dump(), HasSubstr(test.Histogram));
+    analysis.Probe->Update();
+    EXPECT_NEAR(analysis.Probed(0, "x"), 0.5, 1e-12);
+    analysis.Probed(0, "x");
+    EXPECT_EQ(log.CountWarnings("No values of the derived variables 'bad'"), 2) << log.Dump();
   }
 }
 
 TEST(zylFieldHistogram, CountsThePoints)
 {
-  auto data = Load(zylSolids::MakeBoxes(2, 2));
+  auto data = zylLoad(zylSolids::MakeBoxes(2, 2));
   vtkNew<zylFieldHistogram> histogram;
   histogram->SetDataSet(data);
-  EXPECT_EQ(histogram->GetProperties()->GetInt("BinCount"), 1);
   EXPECT_EQ(histogram->GetProperties()->GetDouble("BinRanges", 1), 100.0);
   EXPECT_TRUE(histogram->GetBins().empty()); // no variable
   histogram->GetProperties()->Set("VariableName", "x");
   EXPECT_EQ(histogram->GetBins(), Bins({ 54 }));
-  SetBins(histogram, "x", 2, 0.0, 2.0);
-  EXPECT_EQ(histogram->GetBins(), Bins({ 18, 36 })); // 1 is in the second bin, 2 too
-  SetBins(histogram, "x", 2, 0.25, 0.75);
-  EXPECT_EQ(histogram->GetBins(), Bins({ 9, 45 })); // beyond the range: in the outer bins
+  const struct
+  {
+    const char* Variable;
+    int Count;
+    double Low, High;
+    Bins Expected;
+  } cases[] = {
+    { "x", 2, 0.0, 2.0, { 18, 36 } },       // 1 is in the second bin, 2 too
+    { "x", 2, 0.25, 0.75, { 9, 45 } },      // beyond the range: in the outer bins
+    { "position", 2, 0.0, 2.0, { 18, 36 } } // its first component
+  };
+  for (const auto& test : cases)
+  {
+    SetBins(histogram, test.Variable, test.Count, test.Low, test.High);
+    EXPECT_EQ(histogram->GetBins(), test.Expected) << test.Variable << test.Low;
+  }
   SetBins(histogram, "one", 3, 1.0, 1.0);
   const Bins bins = histogram->GetBins();
   EXPECT_EQ(bins.size(), 3u);
   EXPECT_EQ(std::accumulate(bins.begin(), bins.end(), 0), 54);
-  SetBins(histogram, "position", 2, 0.0, 2.0); // its first component
-  EXPECT_EQ(histogram->GetBins(), Bins({ 18, 36 }));
 }
 
 TEST(zylFieldHistogram, SaysWhatIsWrong)
@@ -266,13 +265,13 @@ TEST(zylFieldHistogram, SaysWhatIsWrong)
   zylTestLog log;
   vtkNew<zylFieldHistogram> histogram;
   EXPECT_TRUE(histogram->GetBins().empty());
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "No dataset set in zylFieldHistogram"));
+  EXPECT_TRUE(log.HasError("No dataset set in zylFieldHistogram"));
   vtkNew<zylDataSet> empty;
   histogram->SetDataSet(empty);
   SetBins(histogram, "x", 1, 0.0, 1.0);
   EXPECT_TRUE(histogram->GetBins().empty());
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "the dataset is empty"));
-  histogram->SetDataSet(Load(zylSolids::MakeBoxes(1, 1)));
+  EXPECT_TRUE(log.HasError("the dataset is empty"));
+  histogram->SetDataSet(zylLoad(zylSolids::MakeBoxes(1, 1)));
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double infinite = std::numeric_limits<double>::infinity();
   const struct
@@ -296,7 +295,7 @@ TEST(zylFieldHistogram, SaysWhatIsWrong)
   {
     SetBins(histogram, test.Variable, test.Count, test.Low, test.High);
     EXPECT_TRUE(histogram->GetBins().empty());
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, test.Message)) << log.Dump();
+    EXPECT_TRUE(log.HasError(test.Message));
   }
   SetBins(histogram, "x", 1, 0.0, 1.0);
   EXPECT_EQ(histogram->GetBins(), Bins({ 8 }));
@@ -304,10 +303,10 @@ TEST(zylFieldHistogram, SaysWhatIsWrong)
 
 TEST(zylPointProbe, Samples)
 {
-  auto data = Load(zylSolids::MakeBoxes(2, 4));
+  auto data = zylLoad(zylSolids::MakeBoxes(2, 4));
   vtkNew<zylPointProbe> probe;
   probe->SetDataSet(data);
-  const Values points = { 0.3, 0.4, 0.5, 1.7, 0.1, 0.9, 5.0, 0.0, 0.0, 0.0, 0.0, 0.0 };
+  const zylValues points = { 0.3, 0.4, 0.5, 1.7, 0.1, 0.9, 5.0, 0.0, 0.0, 0.0, 0.0, 0.0 };
   SetPoints(probe, points);
   probe->Update();
   for (unsigned int i = 0; i < 4; ++i)
@@ -342,35 +341,34 @@ TEST(zylPointProbe, SaysWhatIsWrong)
   zylTestLog log;
   vtkNew<zylPointProbe> probe;
   probe->Update();
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0);
+  EXPECT_FALSE(log.HasError());
   EXPECT_TRUE(probe->GetProbedValues(0).PointValues.empty());
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR,
+  EXPECT_TRUE(log.HasError(
     "Not ready to probe points. Make sure to set a dataset on the zylPointProbe and call "
     "Update()"));
   vtkNew<zylDataSet> empty;
   probe->SetDataSet(empty);
   probe->Update();
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "the dataset is empty")) << log.Dump();
-  probe->SetDataSet(Load(zylSolids::MakeBoxes(1, 1)));
+  EXPECT_TRUE(log.HasError("the dataset is empty"));
+  probe->SetDataSet(zylLoad(zylSolids::MakeBoxes(1, 1)));
 
   probe->Update(); // no points
   EXPECT_TRUE(probe->GetProbedValues(0).PointValues.empty());
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "No probe point at index 0, there are 0"))
-    << log.Dump();
+  EXPECT_TRUE(log.HasError("No probe point at index 0, there are 0"));
   SetPoints(probe, { 0.5, 0.5, 0.5, 1.0 });
   probe->Update();
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "'ProbePoints' has 4 coordinates"));
+  EXPECT_TRUE(log.HasError("'ProbePoints' has 4 coordinates"));
   EXPECT_TRUE(probe->GetProbedValues(0).PointValues.empty());
   SetPoints(probe, { 0.5, 0.5, 0.5 });
   probe->GetProperties()->Set("Blocks", 7);
   probe->Update();
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "no block at index 7"));
+  EXPECT_TRUE(log.HasError("no block at index 7"));
   EXPECT_FALSE(probe->GetProbedValues(0).Valid);
   probe->GetProperties()->Set("Blocks", 0);
   probe->Update();
   EXPECT_TRUE(probe->GetProbedValues(0).Valid);
   EXPECT_FALSE(probe->GetProbedValues(1).Valid);
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "No probe point at index 1, there are 1"));
+  EXPECT_TRUE(log.HasError("No probe point at index 1, there are 1"));
 
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double infinite = std::numeric_limits<double>::infinity();
@@ -384,101 +382,78 @@ TEST(zylPointProbe, SaysWhatIsWrong)
 
 TEST(zylFieldAnalysis, AsksTheServerForNothingTwice)
 {
-  auto data = Load(zylSolids::MakeBoxes(2, 2));
+  auto data = zylLoad(zylSolids::MakeBoxes(2, 2));
   data->DefineDerivedPointVariable("double", "2 * x");
-  vtkNew<zylIntegrateFields> integral;
-  vtkNew<zylFieldHistogram> histogram;
-  vtkNew<zylPointProbe> probe;
-  integral->SetDataSet(data);
-  histogram->SetDataSet(data);
-  probe->SetDataSet(data);
-  SetBins(histogram, "double", 3, 0.0, 4.0);
-  SetPoints(probe, { 0.5, 0.5, 0.5, 1.5, 0.5, 0.5 });
+  Analysis analysis(data);
+  SetBins(analysis.Histogram, "double", 3, 0.0, 4.0);
+  SetPoints(analysis.Probe, { 0.5, 0.5, 0.5, 1.5, 0.5, 0.5 });
   const auto ask = [&] {
-    integral->Update();
-    histogram->Update();
-    probe->Update();
-    probe->GetProbedValues(0);
-    probe->GetProbedValues(1);
+    analysis.Integral->Update();
+    analysis.Histogram->Update();
+    analysis.Probe->Update();
+    analysis.Probe->GetProbedValues(0);
+    analysis.Probe->GetProbedValues(1);
   };
-  integral->GetIntegratedValues(0);
+  analysis.Integrate("double");
   EXPECT_NE(zylTraffic(ask), "");
   EXPECT_EQ(zylTraffic(ask), "");
-  SetPoints(probe, { 0.5, 0.5, 0.25 });
+  SetPoints(analysis.Probe, { 0.5, 0.5, 0.25 });
   EXPECT_NE(zylTraffic(ask), "");
 }
 
 TEST(zylFieldAnalysis, FollowsTheTime)
 {
   const double times[] = { 0.0, 1.0, 2.0 };
-  auto data = vtkSmartPointer<zylDataSet>::New();
-  ASSERT_TRUE(
-    data->LoadFromFile({ zylTestData::WriteSeries(zylTestData::MakeFolder(), times, 3) }));
-  vtkNew<zylIntegrateFields> integral;
-  vtkNew<zylFieldHistogram> histogram;
-  vtkNew<zylPointProbe> probe;
-  integral->SetDataSet(data);
-  histogram->SetDataSet(data);
-  probe->SetDataSet(data);
-  SetBins(histogram, "pressure", 4, 0.0, 4.0);
-  SetPoints(probe, { 0.5, 0.5, 0.5 });
-  probe->Update();
-  for (const double time : { 2.0, 0.0, 1.0 })
+  const auto data = zylLoad(zylTestData::WriteSeries(zylTestData::MakeFolder(), times, 3));
+  Analysis analysis(data);
+  SetBins(analysis.Histogram, "pressure", 4, 0.0, 4.0);
+  SetPoints(analysis.Probe, { 0.5, 0.5, 0.5 });
+  analysis.Probe->Update();
+  for (const double time : { 2.0, 0.0, 1.0, 0.0 })
   {
     zylTimeController::GetInstance()->GoToTime(time);
-    EXPECT_NEAR(Of(integral->GetIntegratedValues(1).PointValues, "pressure"), 0.5 + time, 1e-12);
-    const Bins bins = histogram->GetBins();
-    EXPECT_EQ(bins[std::size_t(time)], 18) << time;
-    EXPECT_NEAR(Of(probe->GetProbedValues(0).PointValues, "pressure"), 0.5 + time, 1e-12);
+    EXPECT_NEAR(analysis.Integrate("pressure"), 2.0 + 2.0 * time, 1e-12);
+    EXPECT_EQ(analysis.Histogram->GetBins()[std::size_t(time)], 18) << time;
+    EXPECT_NEAR(analysis.Probed(0, "pressure"), 0.5 + time, 1e-12);
   }
-  zylTimeController::GetInstance()->GoToTime(0.0);
 }
 
 TEST(zylFieldAnalysis, FollowsTheDataset)
 {
-  auto data = Load(zylSolids::MakeBoxes(1, 2));
-  vtkNew<zylIntegrateFields> integral;
-  vtkNew<zylFieldHistogram> histogram;
-  vtkNew<zylPointProbe> probe;
-  const auto look = [&](zylDataSet* dataset) {
-    integral->SetDataSet(dataset);
-    histogram->SetDataSet(dataset);
-    probe->SetDataSet(dataset);
-    probe->Update();
+  const auto data = zylLoad(zylSolids::MakeBoxes(1, 2));
+  const auto other = zylLoad(zylSolids::MakeBoxes(3, 2));
+  Analysis analysis(data);
+  SetBins(analysis.Histogram, "x", 1, 0.0, 1.0);
+  SetPoints(analysis.Probe, { 1.5, 0.5, 0.5 });
+  const struct
+  {
+    const char* What;
+    std::function<void()> Change;
+    double Volume;
+    Bins Counted;
+    bool Probed; ///< without Update() of the probe
+  } steps[] = {
+    { "one box", [&] { analysis.Use(data); }, 1.0, { 27 }, false },
+    { "another dataset", [&] { analysis.Use(other); }, 3.0, { 81 }, true },
+    { "reloaded", [&] { other->InitializeFromVTKDataSet(zylSolids::MakeBoxes(2, 1)); }, 2.0, { 16 },
+      true },
+    { "emptied", [&] { other->InitializeFromVTKDataSet(Blocks({})); }, NAN, {}, false },
+    { "and back", [&] { analysis.Use(data); }, 1.0, { 27 }, false },
   };
-  SetBins(histogram, "x", 1, 0.0, 1.0);
-  SetPoints(probe, { 1.5, 0.5, 0.5 });
-  look(data);
-  EXPECT_NEAR(Of(integral->GetIntegratedValues(0).PointValues, "one"), 1.0, 1e-12);
-  EXPECT_EQ(histogram->GetBins(), Bins({ 27 }));
-  EXPECT_FALSE(probe->GetProbedValues(0).Valid);
-
-  auto other = Load(zylSolids::MakeBoxes(3, 2)); // swapped
-  look(other);
-  EXPECT_NEAR(Of(integral->GetIntegratedValues(0).PointValues, "one"), 3.0, 1e-12);
-  EXPECT_EQ(histogram->GetBins(), Bins({ 81 }));
-  EXPECT_TRUE(probe->GetProbedValues(0).Valid);
-
-  other->InitializeFromVTKDataSet(zylSolids::MakeBoxes(2, 1)); // reloaded
-  EXPECT_NEAR(Of(integral->GetIntegratedValues(0).PointValues, "one"), 2.0, 1e-12);
-  EXPECT_EQ(histogram->GetBins(), Bins({ 16 }));
-  EXPECT_TRUE(probe->GetProbedValues(0).Valid); // without Update()
-
-  other->InitializeFromVTKDataSet(Blocks({})); // emptied
-  EXPECT_TRUE(integral->GetIntegratedValues(0).PointValues.empty());
-  EXPECT_TRUE(histogram->GetBins().empty());
-  EXPECT_FALSE(probe->GetProbedValues(0).Valid);
-  look(data);
-  EXPECT_NEAR(Of(integral->GetIntegratedValues(0).PointValues, "one"), 1.0, 1e-12);
+  for (const auto& step : steps)
+  {
+    SCOPED_TRACE(step.What);
+    step.Change();
+    EXPECT_THAT(analysis.Integrate("one"), testing::NanSensitiveDoubleNear(step.Volume, 1e-12));
+    EXPECT_EQ(analysis.Histogram->GetBins(), step.Counted);
+    EXPECT_EQ(analysis.Probe->GetProbedValues(0).Valid, step.Probed);
+  }
 }
 
 TEST(zylFieldAnalysis, CopesWithOddBlocks)
 {
   vtkNew<vtkTable> table; // of no coordinates
-  vtkNew<vtkDoubleArray> column;
-  column->SetName("residual");
-  column->InsertNextValue(1.0);
-  table->AddColumn(column);
+  zylTestData::AddArray(table->GetRowData(), "residual", 1, 1, 1.0);
   vtkNew<vtkPolyData> nothing;
   vtkNew<vtkPolyData> points; // without cells
   points->ShallowCopy(zylSolids::MakeRectangle());
@@ -490,35 +465,26 @@ TEST(zylFieldAnalysis, CopesWithOddBlocks)
          Blocks({ zylSolids::MakeBox(2), table, partial }), Blocks({ table }) })
   {
     const bool solid = blocks->GetNumberOfBlocks() > 1;
-    auto data = Load(blocks);
+    auto data = zylLoad(blocks);
     data->DefineDerivedPointVariable("double", "2 * x");
+    Analysis analysis(data);
+    SetBins(analysis.Histogram, "double", 1, 0.0, 5.0);
+    SetPoints(analysis.Probe, { 1.5, 0.5, 0.5 });
+    analysis.Probe->Update();
     const auto integral = Integrate(data, { 0 });
+    const auto probed = analysis.Probe->GetProbedValues(0);
+    const int count = analysis.Count();
+    EXPECT_EQ(probed.Valid, solid);
     if (solid)
     {
       EXPECT_NEAR(Of(integral.CellValues, "Volume"), 2.0, 1e-12);
       EXPECT_NEAR(Of(integral.PointValues, "double"), 4.0, 1e-12);
       EXPECT_NEAR(Of(integral.PointValues, "x"), 2.0, 1e-12);
       EXPECT_EQ(integral.PointValues.count("xx"), 0u);
-    }
-    vtkNew<zylFieldHistogram> histogram;
-    histogram->SetDataSet(data);
-    SetBins(histogram, "double", 1, 0.0, 5.0);
-    const Bins bins = histogram->GetBins();
-    if (solid)
-    {
-      EXPECT_GE(std::accumulate(bins.begin(), bins.end(), 0), 54);
-    }
-    vtkNew<zylPointProbe> probe;
-    probe->SetDataSet(data);
-    SetPoints(probe, { 1.5, 0.5, 0.5 });
-    probe->Update();
-    const auto value = probe->GetProbedValues(0);
-    EXPECT_EQ(value.Valid, solid);
-    if (solid)
-    {
-      EXPECT_NEAR(Of(value.PointValues, "x"), 1.5, 1e-12);
-      EXPECT_NEAR(Of(value.PointValues, "double"), 3.0, 1e-12);
-      EXPECT_EQ(value.PointValues.count("xx"), 0u);
+      EXPECT_GE(count, 54);
+      EXPECT_NEAR(Of(probed.PointValues, "x"), 1.5, 1e-12);
+      EXPECT_NEAR(Of(probed.PointValues, "double"), 3.0, 1e-12);
+      EXPECT_EQ(probed.PointValues.count("xx"), 0u);
     }
   }
 }
@@ -528,12 +494,9 @@ TEST(zylFieldAnalysis, KeysArraysWithoutAName)
   auto box = zylSolids::MakeBox(1);
   for (const double value : { 7.0, 9.0 })
   {
-    vtkNew<vtkDoubleArray> array;
-    array->SetNumberOfTuples(box->GetNumberOfPoints());
-    array->FillComponent(0, value);
-    box->GetPointData()->AddArray(array);
+    zylTestData::AddArray(box->GetPointData(), nullptr, 1, box->GetNumberOfPoints(), value);
   }
-  auto data = Load(Blocks({ box }));
+  auto data = zylLoad(Blocks({ box }));
   const auto integral = Integrate(data, { 0 });
   for (const auto& [name, values] : integral.PointValues)
   {

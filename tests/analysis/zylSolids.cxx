@@ -1,5 +1,7 @@
 #include "zylSolids.h"
 
+#include "zylTestData.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -17,34 +19,14 @@
 namespace {
 using zylSolids::Vector;
 
-vtkSmartPointer<vtkDoubleArray> AddArray(vtkFieldData* data, const char* name, int components = 1)
-{
-  auto array = vtkSmartPointer<vtkDoubleArray>::New();
-  array->SetName(name);
-  array->SetNumberOfComponents(components);
-  data->AddArray(array);
-  return array;
-}
-
 void AddArrays(vtkPointSet* body)
 {
-  auto one = AddArray(body->GetPointData(), "one");
-  auto x = AddArray(body->GetPointData(), "x");
-  auto xx = AddArray(body->GetPointData(), "xx");
-  auto position = AddArray(body->GetPointData(), "position", 3);
-  for (vtkIdType i = 0; i < body->GetNumberOfPoints(); ++i)
-  {
-    const double* p = body->GetPoint(i);
-    one->InsertNextValue(1.0);
-    x->InsertNextValue(p[0]);
-    xx->InsertNextValue(p[0] * p[0]);
-    position->InsertNextTuple(p);
-  }
-  auto two = AddArray(body->GetCellData(), "two");
-  for (vtkIdType i = 0; i < body->GetNumberOfCells(); ++i)
-  {
-    two->InsertNextValue(2.0);
-  }
+  zylTestData::AddArray(body->GetPointData(), "one", 1, body->GetNumberOfPoints(), 1.0);
+  zylTestData::AddArray(body->GetCellData(), "two", 1, body->GetNumberOfCells(), 2.0);
+  using Values = std::vector<double>;
+  zylTestData::AddPointArray(body, "x", [](Vector p) { return Values{ p[0] }; });
+  zylTestData::AddPointArray(body, "xx", [](Vector p) { return Values{ p[0] * p[0] }; });
+  zylTestData::AddPointArray(body, "position", [](Vector p) { return Values(p.begin(), p.end()); });
 }
 
 vtkSmartPointer<vtkPolyData> MakePolyData(std::initializer_list<Vector> corners)
@@ -67,20 +49,10 @@ namespace zylSolids {
 vtkSmartPointer<vtkUnstructuredGrid> MakeBody(int n, const std::function<Vector(Vector)>& map)
 {
   auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  vtkNew<vtkPoints> points;
-  points->SetDataTypeToDouble();
-  const auto coordinate = [n](int i) { return 2.0 * i / n - 1.0; };
-  for (int k = 0; k <= n; ++k)
-  {
-    for (int j = 0; j <= n; ++j)
-    {
-      for (int i = 0; i <= n; ++i)
-      {
-        points->InsertNextPoint(map({ { coordinate(i), coordinate(j), coordinate(k) } }).data());
-      }
-    }
-  }
-  grid->SetPoints(points);
+  const auto lattice = zylTestData::MakeLattice(n, [&map](Vector p) {
+    return map({ 2.0 * p[0] - 1.0, 2.0 * p[1] - 1.0, 2.0 * p[2] - 1.0 });
+  });
+  grid->SetPoints(lattice->GetPoints());
   const auto id = [n](int i, int j, int k) { return vtkIdType(i + (n + 1) * (j + (n + 1) * k)); };
   const int orders[6][3] = { { 0, 1, 2 }, { 1, 2, 0 }, { 2, 0, 1 }, { 0, 2, 1 }, { 2, 1, 0 },
     { 1, 0, 2 } };

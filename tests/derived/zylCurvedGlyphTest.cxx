@@ -1,46 +1,19 @@
 #include "zylCurvedGlyphRepresentation.h"
 
-#include "zylDataSet.h"
 #include "zylFlowData.h"
-#include "zylPipelineFixture.h"
-#include "zylPropertyCollection.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 
-#include <cmath>
-#include <limits>
-
-#include <gtest/gtest.h>
 #include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPolyData.h>
 
-namespace {
-using zylFlowData::Trace;
-}
-
-class zylCurvedGlyph : public ::testing::Test
+class zylCurvedGlyph : public zylFlowData::zylFlowTest<zylCurvedGlyphRepresentation>
 {
 protected:
   // Slender arrows.
   void SetUp() override
   {
-    this->Set("GlyphSpacing", 0.4);
-    this->Set("GlyphConeRadius", 0.05);
-    this->Set("GlyphConeHeight", 0.1);
-    this->Set("GlyphBodyRadius", 0.02);
-    this->Set("GlyphBodyLength", 0.2);
+    this->Set("GlyphSpacing", 0.4, "GlyphConeRadius", 0.05, "GlyphConeHeight", 0.1,
+      "GlyphBodyRadius", 0.02, "GlyphBodyLength", 0.2);
   }
-  void Use(const zylVelocity& flow, int n = 16)
-  {
-    ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(zylFlowData::Make(flow, n)));
-  }
-  void Set(const char* name, double value) { this->Arrows->GetProperties()->Set(name, value); }
-  void Set(const char* name, int value) { this->Arrows->GetProperties()->Set(name, value); }
-
-  vtkNew<zylDataSet> Data;
-  vtkNew<zylCurvedGlyphRepresentation> Arrows;
 };
 
 //--------------------------------------------------------------------------------------------------
@@ -48,11 +21,10 @@ protected:
 TEST_F(zylCurvedGlyph, HasItsDimensions)
 {
   this->Use(zylFlowData::Uniform);
-  this->Set("IntegrationDirection", 0);
-  this->Set("MaximumStreamlineLength", 0.4);
+  this->Set("IntegrationDirection", 0, "MaximumStreamlineLength", 0.4);
   const std::vector<double> seed = { 0.1, 0.2, 0.3 };
   const auto expect = [&](double back, double tip, double head, double body) {
-    const auto arrow = Trace(this->Arrows, this->Data, seed);
+    const auto arrow = this->Trace(seed);
     double b[6];
     arrow->GetBounds(b);
     EXPECT_NEAR(b[0], back, 1e-5);
@@ -80,15 +52,15 @@ TEST_F(zylCurvedGlyph, CountsWithSpacingAndTessellation)
   const std::vector<double> seed = { 0.0, 0.2, 0.3 };
   const auto heads = [&](double spacing) {
     this->Set("GlyphSpacing", spacing);
-    Trace(this->Arrows, this->Data, seed);
-    return zylFlowData::FetchLines(zylFlowData::FindProxy("Contour"))->GetNumberOfPoints();
+    this->Trace(seed);
+    return zylFlowData::FetchLines(zylFindSource("Contour"))->GetNumberOfPoints();
   };
   EXPECT_EQ(heads(0.4), 4);  // at -0.6, -0.2, 0.2 and 0.6
   EXPECT_EQ(heads(0.2), 10); // at -0.9 ... 0.9
   const auto cells = [&](int sides) {
     this->Set("GlyphTessellation", sides);
-    const auto arrows = Trace(this->Arrows, this->Data, seed);
-    return zylFlowData::FetchLines(zylFlowData::FindProxy("Glyph"))->GetNumberOfCells();
+    const auto arrows = this->Trace(seed);
+    return zylFlowData::FetchLines(zylFindSource("Glyph"))->GetNumberOfCells();
   };
   EXPECT_EQ(cells(16), 10 * 17);
   EXPECT_EQ(cells(5), 10 * 6);
@@ -98,11 +70,9 @@ TEST_F(zylCurvedGlyph, CountsWithSpacingAndTessellation)
 TEST_F(zylCurvedGlyph, BodiesFollowTheFlow)
 {
   this->Use(zylFlowData::Rotation, 32);
-  this->Set("MaximumStreamlineLength", 1.5);
-  this->Set("GlyphBodyLength", 0.35);
-  this->Set("GlyphConeRadius", 0.02);
-  this->Set("GlyphConeHeight", 0.01);
-  const auto arrows = Trace(this->Arrows, this->Data, { 0.5, 0.0, 0.1 });
+  this->Set("MaximumStreamlineLength", 1.5, "GlyphBodyLength", 0.35, "GlyphConeRadius", 0.02,
+    "GlyphConeHeight", 0.01);
+  const auto arrows = this->Trace({ 0.5, 0.0, 0.1 });
   // A straight body would leave the circle by 0.1.
   EXPECT_LT(zylFlowData::GetMaximum(
               arrows, [](const zylPoint& p) { return std::abs(std::hypot(p[0], p[1]) - 0.5); }),
@@ -119,20 +89,19 @@ TEST_F(zylCurvedGlyph, SendsWhatChangedAndCanBeFreed)
   this->Use(zylFlowData::Burgers);
   zylTestLog log;
   const std::vector<double> seeds = { 0.5, 0.0, 0.1, -0.3, 0.2, -0.2 };
-  const auto first = Trace(this->Arrows, this->Data, seeds)->GetNumberOfPoints();
+  const auto first = this->Trace(seeds)->GetNumberOfPoints();
   EXPECT_GT(first, 0);
   EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_TRACE, "has no property"), 0) << log.Dump();
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_WARNING, ""), 0) << log.Dump();
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0) << log.Dump();
-  EXPECT_EQ(zylTraffic([this] { this->Arrows->Update(); }), "");
-  this->Arrows->FreeResources();
-  this->Arrows->Update();
-  EXPECT_EQ(this->Arrows->GetDerivedSurface()->GetNumberOfPoints(), first);
+  EXPECT_FALSE(log.HasWarning());
+  EXPECT_FALSE(log.HasError());
+  EXPECT_EQ(zylTraffic([this] { this->Flow->Update(); }), "");
+  this->Flow->FreeResources();
+  EXPECT_EQ(this->Fetch()->GetNumberOfPoints(), first);
   this->Data->DefineDerivedPointVariable("half", "velocity * 0.5");
-  this->Arrows->GetProperties()->Set("VectorVariable", "half");
-  EXPECT_EQ(zylConsole([this] { this->Arrows->Update(); }), "");
+  this->Set("VectorVariable", "half");
+  EXPECT_EQ(zylConsole([this] { this->Flow->Update(); }), "");
   EXPECT_NEAR(
-    double(this->Arrows->GetDerivedSurface()->GetNumberOfPoints()) / double(first), 1.0, 0.05);
+    double(this->Flow->GetDerivedSurface()->GetNumberOfPoints()) / double(first), 1.0, 0.05);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -140,7 +109,7 @@ TEST_F(zylCurvedGlyph, SurvivesOddSettings)
 {
   this->Use(zylFlowData::Uniform);
   const std::vector<double> seed = { 0.1, 0.2, 0.3 };
-  const auto first = Trace(this->Arrows, this->Data, seed)->GetNumberOfPoints();
+  const auto first = this->Trace(seed)->GetNumberOfPoints();
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double inf = std::numeric_limits<double>::infinity();
   for (const double value : { nan, inf, -inf, 0.0, -1.0, 1e-300, 1e300 })
@@ -148,23 +117,20 @@ TEST_F(zylCurvedGlyph, SurvivesOddSettings)
     for (const char* name : { "GlyphConeRadius", "GlyphConeHeight", "GlyphBodyRadius",
            "GlyphBodyLength", "GlyphSpacing", "MaximumStreamlineLength" })
     {
-      const double before = this->Arrows->GetProperties()->GetDouble(name);
-      this->Set(name, value);
-      this->Arrows->Update();
+      const double before = this->Flow->GetProperties()->GetDouble(name);
+      this->Update(name, value);
       this->Set(name, before);
     }
   }
   for (const int value : { -3, 0, 2, 16 })
   {
-    this->Set("GlyphTessellation", value);
-    this->Arrows->Update();
+    this->Update("GlyphTessellation", value);
   }
   for (const char* vectors : { "pressure", "stress", "", "nowhere", "velocity" })
   {
-    this->Arrows->GetProperties()->Set("VectorVariable", vectors);
-    this->Arrows->Update();
+    this->Update("VectorVariable", vectors);
   }
-  zylFlowData::SetSeeds(this->Arrows, {});
-  this->Arrows->Update();
-  EXPECT_EQ(Trace(this->Arrows, this->Data, seed)->GetNumberOfPoints(), first);
+  zylFlowData::SetSeeds(this->Flow, {});
+  this->Flow->Update();
+  EXPECT_EQ(this->Trace(seed)->GetNumberOfPoints(), first);
 }

@@ -1,35 +1,19 @@
 // What the derived surfaces are, measured: areas, closedness, cells, whatever cells the data have.
-#include "zylArrayInformation.h"
 #include "zylClipRepresentation.h"
 #include "zylCutPlaneRepresentation.h"
-#include "zylDataSet.h"
 #include "zylIntersectionCurveData.h"
 #include "zylIntersectionCurveRepresentation.h"
 #include "zylIsosurfaceRepresentation.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylTimeController.h"
 #include "zylVolumeData.h"
 
-#include <cmath>
-#include <map>
-#include <set>
-
-#include <gtest/gtest.h>
-
 #include <vtkCell.h>
-#include <vtkCellData.h>
 #include <vtkDataArray.h>
 #include <vtkExtractCells.h>
 #include <vtkGeometryFilter.h>
 #include <vtkIdList.h>
-#include <vtkLogger.h>
 #include <vtkMath.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPolyData.h>
 #include <vtkTriangle.h>
 
 namespace {
@@ -97,17 +81,9 @@ template <class Representation>
 vtkSmartPointer<Representation> Derive(zylDataSet* data)
 {
   auto derived = vtkSmartPointer<Representation>::New();
-  const int all[] = { 0 };
-  derived->GetProperties()->MakeInt("Blocks", all, 1);
+  zylSet(derived->GetProperties(), "Blocks", zylValues{ 0 });
   derived->SetDataSet(data);
   return derived;
-}
-
-void SetVector(
-  zylDerivedSurfaceRepresentation* derived, const char* name, double a, double b, double c)
-{
-  const double values[] = { a, b, c };
-  derived->GetProperties()->Set(name, values, 3);
 }
 
 double AreaAfterUpdate(zylDerivedSurfaceRepresentation* derived)
@@ -116,18 +92,10 @@ double AreaAfterUpdate(zylDerivedSurfaceRepresentation* derived)
   return SizeOf(derived->GetDerivedSurface());
 }
 
-vtkSmartPointer<zylDataSet> Load(vtkMultiBlockDataSet* blocks)
-{
-  auto data = vtkSmartPointer<zylDataSet>::New();
-  EXPECT_TRUE(data->InitializeFromVTKDataSet(blocks));
-  return data;
-}
-
 vtkSmartPointer<zylIsosurfaceRepresentation> Sphere(zylDataSet* data, double radius)
 {
   auto sphere = Derive<zylIsosurfaceRepresentation>(data);
-  sphere->GetProperties()->Set("Variable", "r");
-  sphere->GetProperties()->Set("Isovalue", radius);
+  zylSet(sphere->GetProperties(), "Variable", "r", "Isovalue", radius);
   return sphere;
 }
 } // namespace
@@ -139,7 +107,7 @@ class zylAnyCellsTest : public testing::TestWithParam<std::string>
 
 TEST_P(zylAnyCellsTest, SphereHasItsAreaAndNoHoles)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks(GetParam(), 16));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks(GetParam(), 16));
   const auto sphere = Sphere(data, 0.7);
   sphere->GetProperties()->Set("MergePoints", true);
   EXPECT_NEAR(AreaAfterUpdate(sphere), 4.0 * Pi * 0.49, 0.02 * 4.0 * Pi * 0.49);
@@ -154,10 +122,10 @@ TEST_P(zylAnyCellsTest, SphereHasItsAreaAndNoHoles)
 
 TEST_P(zylAnyCellsTest, CutHasItsAreaAndTheArraysOfThePoints)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks(GetParam(), 5));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks(GetParam(), 5));
   const auto cut = Derive<zylCutPlaneRepresentation>(data);
-  SetVector(cut, "Center", 0.13, 0.0, 0.0);
-  SetVector(cut, "Normal", 3.0, 0.0, 3.0);
+  zylSet(cut->GetProperties(), "Center", zylValues{ 0.13, 0.0, 0.0 }, "Normal",
+    zylValues{ 3.0, 0.0, 3.0 });
   EXPECT_NEAR(AreaAfterUpdate(cut), 2.0 * std::sqrt(2.0) * (2.0 - 0.13), 1e-6);
   auto surface = cut->GetDerivedSurface();
   ASSERT_TRUE(surface->GetPointData()->HasArray("x"));
@@ -168,20 +136,19 @@ TEST_P(zylAnyCellsTest, CutHasItsAreaAndTheArraysOfThePoints)
   }
   EXPECT_TRUE(surface->GetCellData()->HasArray("id"));
 
-  SetVector(cut, "Center", 5.0, 0.0, 0.0);
+  zylSet(cut->GetProperties(), "Center", zylValues{ 5.0, 0.0, 0.0 });
   EXPECT_EQ(AreaAfterUpdate(cut), 0.0);
 }
 
 TEST_P(zylAnyCellsTest, CrinkleCutTakesTheCellsThatThePlaneMeets)
 {
   const auto blocks = zylVolumeData::MakeBlocks(GetParam(), 5);
-  const auto data = Load(blocks);
+  const auto data = zylLoad(blocks);
   const auto cut = Derive<zylCutPlaneRepresentation>(data);
   cut->GetProperties()->Set("CrinkleCut", true);
-  SetVector(cut, "Center", 0.31, 0.0, 0.0);
-  SetVector(cut, "Normal", 1.0, 0.3, 0.2);
-  const int second[] = { 2 };
-  cut->GetProperties()->MakeInt("Blocks", second, 1);
+  zylSet(cut->GetProperties(), "Center", zylValues{ 0.31, 0.0, 0.0 }, "Normal",
+    zylValues{ 1.0, 0.3, 0.2 });
+  cut->GetProperties()->Set("Blocks", 2);
   cut->Update();
   auto surface = cut->GetDerivedSurface();
   ASSERT_TRUE(surface);
@@ -217,19 +184,16 @@ TEST_P(zylAnyCellsTest, CrinkleCutTakesTheCellsThatThePlaneMeets)
 
 TEST_P(zylAnyCellsTest, ClippedVolumeIsClosed)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks(GetParam(), 6));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks(GetParam(), 6));
   const auto clip = Derive<zylClipRepresentation>(data);
-  const int second[] = { 2 };
-  clip->GetProperties()->MakeInt("Blocks", second, 1);
-  clip->GetProperties()->Set("ClipMode", 1);
-  SetVector(clip, "PlaneCenter", 0.3, 0.0, 0.0);
-  SetVector(clip, "PlaneNormal", 1.0, 0.0, 0.0);
+  zylSet(clip->GetProperties(), "Blocks", 2, "ClipMode", 1);
+  zylSet(clip->GetProperties(), "PlaneCenter", zylValues{ 0.3, 0.0, 0.0 }, "PlaneNormal",
+    zylValues{ 1.0, 0.0, 0.0 });
   EXPECT_NEAR(AreaAfterUpdate(clip), 2.0 * 4.0 + 8.0 * 0.3, 1e-6);
   // A plane through corners of cells.
-  const int all[] = { 0 };
-  clip->GetProperties()->MakeInt("Blocks", all, 1);
-  SetVector(clip, "PlaneCenter", 0.0, 0.0, 0.0);
-  SetVector(clip, "PlaneNormal", 0.3, 1.0, 0.2);
+  clip->GetProperties()->Set("Blocks", 0);
+  zylSet(clip->GetProperties(), "PlaneCenter", zylValues{ 0.0, 0.0, 0.0 }, "PlaneNormal",
+    zylValues{ 0.3, 1.0, 0.2 });
   EXPECT_GT(AreaAfterUpdate(clip), 15.0);
 }
 
@@ -244,7 +208,7 @@ TEST(zylDerivedNumbers, AreasConvergeWithTheSquareOfTheCellSize)
     double error[3];
     for (int i = 0; i < 3; ++i)
     {
-      const auto data = Load(zylVolumeData::MakeBlocks(kind, 6 << i));
+      const auto data = zylLoad(zylVolumeData::MakeBlocks(kind, 6 << i));
       const double area = AreaAfterUpdate(Sphere(data, 0.7));
       error[i] = std::abs(area - 4.0 * Pi * 0.49);
     }
@@ -255,27 +219,26 @@ TEST(zylDerivedNumbers, AreasConvergeWithTheSquareOfTheCellSize)
 
 TEST(zylDerivedNumbers, PlaneThroughFacesCutsThemOnce)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks("hexahedra", 4));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks("hexahedra", 4));
   const auto cut = Derive<zylCutPlaneRepresentation>(data);
-  SetVector(cut, "Center", 0.25, 0.0, 0.0); // between cells
+  zylSet(cut->GetProperties(), "Center", zylValues{ 0.25, 0.0, 0.0 }); // between cells
   EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-9);
-  SetVector(cut, "Center", 1.0, 0.0, 0.0); // the boundary
+  zylSet(cut->GetProperties(), "Center", zylValues{ 1.0, 0.0, 0.0 }); // the boundary
   EXPECT_LE(AreaAfterUpdate(cut), 4.0 + 1e-9);
 }
 
 TEST(zylDerivedNumbers, IntersectionCurvesAreShownTogetherOrOneByOne)
 {
-  const auto data = Load(zylVolumeData::MakeSurfaces(4));
+  const auto data = zylLoad(zylVolumeData::MakeSurfaces(4));
   const auto curves = Derive<zylIntersectionCurveRepresentation>(data);
-  SetVector(curves, "Center", 0.0, 0.0, 0.1);
+  zylSet(curves->GetProperties(), "Center", zylValues{ 0.0, 0.0, 0.1 });
   EXPECT_NEAR(AreaAfterUpdate(curves), 12.0, 1e-6);
   EXPECT_EQ(curves->GetDerivedSurface()->GetNumberOfCells(), 2);
   EXPECT_EQ(curves->GetIntersectionCurve(0, true), nullptr);
 
   for (int i = 0; i < 2; ++i)
   {
-    const int one[] = { 0, i };
-    curves->GetProperties()->Set("CurveToDisplay", one, 2);
+    zylSet(curves->GetProperties(), "CurveToDisplay", zylValues{ 0, double(i) });
     EXPECT_NEAR(AreaAfterUpdate(curves), 6.0, 1e-6);
     const auto curve =
       vtkSmartPointer<zylIntersectionCurveData>::Take(curves->GetIntersectionCurve(3, false));
@@ -297,8 +260,7 @@ TEST(zylDerivedNumbers, IntersectionCurvesAreShownTogetherOrOneByOne)
     EXPECT_TRUE(curve->GetPointData("none").empty());
     EXPECT_TRUE(curve->GetCellData("none").empty());
   }
-  const int all[] = { -1, 1 };
-  curves->GetProperties()->Set("CurveToDisplay", all, 2);
+  zylSet(curves->GetProperties(), "CurveToDisplay", zylValues{ -1, 1 });
   EXPECT_NEAR(AreaAfterUpdate(curves), 12.0, 1e-6);
   EXPECT_EQ(curves->GetIntersectionCurve(0, true), nullptr);
 
@@ -309,13 +271,11 @@ TEST(zylDerivedNumbers, IntersectionCurvesAreShownTogetherOrOneByOne)
 
 TEST(zylDerivedNumbers, ClipsInEachModeWhateverTheModeBefore)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks("hexahedra", 12));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks("hexahedra", 12));
   const auto clip = Derive<zylClipRepresentation>(data);
   zylPropertyCollection* settings = clip->GetProperties();
-  settings->Set("ScalarVariable", "x");
-  settings->Set("ScalarThreshold", 0.5);
-  settings->Set("SphereRadius", 0.7);
-  SetVector(clip, "PlaneCenter", -0.5, 0.0, 0.0);
+  zylSet(settings, "ScalarVariable", "x", "ScalarThreshold", 0.5, "SphereRadius", 0.7);
+  zylSet(clip->GetProperties(), "PlaneCenter", zylValues{ -0.5, 0.0, 0.0 });
   // Both blocks are closed surfaces; "Invert" keeps what is below, behind and inside.
   const double area[] = { 16.0 + (8.0 + 4.0), 8.0 + 4.0, 4.0 * Pi * 0.49 + 2.0 * Pi * 0.49 };
   for (const int mode : { 0, 1, 0, 2, 1, 2, 0 })
@@ -333,7 +293,7 @@ TEST(zylDerivedNumbers, ClipsInEachModeWhateverTheModeBefore)
 
 TEST(zylDerivedNumbers, DerivedVariablesReachTheFiltersAndTheIntegrals)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 12));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks("tetrahedra", 12));
   data->DefineDerivedPointVariable("double", "2 * r");
   data->DefineDerivedPointVariable("shifted", "double + 1");
   data->DefineDerivedPointVariable("flow", "velocity * shifted");
@@ -353,8 +313,7 @@ TEST(zylDerivedNumbers, DerivedVariablesReachTheFiltersAndTheIntegrals)
   data->DefineDerivedPointVariable("later", "r");
   sphere->SetNumberOfClips(1);
   sphere->GetClipProperties(0)->Set("ClipMode", 2);
-  sphere->GetProperties()->Set("WarpByVector", true);
-  sphere->GetProperties()->Set("WarpVectorVariable", "velocity");
+  zylSet(sphere->GetProperties(), "WarpByVector", true, "WarpVectorVariable", "velocity");
   const auto again = sphere->GetIntegratedValues();
   EXPECT_NEAR(SizeOf(sphere->GetDerivedSurface()), area / 2.0, 0.02 * area);
   EXPECT_EQ(again.CellValues.at("Area").at(0), integrals.CellValues["Area"].at(0));
@@ -362,8 +321,7 @@ TEST(zylDerivedNumbers, DerivedVariablesReachTheFiltersAndTheIntegrals)
 
   // Cut by a plane, clipped by the variable.
   const auto clip = Derive<zylClipRepresentation>(data);
-  clip->GetProperties()->Set("ScalarVariable", "shifted");
-  clip->GetProperties()->Set("ScalarThreshold", 2.4);
+  zylSet(clip->GetProperties(), "ScalarVariable", "shifted", "ScalarThreshold", 2.4);
   EXPECT_NEAR(AreaAfterUpdate(clip), 1.5 * area, 0.05 * area);
 }
 
@@ -371,11 +329,10 @@ TEST(zylDerivedNumbers, FollowTheTimeAndTheDataSet)
 {
   const double steps[] = { 0.0, 0.5, 1.0 };
   const std::string series = zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 3);
-  auto data = vtkSmartPointer<zylDataSet>::New();
-  ASSERT_TRUE(data->LoadFromFile({ series }));
+  const auto data = zylLoad(series);
   const auto iso = Derive<zylIsosurfaceRepresentation>(data);
-  iso->GetProperties()->Set("Variable", "pressure"); // x, shifted by the time
-  iso->GetProperties()->Set("Isovalue", 1.2);
+  // The variable is x, shifted by the time.
+  zylSet(iso->GetProperties(), "Variable", "pressure", "Isovalue", 1.2);
   for (const double time : { 0.0, 1.0, 0.5, 0.0 })
   {
     zylTimeController::GetInstance()->GoToTime(time);
@@ -386,28 +343,26 @@ TEST(zylDerivedNumbers, FollowTheTimeAndTheDataSet)
   }
 
   // Other data in the same dataset, none, and another dataset.
-  auto memory = Load(zylVolumeData::MakeBlocks("wedges", 4));
+  auto memory = zylLoad(zylVolumeData::MakeBlocks("wedges", 4));
   const auto cut = Derive<zylCutPlaneRepresentation>(memory);
-  SetVector(cut, "Center", 0.3, 0.0, 0.0);
+  zylSet(cut->GetProperties(), "Center", zylValues{ 0.3, 0.0, 0.0 });
   EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-9);
   ASSERT_TRUE(memory->InitializeFromVTKDataSet(zylTestData::MakeRow(3)));
   EXPECT_NEAR(AreaAfterUpdate(cut), 1.0, 1e-9);
-  vtkNew<vtkMultiBlockDataSet> nothing;
-  memory->InitializeFromVTKDataSet(nothing);
+  memory->InitializeFromVTKDataSet(vtkNew<vtkMultiBlockDataSet>());
   EXPECT_EQ(AreaAfterUpdate(cut), 0.0);
   EXPECT_TRUE(cut->GetIntegratedValues().PointValues.empty());
-  auto other = Load(zylVolumeData::MakeBlocks("image", 4));
+  auto other = zylLoad(zylVolumeData::MakeBlocks("image", 4));
   cut->SetDataSet(other);
   EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-9);
 }
 
 TEST(zylDerivedNumbers, UpdateWithNothingChangedAsksAndRunsNothing)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 6));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks("tetrahedra", 6));
   data->DefineDerivedPointVariable("double", "2 * r");
   const auto sphere = Sphere(data, 0.7);
-  sphere->GetSurfaceProperties()->Set("ColorMode", 1);
-  sphere->GetSurfaceProperties()->Set("ColorVariableName", "double");
+  zylSet(sphere->GetSurfaceProperties(), "ColorMode", 1, "ColorVariableName", "double");
   const auto cut = Derive<zylCutPlaneRepresentation>(data);
   const auto clip = Derive<zylClipRepresentation>(data);
   const auto curves = Derive<zylIntersectionCurveRepresentation>(data);
@@ -429,7 +384,7 @@ TEST(zylDerivedNumbers, UpdateWithNothingChangedAsksAndRunsNothing)
 
 TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 6));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks("tetrahedra", 6));
   const double nan = std::nan("");
   const double infinite = HUGE_VAL;
 
@@ -442,9 +397,7 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
     EXPECT_EQ(AreaAfterUpdate(sphere), 0.0) << variable;
     sphere->GetProperties()->Set("Isovalue", 0.6);
     sphere->Update();
-    EXPECT_EQ(
-      log.Count(vtkLogger::VERBOSITY_WARNING, *variable ? variable : "array"), *variable ? 1 : 0)
-      << log.Dump();
+    EXPECT_EQ(log.CountWarnings(*variable ? variable : "array"), *variable ? 1 : 0) << log.Dump();
   }
   sphere->GetProperties()->Set("Variable", "r");
   for (const double value : { nan, infinite, -infinite, 1e30, -1.0 })
@@ -453,15 +406,13 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
     EXPECT_EQ(AreaAfterUpdate(sphere), 0.0) << value;
   }
   sphere->GetProperties()->Set("Isovalue", 0.7);
-  const int unknown[] = { 99, -5 };
-  sphere->GetProperties()->MakeInt("Blocks", unknown, 2);
+  zylSet(sphere->GetProperties(), "Blocks", zylValues{ 99, -5 });
   zylTestLog log;
   EXPECT_EQ(AreaAfterUpdate(sphere), 0.0);
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "No block at index 99")) << log.Dump();
-  sphere->GetProperties()->GetProperty("Blocks")->SetNumberOfElements(0);
+  EXPECT_TRUE(log.HasWarning("No block at index 99"));
+  zylSet(sphere->GetProperties(), "Blocks", zylValues{});
   EXPECT_EQ(AreaAfterUpdate(sphere), 0.0);
-  const int all[] = { 0 };
-  sphere->GetProperties()->MakeInt("Blocks", all, 1);
+  zylSet(sphere->GetProperties(), "Blocks", zylValues{ 0 });
   EXPECT_GT(AreaAfterUpdate(sphere), 5.5);
 
   // The last plane that is one stays.
@@ -472,15 +423,14 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
   const double half = AreaAfterUpdate(clip);
   for (const double bad : { 0.0, nan, infinite })
   {
-    SetVector(cut, "Normal", bad, 0.0, 0.0);
-    SetVector(clip, "PlaneNormal", bad, 0.0, 0.0);
+    zylSet(cut->GetProperties(), "Normal", zylValues{ bad, 0.0, 0.0 });
+    zylSet(clip->GetProperties(), "PlaneNormal", zylValues{ bad, 0.0, 0.0 });
     EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-6) << bad;
     EXPECT_NEAR(AreaAfterUpdate(clip), half, 1e-6) << bad;
   }
-  SetVector(cut, "Center", nan, infinite, 0.0);
+  zylSet(cut->GetProperties(), "Center", zylValues{ nan, infinite, 0.0 });
   cut->Update();
-  clip->GetProperties()->Set("ClipMode", 2);
-  clip->GetProperties()->Set("SphereRadius", nan);
+  zylSet(clip->GetProperties(), "ClipMode", 2, "SphereRadius", nan);
   clip->Update();
   clip->GetProperties()->Set("ClipMode", 0);
   for (const char* variable : { "", "unknown", "velocity" })
@@ -489,9 +439,9 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
     clip->Update();
   }
   // Everything again as it was.
-  SetVector(cut, "Normal", 1.0, 0.0, 0.0);
-  SetVector(cut, "Center", 0.0, 0.0, 0.0);
-  SetVector(clip, "PlaneNormal", 1.0, 0.0, 0.0);
+  zylSet(cut->GetProperties(), "Normal", zylValues{ 1.0, 0.0, 0.0 }, "Center",
+    zylValues{ 0.0, 0.0, 0.0 });
+  zylSet(clip->GetProperties(), "PlaneNormal", zylValues{ 1.0, 0.0, 0.0 });
   clip->GetProperties()->Set("ClipMode", 1);
   EXPECT_NEAR(AreaAfterUpdate(cut), 4.0, 1e-6);
   EXPECT_NEAR(AreaAfterUpdate(clip), half, 1e-6);
@@ -513,9 +463,7 @@ TEST(zylDerivedNumbers, BadSettingsGiveAMessageAndNoSurface)
     EXPECT_NEAR(AreaAfterUpdate(clip), half, 1e-6) << warp.Variable;
     clip->GetProperties()->Set("PlaneCenter", 0, 0.0);
     clip->Update();
-    EXPECT_EQ(
-      said.Count(vtkLogger::VERBOSITY_WARNING, "1 components, but should have 3"), warp.Warnings)
-      << said.Dump();
+    EXPECT_EQ(said.CountWarnings("1 components, but should have 3"), warp.Warnings) << said.Dump();
   }
 }
 
@@ -545,7 +493,7 @@ TEST(zylDerivedNumbers, BrokenValuesMakeHolesOnly)
     {
       r->SetComponent(i, 0, broken);
     }
-    const auto data = Load(blocks);
+    const auto data = zylLoad(blocks);
     const auto sphere = Sphere(data, 0.7);
     const double area = AreaAfterUpdate(sphere);
     EXPECT_TRUE(std::isfinite(area)) << broken;
@@ -558,7 +506,7 @@ TEST(zylDerivedNumbers, BrokenValuesMakeHolesOnly)
 
 TEST(zylDerivedNumbers, DescribesItsVariables)
 {
-  const auto data = Load(zylVolumeData::MakeBlocks("tetrahedra", 4));
+  const auto data = zylLoad(zylVolumeData::MakeBlocks("tetrahedra", 4));
   const auto sphere = Sphere(data, 0.7);
   ASSERT_NE(sphere->GetVariableInformation(), nullptr);
   EXPECT_EQ(sphere->GetVariableInformation()->GetName(), "r");

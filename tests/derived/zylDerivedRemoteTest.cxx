@@ -1,25 +1,11 @@
 // The same derived surfaces from a built-in session and from servers over which the data is spread.
 #include "zylClipRepresentation.h"
-#include "zylCore.h"
 #include "zylCutPlaneRepresentation.h"
-#include "zylDataSet.h"
 #include "zylIntersectionCurveRepresentation.h"
 #include "zylIsosurfaceRepresentation.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
+#include "zylTest.h"
 #include "zylTestServer.h"
 #include "zylVolumeData.h"
-
-#include <cmath>
-#include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPolyData.h>
 
 namespace {
 using Answers = std::map<std::string, double>;

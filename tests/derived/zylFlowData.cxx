@@ -1,27 +1,13 @@
 #include "zylFlowData.h"
 
-#include "zylCore.h"
-#include "zylDataSet.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "zylDerivedSurfaceRepresentation.h"
-#include "zylPropertyCollection.h"
-
-#include <algorithm>
-#include <cmath>
-#include <string>
+#include "zylTest.h"
 
 #include <vtkCallbackCommand.h>
 #include <vtkCellArray.h>
-#include <vtkDoubleArray.h>
 #include <vtkIdList.h>
 #include <vtkMath.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPolyData.h>
-#include <vtkSMProxyIterator.h>
-#include <vtkSMSessionProxyManager.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkUnstructuredGrid.h>
 
 namespace zylFlowData {
 
@@ -50,41 +36,16 @@ zylPoint Burgers(const zylPoint& p)
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkUnstructuredGrid> MakeGrid(const zylVelocity& flow, int n, double low)
 {
-  vtkNew<vtkPoints> points;
-  points->SetDataTypeToDouble();
-  vtkNew<vtkDoubleArray> velocity;
-  velocity->SetName("velocity");
-  velocity->SetNumberOfComponents(3);
-  vtkNew<vtkDoubleArray> pressure;
-  pressure->SetName("pressure");
-  const auto at = [n](int i) { return 2.0 * i / n; };
-  for (int i = 0; i < (n + 1) * (n + 1) * (n + 1); ++i)
-  {
-    const zylPoint p = { low + at(i % (n + 1)), at(i / (n + 1) % (n + 1)) - 1.0,
-      at(i / (n + 1) / (n + 1)) - 1.0 };
-    points->InsertNextPoint(p.data());
-    velocity->InsertNextTuple(flow(p).data());
-    pressure->InsertNextValue(p[0]);
-  }
-  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
-  grid->SetPoints(points);
-  for (int i = 0; i < n * n * n; ++i)
-  {
-    const vtkIdType row = n + 1;
-    const vtkIdType layer = row * row;
-    const vtkIdType a = i % n + row * (i / n % n) + layer * (i / n / n);
-    const vtkIdType ids[8] = { a, a + 1, a + 1 + row, a + row, a + layer, a + 1 + layer,
-      a + 1 + row + layer, a + row + layer };
-    grid->InsertNextCell(VTK_HEXAHEDRON, 8, ids);
-  }
-  vtkNew<vtkDoubleArray> stress;
-  stress->SetName("stress");
-  stress->SetNumberOfComponents(9);
-  stress->SetNumberOfTuples(points->GetNumberOfPoints());
-  stress->Fill(1.0);
-  grid->GetPointData()->AddArray(stress);
-  grid->GetPointData()->SetScalars(pressure);
-  grid->GetPointData()->AddArray(velocity);
+  auto grid = zylTestData::MakeLattice(n, [low](zylPoint p) {
+    return zylPoint{ low + 2.0 * p[0], 2.0 * p[1] - 1.0, 2.0 * p[2] - 1.0 };
+  });
+  zylTestData::AddArray(grid->GetPointData(), "stress", 9, grid->GetNumberOfPoints(), 1.0);
+  zylTestData::AddPointArray(grid, "pressure", [](zylPoint p) { return zylValues{ p[0] }; });
+  zylTestData::AddPointArray(grid, "velocity", [&flow](zylPoint p) {
+    const zylPoint v = flow(p);
+    return zylValues(v.begin(), v.end());
+  });
+  grid->GetPointData()->SetActiveScalars("pressure");
   return grid;
 }
 
@@ -100,9 +61,7 @@ vtkSmartPointer<vtkMultiBlockDataSet> Make(const zylVelocity& flow, int n)
 vtkSmartPointer<vtkPolyData> Trace(
   zylDerivedSurfaceRepresentation* surface, zylDataSet* data, const std::vector<double>& seeds)
 {
-  const int all[] = { 0 };
-  surface->GetProperties()->MakeInt("Blocks", all, 1);
-  surface->GetProperties()->Set("VectorVariable", "velocity");
+  zylSet(surface->GetProperties(), "Blocks", zylValues{ 0 }, "VectorVariable", "velocity");
   SetSeeds(surface, seeds);
   surface->SetDataSet(data);
   surface->Update();
@@ -110,30 +69,33 @@ vtkSmartPointer<vtkPolyData> Trace(
 }
 
 //--------------------------------------------------------------------------------------------------
-void SetSeeds(zylDerivedSurfaceRepresentation* surface, const std::vector<double>& seeds)
+vtkSmartPointer<vtkPolyData> TraceDirectly(zylDataSet* data, const std::vector<double>& seeds)
 {
-  const auto count = static_cast<unsigned int>(seeds.size());
-  if (zylProperty* points = surface->GetProperties()->GetProperty("SeedPoints"))
-  {
-    points->SetNumberOfElements(count);
-    points->SetElements(seeds.data(), count);
-  }
+  vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
+  const auto source = zylProxyBuilder(manager, "sources", "PolyLineSource").Make();
+  vtkSMPropertyHelper(source, "Points").Set(seeds.data(), static_cast<unsigned int>(seeds.size()));
+  source->UpdateVTKObjects();
+  const auto tracer = zylProxyBuilder(manager, "filters", "ArbitrarySourceStreamTracer")
+                        .Input(data->GetOutput())
+                        .Input(source, "Source")
+                        .Set("MaximumPropagation", 1e299)
+                        .Make();
+  vtkSMPropertyHelper(tracer, "SelectInputVectors").SetInputArrayToProcess(0, "velocity");
+  tracer->UpdateVTKObjects();
+  tracer->UpdatePipeline();
+  const auto lines = FetchLines(tracer);
+  zylUnregister(tracer);
+  zylUnregister(source);
+  return lines;
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkSMSourceProxy* FindProxy(const char* name)
+void SetSeeds(zylDerivedSurfaceRepresentation* surface, const std::vector<double>& seeds)
 {
-  vtkSMSourceProxy* found = nullptr;
-  vtkNew<vtkSMProxyIterator> iterator;
-  iterator->SetSessionProxyManager(zylCore::GetInstance()->GetSessionProxyManager());
-  for (iterator->Begin("sources"); !iterator->IsAtEnd(); iterator->Next())
+  if (surface->GetProperties()->Has("SeedPoints"))
   {
-    if (iterator->GetProxy()->GetXMLName() == std::string(name))
-    {
-      found = vtkSMSourceProxy::SafeDownCast(iterator->GetProxy());
-    }
+    zylSet(surface->GetProperties(), "SeedPoints", seeds);
   }
-  return found;
 }
 
 //--------------------------------------------------------------------------------------------------

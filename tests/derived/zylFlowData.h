@@ -3,17 +3,10 @@
 #ifndef zylFlowData_h
 #define zylFlowData_h
 
+#include "zylTest.h"
+
 #include <array>
-#include <functional>
-#include <vector>
 
-#include <vtkSmartPointer.h>
-
-class vtkMultiBlockDataSet;
-class vtkPolyData;
-class vtkSMSourceProxy;
-class vtkUnstructuredGrid;
-class zylDataSet;
 class zylDerivedSurfaceRepresentation;
 
 using zylPoint = std::array<double, 3>;
@@ -37,10 +30,46 @@ vtkSmartPointer<vtkMultiBlockDataSet> Make(const zylVelocity& flow, int n = 16);
 /// Shows what `surface` makes of all of `data` with these seeds. What it delivers.
 vtkSmartPointer<vtkPolyData> Trace(
   zylDerivedSurfaceRepresentation* surface, zylDataSet* data, const std::vector<double>& seeds);
+/// The lines of ParaView's own tracer alone, through "velocity" of all of `data`.
+vtkSmartPointer<vtkPolyData> TraceDirectly(zylDataSet* data, const std::vector<double>& seeds);
 void SetSeeds(zylDerivedSurfaceRepresentation* surface, const std::vector<double>& seeds);
 
-/// The registered proxy of that XML name (borrowed), null if there is none. Of several the last.
-vtkSMSourceProxy* FindProxy(const char* name);
+/// Such representations with a dataset of a flow.
+template <class Representation>
+class zylFlowTest : public ::testing::Test
+{
+protected:
+  void Use(const zylVelocity& flow, int n = 16)
+  {
+    ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(Make(flow, n)));
+  }
+  template <class... Settings>
+  void Set(const Settings&... settings)
+  {
+    zylSet(this->Flow->GetProperties(), settings...);
+  }
+  template <class... Settings>
+  void Update(const Settings&... settings)
+  {
+    this->Set(settings...);
+    this->Flow->Update();
+  }
+  /// What it makes with these settings besides.
+  template <class... Settings>
+  vtkSmartPointer<vtkPolyData> Fetch(const Settings&... settings)
+  {
+    this->Update(settings...);
+    return this->Flow->GetDerivedSurface();
+  }
+  vtkSmartPointer<vtkPolyData> Trace(const std::vector<double>& seeds)
+  {
+    return zylFlowData::Trace(this->Flow, this->Data, seeds);
+  }
+
+  vtkNew<zylDataSet> Data;
+  vtkNew<Representation> Flow;
+};
+
 /// What `proxy` delivers, in this process.
 vtkSmartPointer<vtkPolyData> FetchLines(vtkSMSourceProxy* proxy);
 /// How often the filter of a proxy of the built-in session executes during `action`.

@@ -1,5 +1,7 @@
 #include "zylVolumeData.h"
 
+#include "zylTestData.h"
+
 #include <cmath>
 
 #include <vtkCellData.h>
@@ -7,7 +9,6 @@
 #include <vtkDoubleArray.h>
 #include <vtkGeometryFilter.h>
 #include <vtkIdList.h>
-#include <vtkIdTypeArray.h>
 #include <vtkImageData.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
@@ -18,6 +19,7 @@
 #include <vtkUnstructuredGrid.h>
 
 namespace {
+using zylTestData::AddArray;
 using Ids = std::vector<vtkIdType>;
 
 // Corners of a cube in the order of VTK_HEXAHEDRON, from those in the order of VTK_VOXEL.
@@ -157,15 +159,6 @@ vtkSmartPointer<vtkDataSet> MakeShape(const std::string& kind, vtkImageData* ima
   return grid;
 }
 
-vtkDoubleArray* Add(vtkFieldData* data, const char* name, int components, vtkIdType tuples)
-{
-  vtkNew<vtkDoubleArray> array;
-  array->SetName(name);
-  array->SetNumberOfComponents(components);
-  array->SetNumberOfTuples(tuples);
-  data->AddArray(array);
-  return vtkDoubleArray::SafeDownCast(data->GetAbstractArray(name));
-}
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
@@ -186,9 +179,9 @@ vtkSmartPointer<vtkDataSet> zylVolumeData::Make(
   const vtkSmartPointer<vtkDataSet> data =
     kind == "image" ? vtkSmartPointer<vtkDataSet>(image) : MakeShape(kind, image, n);
   const vtkIdType points = data->GetNumberOfPoints();
-  auto* r = Add(data->GetPointData(), "r", 1, points);
-  auto* x = Add(data->GetPointData(), "x", 1, points);
-  auto* velocity = Add(data->GetPointData(), "velocity", 3, points);
+  auto* r = AddArray(data->GetPointData(), "r", 1, points);
+  auto* x = AddArray(data->GetPointData(), "x", 1, points);
+  auto* velocity = AddArray(data->GetPointData(), "velocity", 3, points);
   for (vtkIdType i = 0; i < points; ++i)
   {
     double p[3];
@@ -197,7 +190,7 @@ vtkSmartPointer<vtkDataSet> zylVolumeData::Make(
     x->SetValue(i, p[0]);
     velocity->SetTuple3(i, -p[1], p[0], 0.0);
   }
-  auto* id = Add(data->GetCellData(), "id", 1, data->GetNumberOfCells());
+  auto* id = AddArray(data->GetCellData(), "id", 1, data->GetNumberOfCells());
   for (vtkIdType i = 0; i < data->GetNumberOfCells(); ++i)
   {
     id->SetValue(i, static_cast<double>(i));

@@ -1,22 +1,9 @@
 #include "zylVortexCoresRepresentation.h"
 
-#include "zylDataSet.h"
 #include "zylFlowData.h"
-#include "zylPipelineFixture.h"
-#include "zylPropertyCollection.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 
-#include <cmath>
-
-#include <gtest/gtest.h>
 #include <vtkFloatArray.h>
-#include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPolyData.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkUnstructuredGrid.h>
 
 namespace {
 using zylFlowData::Trace;
@@ -92,7 +79,7 @@ TEST(zylVortexCores, TakeVectorsOfAnyPrecision)
         << x << higher;
     }
   }
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0) << log.Dump();
+  EXPECT_FALSE(log.HasError());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -114,7 +101,7 @@ TEST(zylVortexCores, SayWhatIsWrongWithTheVectors)
   EXPECT_NE(
     say("pressure").find("Array 'pressure' has 1 components, but should have 3 components.\n"),
     std::string::npos);
-  EXPECT_EQ(zylText(zylFlowData::FindProxy("VortexCores"), "SelectInputArray", 4), "pressure");
+  EXPECT_EQ(zylText(zylFindSource("VortexCores"), "SelectInputArray", 4), "pressure");
   EXPECT_NE(say("nowhere").find("No point nor cell array named 'nowhere' is in the zylDataSet set "
                                 "on this zylVortexCoresRepresentation\n"),
     std::string::npos);

@@ -1,28 +1,15 @@
 #include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylProxyBuilder.h"
 #include "zylClipPipelineHelper.h"
-#include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylMultiClip.h"
 #include "zylPipelineFixture.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylTimeController.h"
 
-#include <cmath>
-#include <limits>
-
-#include <gtest/gtest.h>
-#include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkSMPropertyHelper.h>
-#include <vtkSMSourceProxy.h>
 #include <vtkTransform.h>
 
 namespace {
-using Values = std::vector<double>;
+using Values = zylValues;
 
 enum Mode
 {
@@ -34,14 +21,6 @@ enum Mode
   Sphere
 };
 
-//--------------------------------------------------------------------------------------------------
-void Set(zylPropertyCollection* settings, const char* name, double x, double y, double z)
-{
-  const double values[] = { x, y, z };
-  settings->Set(name, values, 3);
-}
-
-//--------------------------------------------------------------------------------------------------
 // Bounds of what comes out; empty when nothing does.
 Values Bounds(vtkSMSourceProxy* source)
 {
@@ -76,10 +55,8 @@ class zylClipTest : public ::testing::Test
 protected:
   void SetUp() override
   {
-    this->DataSet = vtkSmartPointer<zylDataSet>::New();
-    ASSERT_TRUE(this->DataSet->LoadFromFile(
-      { zylTestData::Write(zylTestData::MakeRow(3, 6), zylTestData::MakeFolder() + "/row.vtm") }));
-    this->DataSet->Update();
+    this->DataSet = zylLoad(
+      zylTestData::Write(zylTestData::MakeRow(3, 6), zylTestData::MakeFolder() + "/row.vtm"));
     this->Clip->SetInput(this->DataSet->GetOutput());
     this->Settings = this->Clip->GetProperties();
   }
@@ -112,30 +89,26 @@ TEST_F(zylClipTest, NoneMakesNoClip)
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylClipTest, EachModeKeepsItsPart)
 {
-  this->Settings->Set("ScalarVariable", "pressure");
-  this->Settings->Set("ScalarLowerThreshold", 0.5);
-  this->Settings->Set("ScalarUpperThreshold", 2.25);
+  zylSet(this->Settings, "ScalarVariable", "pressure", "ScalarLowerThreshold", 0.5,
+    "ScalarUpperThreshold", 2.25);
   for (const bool invert : { true, false })
   {
     this->Settings->Set("Invert", invert);
     EXPECT_EQ(this->BoundsOf(Scalar), (Values{ 0.5, 2.25, 0, 1, 0, 1 }));
   }
-  Set(this->Settings, "PlaneCenter", 1.25, 0, 0);
+  zylSet(this->Settings, "PlaneCenter", Values{ 1.25, 0, 0 });
   EXPECT_EQ(this->BoundsOf(Plane), (Values{ 1.25, 3, 0, 1, 0, 1 }));
   this->Settings->Set("Invert", true);
   EXPECT_EQ(this->BoundsOf(Plane), (Values{ 0, 1.25, 0, 1, 0, 1 }));
-  Set(this->Settings, "BoxPosition", 0.5, 0.25, -1);
-  Set(this->Settings, "BoxLength", 1, 0.5, 3);
+  zylSet(this->Settings, "BoxPosition", Values{ 0.5, 0.25, -1 }, "BoxLength", Values{ 1, 0.5, 3 });
   EXPECT_EQ(this->BoundsOf(Box), (Values{ 0.5, 1.5, 0.25, 0.75, 0, 1 }));
-  Set(this->Settings, "CylinderCenter", 1.5, 0.5, 0.5);
-  Set(this->Settings, "CylinderAxis", 0, 0, 1);
-  this->Settings->Set("CylinderRadius", 0.3);
+  zylSet(this->Settings, "CylinderCenter", Values{ 1.5, 0.5, 0.5 }, "CylinderAxis",
+    Values{ 0, 0, 1 }, "CylinderRadius", 0.3);
   const Values cylinder = this->BoundsOf(Cylinder);
   EXPECT_NEAR(cylinder[0], 1.2, 0.03);
   EXPECT_NEAR(cylinder[3], 0.8, 0.03);
   EXPECT_EQ(cylinder[5], 1.0);
-  Set(this->Settings, "SphereCenter", 1.5, 0.5, 0.5);
-  this->Settings->Set("SphereRadius", 0.4);
+  zylSet(this->Settings, "SphereCenter", Values{ 1.5, 0.5, 0.5 }, "SphereRadius", 0.4);
   const Values sphere = this->BoundsOf(Sphere);
   EXPECT_NEAR(sphere[1], 1.9, 0.03);
   EXPECT_NEAR(sphere[5], 0.9, 0.03);
@@ -155,22 +128,22 @@ TEST_F(zylClipTest, ExactStaysOn)
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylClipTest, DegenerateShapesDoNoHarm)
 {
-  Set(this->Settings, "PlaneCenter", 1, 0, 0);
+  zylSet(this->Settings, "PlaneCenter", Values{ 1, 0, 0 });
   const Values good = this->BoundsOf(Plane);
   zylTestLog log;
-  Set(this->Settings, "PlaneNormal", 0, 0, 0);
+  zylSet(this->Settings, "PlaneNormal", Values{ 0, 0, 0 });
   EXPECT_EQ(this->BoundsOf(Plane), good);
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "'PlaneNormal' has no direction"));
-  Set(this->Settings, "CylinderAxis", 0, 0, 0);
+  EXPECT_TRUE(log.HasWarning("'PlaneNormal' has no direction"));
+  zylSet(this->Settings, "CylinderAxis", Values{ 0, 0, 0 });
   this->BoundsOf(Cylinder);
-  Set(this->Settings, "BoxLength", 0, 0, 0);
+  zylSet(this->Settings, "BoxLength", Values{ 0, 0, 0 });
   this->BoundsOf(Box);
   this->Settings->Set("SphereRadius", -1.0);
   this->BoundsOf(Sphere);
   this->Settings->Set("ScalarVariable", "no such array");
   this->BoundsOf(Scalar);
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  Set(this->Settings, "PlaneNormal", nan, nan, nan);
+  zylSet(this->Settings, "PlaneNormal", Values{ nan, nan, nan });
   EXPECT_EQ(this->BoundsOf(Plane), good);
 }
 
@@ -193,12 +166,11 @@ TEST_F(zylClipTest, AChainOfClips)
     zylTestLog log;
     EXPECT_EQ(clips->GetOutput(), nullptr);
     clips->Update();
-    EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, "No Input"), 2);
+    EXPECT_EQ(log.CountErrors("No Input"), 2);
     vtkNew<zylClipPipelineHelper> alone;
     EXPECT_EQ(alone->GetOutput(), nullptr);
     alone->Update();
-    EXPECT_TRUE(
-      log.Has(vtkLogger::VERBOSITY_ERROR, "Input must be set before Output is retrieved"));
+    EXPECT_TRUE(log.HasError("Input must be set before Output is retrieved"));
 
     clips->SetInput(this->DataSet->GetOutput());
     vtkSMSourceProxy* output = clips->GetOutput();
@@ -207,11 +179,9 @@ TEST_F(zylClipTest, AChainOfClips)
     EXPECT_EQ(clips->GetNumberOfClips(), 2);
     EXPECT_EQ(clips->GetProperties(-1), nullptr);
     EXPECT_EQ(clips->GetProperties(2), nullptr);
-    clips->GetProperties(0)->Set("ClipMode", Plane);
-    Set(clips->GetProperties(0), "PlaneCenter", 2.5, 0, 0);
-    clips->GetProperties(1)->Set("ClipMode", Plane);
-    Set(clips->GetProperties(1), "PlaneCenter", 0.5, 0, 0);
-    clips->GetProperties(1)->Set("Invert", false);
+    zylSet(clips->GetProperties(0), "ClipMode", int(Plane), "PlaneCenter", Values{ 2.5, 0, 0 });
+    zylSet(clips->GetProperties(1), "ClipMode", int(Plane), "PlaneCenter", Values{ 0.5, 0, 0 },
+      "Invert", false);
     clips->Update();
     EXPECT_EQ(clips->GetOutput(), output);
     EXPECT_EQ(Bounds(output), (Values{ 0.5, 2.5, 0, 1, 0, 1 }));
@@ -229,7 +199,6 @@ TEST_F(zylClipTest, AChainOfClips)
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylClipTest, ManyClips)
 {
-  const std::string before = zylRegisteredProxies();
   vtkNew<zylMultiClip> clips;
   clips->SetInput(this->DataSet->GetOutput());
   clips->SetNumberOfClips(10000);
@@ -241,7 +210,6 @@ TEST_F(zylClipTest, ManyClips)
   clips->Update();
   clips->SetInput(nullptr);
   EXPECT_EQ(clips->GetOutput(), nullptr);
-  (void)before;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -1,33 +1,14 @@
 // From the name of a variable to colors and a legend.
-#include "zylArrayInformation.h"
-#include "zylDataSet.h"
 #include "zylPipelineFixture.h"
-#include "zylPropertyCollection.h"
 #include "zylSurfacePipeline.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
-#include "zylView.h"
+#include "zylTest.h"
 
-#include <functional>
-#include <memory>
-#include <set>
-
-#include <gtest/gtest.h>
-#include <vtkCellData.h>
 #include <vtkColorTransferFunction.h>
 #include <vtkDataSet.h>
-#include <vtkDoubleArray.h>
-#include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
 #include <vtkSMPVRepresentationProxy.h>
-#include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkSMTransferFunctionProxy.h>
-#include <vtkVariant.h>
 
-using Values = std::vector<double>;
+using Values = zylValues;
 
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylPipelineTest, SplitsVariableNames)
@@ -95,8 +76,7 @@ TEST_F(zylPipelineTest, ColoringFollowsTheVariable)
   zylTestLog log;
   settings->Set("ColorVariableName", "nothing_X");
   pipeline->Update(this->View);
-  EXPECT_TRUE(
-    log.Has(vtkLogger::VERBOSITY_WARNING, "point or cell data named 'nothing' could not be found"));
+  EXPECT_TRUE(log.HasWarning("point or cell data named 'nothing' could not be found"));
   EXPECT_EQ(zylText(pipeline->GetRepresentation(), "ColorArrayName", 4), "pressure");
 }
 
@@ -106,19 +86,16 @@ TEST_F(zylPipelineTest, AnArrayMayBeNamedLikeAComponent)
   auto data = zylTestData::MakeRow(2);
   for (unsigned int i = 0; i < 2; ++i)
   {
-    vtkNew<vtkDoubleArray> array;
-    array->SetName("velocity_X");
-    array->SetNumberOfTuples(vtkDataSet::SafeDownCast(data->GetBlock(i))->GetNumberOfCells());
-    array->Fill(7.0 + i);
-    vtkDataSet::SafeDownCast(data->GetBlock(i))->GetCellData()->AddArray(array);
+    auto* block = vtkDataSet::SafeDownCast(data->GetBlock(i));
+    zylTestData::AddArray(
+      block->GetCellData(), "velocity_X", 1, block->GetNumberOfCells(), 7.0 + i);
   }
   const zylSurfaces surfaces(data);
   for (const bool tree : { true, false })
   {
     vtkNew<zylSurfacePipeline> pipeline;
-    pipeline->GetProperties()->Set("ColorMode", 1);
-    pipeline->GetProperties()->Set("ColorVariableName", "velocity_X");
-    pipeline->GetProperties()->Set("ColorLegendVisibility", true);
+    zylSet(pipeline->GetProperties(), "ColorMode", 1, "ColorVariableName", "velocity_X",
+      "ColorLegendVisibility", true);
     zylShow(pipeline, surfaces, { 1, 2 });
     pipeline->SetBlockTree(tree ? surfaces.DataSet->GetMultiBlockTree() : nullptr);
     pipeline->Update(this->View);
@@ -126,9 +103,7 @@ TEST_F(zylPipelineTest, AnArrayMayBeNamedLikeAComponent)
     EXPECT_EQ(zylNumber(pipeline->GetRepresentation(), "ColorArrayName", 3), 1.0); // of cells
     EXPECT_EQ(zylText(this->ScalarBar(pipeline), "Title"), "velocity_X");
     EXPECT_EQ(zylText(this->ScalarBar(pipeline), "ComponentTitle"), "");
-    double range[2];
-    pipeline->GetColorVariableInformation()->GetComponentRange(0, range);
-    EXPECT_EQ(range[1], 8.0);
+    EXPECT_EQ(zylRange(pipeline->GetColorVariableInformation())[1], 8.0);
     pipeline->GetProperties()->Set("ColorVariableName", "velocity_Y"); // the others as ever
     pipeline->Update(this->View);
     EXPECT_EQ(zylText(pipeline->GetRepresentation(), "ColorArrayName", 4), "velocity");
@@ -140,17 +115,14 @@ TEST_F(zylPipelineTest, ColorMap)
 {
   vtkNew<zylSurfacePipeline> pipeline;
   zylPropertyCollection* settings = pipeline->GetProperties();
-  settings->Set("ColorMode", 1);
-  settings->Set("ColorVariableName", "pressure");
-  const double range[] = { 0.5, 2.5 };
-  settings->Set("ColorMapRange", range, 2);
+  zylSet(
+    settings, "ColorMode", 1, "ColorVariableName", "pressure", "ColorMapRange", Values{ 0.5, 2.5 });
   this->Show(pipeline);
   vtkSMProxy* lut = vtkSMPropertyHelper(pipeline->GetRepresentation(), "LookupTable").GetAsProxy();
   Values points = zylNumbers(lut, "RGBPoints");
   EXPECT_EQ(points.front(), 0.5);
   EXPECT_EQ(points[points.size() - 4], 2.5);
-  EXPECT_EQ(zylNumber(lut, "Discretize"), 0.0);
-  EXPECT_EQ(zylNumber(lut, "NumberOfTableValues"), 256.0);
+  EXPECT_EQ(zylNumbers(lut, { "Discretize", "NumberOfTableValues" }), (Values{ 0, 256 }));
 
   // A color between two listed ones lies between them.
   settings->Set("ColorMapName", "Viridis (matplotlib)");
@@ -168,11 +140,9 @@ TEST_F(zylPipelineTest, ColorMap)
     }
   }
 
-  settings->Set("ColorMapStyle", 0);
-  settings->Set("ColorMapName", "Grayscale");
+  zylSet(settings, "ColorMapStyle", 0, "ColorMapName", "Grayscale");
   pipeline->Update(this->View);
-  EXPECT_EQ(zylNumber(lut, "Discretize"), 1.0);
-  EXPECT_EQ(zylNumber(lut, "NumberOfTableValues"), 5.0);
+  EXPECT_EQ(zylNumbers(lut, { "Discretize", "NumberOfTableValues" }), (Values{ 1, 5 }));
   EXPECT_NE(zylNumbers(lut, "RGBPoints"), points);
 
   // Not touched again before one of its own settings changes.
@@ -183,12 +153,10 @@ TEST_F(zylPipelineTest, ColorMap)
   EXPECT_EQ(zylNumbers(lut, "RGBPoints"), points);
 
   zylTestLog log;
-  const double inverted[] = { 2.0, 1.0 };
-  settings->Set("ColorMapRange", inverted, 2);
-  settings->Set("ColorMapName", "No such map");
+  zylSet(settings, "ColorMapRange", Values{ 2, 1 }, "ColorMapName", "No such map");
   pipeline->Update(this->View);
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "No color map named 'No such map' exists"));
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "range [2, 1] is not valid"));
+  EXPECT_TRUE(log.HasWarning("No color map named 'No such map' exists"));
+  EXPECT_TRUE(log.HasWarning("range [2, 1] is not valid"));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -196,31 +164,24 @@ TEST_F(zylPipelineTest, ColorLegend)
 {
   vtkNew<zylSurfacePipeline> pipeline;
   zylPropertyCollection* settings = pipeline->GetProperties();
-  settings->Set("ColorMode", 1);
-  settings->Set("ColorVariableName", "velocity_X");
+  zylSet(settings, "ColorMode", 1, "ColorVariableName", "velocity_X");
   this->Show(pipeline);
   EXPECT_EQ(this->ScalarBar(pipeline), nullptr);
 
-  const double red[] = { 1, 0, 0 };
-  settings->Set("ColorLegendVisibility", true);
-  settings->Set("ColorLegendLocation", 5);
-  settings->Set("ColorLegendOrientation", 0);
-  settings->Set("ColorLegendLabelColor", red, 3);
-  settings->Set("ColorLegendTitleBold", true);
+  zylSet(settings, "ColorLegendVisibility", true, "ColorLegendLocation", 5,
+    "ColorLegendOrientation", 0, "ColorLegendLabelColor", Values{ 1, 0, 0 }, "ColorLegendTitleBold",
+    true);
   pipeline->Update(this->View);
   vtkSMProxy* bar = this->ScalarBar(pipeline);
   ASSERT_NE(bar, nullptr);
   EXPECT_EQ(zylText(bar, "Title"), "velocity");
   EXPECT_EQ(zylText(bar, "ComponentTitle"), "X");
-  EXPECT_EQ(zylNumber(bar, "WindowLocation"), 5.0);
-  EXPECT_EQ(zylNumber(bar, "Orientation"), 0.0);
-  EXPECT_EQ(zylNumber(bar, "TitleBold"), 1.0);
-  EXPECT_EQ(zylNumber(bar, "TitleFontSize"), 16.0);
-  EXPECT_EQ(zylNumbers(bar, "LabelColor"), Values(red, red + 3));
-  EXPECT_EQ(zylNumber(bar, "Visibility"), 1.0);
+  EXPECT_EQ(zylNumbers(
+              bar, { "WindowLocation", "Orientation", "TitleBold", "TitleFontSize", "Visibility" }),
+    (Values{ 5, 0, 1, 16, 1 }));
+  EXPECT_EQ(zylNumbers(bar, "LabelColor"), (Values{ 1, 0, 0 }));
 
-  settings->Set("ColorLegendTitle", "Speed");
-  settings->Set("ColorLegendComponentTitle", "m/s");
+  zylSet(settings, "ColorLegendTitle", "Speed", "ColorLegendComponentTitle", "m/s");
   pipeline->Update(this->View);
   EXPECT_EQ(zylText(bar, "Title"), "Speed");
   EXPECT_EQ(zylText(bar, "ComponentTitle"), "m/s");

@@ -5,40 +5,27 @@
 #include "zylHostTest.h"
 #include "zylMeshLinePipeline.h"
 #include "zylPipelineFixture.h"
-#include "zylPropertyCollection.h"
 #include "zylSurfacePipeline.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylVectorGlyphPipeline.h"
 #include "zylView.h"
 
 #include <cstdlib>
-#include <memory>
-#include <string>
 
-#include <gtest/gtest.h>
 #include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
 
 // Three cubes side by side in front of the host's blue, seen from the front. The view's x runs to
 // the right; block 2 is in the middle.
 class zylPipelineRender : public zylHostTest
 {
 protected:
-  void SetUp() override
+  void Prepare() override
   {
-    zylHostTest::SetUp();
-    if (this->Host)
-    {
-      this->View = vtkSmartPointer<zylView>::New();
-      this->View->SetSourceFBO(0);
-      this->View->SetWindowSize(300, 300);
-      this->Surfaces = std::make_unique<zylSurfaces>(zylTestData::MakeRow(3, 4));
-      this->View->SetParallelProjection(true);
-      this->View->SetViewDir(1, false);
-      this->View->ResetCamera(0, 3, -1, 2, 0, 1);
-    }
+    this->View = zylMakeView();
+    this->Surfaces = std::make_unique<zylSurfaces>(zylTestData::MakeRow(3, 4));
+    this->View->SetParallelProjection(true);
+    this->View->SetViewDir(1, false);
+    this->View->ResetCamera(0, 3, -1, 2, 0, 1);
   }
 
   void TearDown() override
@@ -81,8 +68,7 @@ TEST_F(zylPipelineRender, SurfaceByBlockAndColor)
 {
   vtkNew<zylSurfacePipeline> pipeline;
   zylPropertyCollection* settings = pipeline->GetProperties();
-  const double red[] = { 1, 0, 0 };
-  settings->Set("Color", red, 3);
+  zylSet(settings, "Color", zylValues{ 1, 0, 0 });
   zylShow(pipeline, *this->Surfaces, { 1, 3 });
   this->Draw(pipeline, "surface_blocks_1_3");
   const auto left = this->Host->Pixel(80, 150);
@@ -95,12 +81,8 @@ TEST_F(zylPipelineRender, SurfaceByBlockAndColor)
   EXPECT_TRUE(this->Host->PixelIs(80, 150, 0, 0, 255));
   EXPECT_GT(this->Host->Pixel(150, 150)[0], 180);
 
-  settings->Set("ColorMode", 1);
-  settings->Set("ColorVariableName", "pressure");
-  settings->Set("ColorMapName", "Grayscale");
-  const double range[] = { 0, 3 };
-  settings->Set("ColorMapRange", range, 2);
-  settings->Set("ColorLegendVisibility", true);
+  zylSet(settings, "ColorMode", 1, "ColorVariableName", "pressure", "ColorMapName", "Grayscale",
+    "ColorMapRange", zylValues{ 0, 3 }, "ColorLegendVisibility", true);
   zylSetBlocks(pipeline, { 1, 1, 2, 1, 3, 1 });
   this->Draw(pipeline, "surface_pressure");
   EXPECT_LT(this->Host->Pixel(60, 150)[0], 70);
@@ -124,16 +106,13 @@ TEST_F(zylPipelineRender, StylesAndTransparency)
   EXPECT_GT(seen[2], 200);
   EXPECT_GT(seen[0], 30);
   EXPECT_LT(seen[0], 200);
-  settings->Set("Transparency", 0.0);
   const int solid = this->Drawn(0, 300);
-  settings->Set("DisplayStyle", 1);
-  settings->Set("PointRadius", 4.0);
+  zylSet(settings, "Transparency", 0.0, "DisplayStyle", 1, "PointRadius", 4.0);
   this->Draw(pipeline, "surface_points");
   const int points = this->Drawn(0, 300);
   EXPECT_GT(points, 20);
   EXPECT_LT(points, solid / 2);
-  settings->Set("DisplayStyle", 2);
-  settings->Set("PointGaussianRadius", 0.1);
+  zylSet(settings, "DisplayStyle", 2, "PointGaussianRadius", 0.1);
   zylSetBlocks(pipeline, { 1, 1, 2, 0, 3, 1 });
   this->Draw(pipeline, "surface_gaussians_1_3");
   EXPECT_EQ(this->Drawn(130, 170), 0);
@@ -147,11 +126,9 @@ TEST_F(zylPipelineRender, ContoursOfTheVisibleBlocks)
 {
   vtkNew<zylContourPipeline> pipeline;
   zylPropertyCollection* settings = pipeline->GetProperties();
-  settings->Set("ContourVariableName", "pressure");
-  const double range[] = { 0.5, 2.5 };
-  settings->Set("ContourRange", range, 2);
-  settings->Set("NumberOfContours", 3); // 0.5, 1.5, 2.5: one line in each cube
-  settings->Set("TubeRadius", 2.0);
+  // At 0.5, 1.5, 2.5: one line in each cube.
+  zylSet(settings, "ContourVariableName", "pressure", "ContourRange", zylValues{ 0.5, 2.5 },
+    "NumberOfContours", 3, "TubeRadius", 2.0);
   zylShow(pipeline, *this->Surfaces, { 1, 2, 3 });
   this->Draw(pipeline, "contours");
   EXPECT_GT(this->Drawn(0, 100), 10);
@@ -168,10 +145,9 @@ TEST_F(zylPipelineRender, ContoursOfTheVisibleBlocks)
   settings->Set("NumberOfContours", 0);
   this->Draw(pipeline, "contours_none");
   EXPECT_EQ(this->Drawn(0, 300), 0);
-  settings->Set("NumberOfContours", 1);
-  settings->Set("ContourVariableName", "");
+  zylSet(settings, "NumberOfContours", 1, "ContourVariableName", "");
   this->Draw(pipeline, "contours_no_variable");
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0) << log.Dump();
+  EXPECT_FALSE(log.HasError());
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -181,8 +157,7 @@ TEST_F(zylPipelineRender, LinesGlyphsAndHighlight)
   vtkNew<zylFeatureLinePipeline> feature;
   vtkNew<zylVectorGlyphPipeline> glyphs;
   vtkNew<zylHighlightPipeline> highlight;
-  glyphs->GetProperties()->Set("VectorVariable", "velocity");
-  glyphs->GetProperties()->Set("ScaleFactor", 0.2);
+  zylSet(glyphs->GetProperties(), "VectorVariable", "velocity", "ScaleFactor", 0.2);
   const struct
   {
     zylPipeline* Pipeline;
@@ -224,8 +199,7 @@ TEST_F(zylPipelineRender, HighlightStylesHeedTheBlocks)
 TEST_F(zylPipelineRender, DrawingAsksNothingAboutTheData)
 {
   vtkNew<zylSurfacePipeline> pipeline;
-  pipeline->GetProperties()->Set("ColorMode", 1);
-  pipeline->GetProperties()->Set("ColorVariableName", "pressure");
+  zylSet(pipeline->GetProperties(), "ColorMode", 1, "ColorVariableName", "pressure");
   zylShow(pipeline, *this->Surfaces, { 1, 2 });
   zylTestLog log;
   this->Draw(pipeline, "first");

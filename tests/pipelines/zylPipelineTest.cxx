@@ -1,45 +1,53 @@
-#include "zylArrayInformation.h"
 #include "zylContourPipeline.h"
-#include "zylDataSet.h"
 #include "zylFeatureLinePipeline.h"
 #include "zylHighlightPipeline.h"
 #include "zylMeshLinePipeline.h"
 #include "zylPipelineFixture.h"
-#include "zylPropertyCollection.h"
 #include "zylSurfacePipeline.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylVectorGlyphPipeline.h"
 #include "zylView.h"
 
-#include <functional>
-#include <memory>
-#include <set>
-
-#include <gtest/gtest.h>
 #include <vtkCallbackCommand.h>
 #include <vtkDataSet.h>
 #include <vtkLogger.h>
-#include <vtkNew.h>
 #include <vtkSMPVRepresentationProxy.h>
 #include <vtkSMParaViewPipelineControllerWithRendering.h>
-#include <vtkSMPropertyHelper.h>
 #include <vtkSMPropertyIterator.h>
 #include <vtkSMRenderViewProxy.h>
-#include <vtkSMSourceProxy.h>
 #include <vtkSMVectorProperty.h>
 
 namespace {
-using Values = std::vector<double>;
+using Values = zylValues;
 
-const std::vector<std::function<vtkSmartPointer<zylPipeline>()>> Kinds = {
-  [] { return vtkSmartPointer<zylSurfacePipeline>::New(); },
-  [] { return vtkSmartPointer<zylContourPipeline>::New(); },
-  [] { return vtkSmartPointer<zylLinePipeline>::New(); },
-  [] { return vtkSmartPointer<zylFeatureLinePipeline>::New(); },
-  [] { return vtkSmartPointer<zylMeshLinePipeline>::New(); },
-  [] { return vtkSmartPointer<zylVectorGlyphPipeline>::New(); },
-  [] { return vtkSmartPointer<zylHighlightPipeline>::New(); },
+template <class Pipeline>
+vtkSmartPointer<zylPipeline> New()
+{
+  return vtkSmartPointer<Pipeline>::New();
+}
+
+struct Kind
+{
+  const char* Name;
+  vtkSmartPointer<zylPipeline> (*Make)();
 };
+
+// What holds for every kind of pipeline.
+class zylEveryPipeline
+  : public zylPipelineTest
+  , public testing::WithParamInterface<Kind>
+{
+protected:
+  vtkSmartPointer<zylPipeline> Make() { return GetParam().Make(); }
+};
+INSTANTIATE_TEST_SUITE_P(Kinds, zylEveryPipeline,
+  testing::Values(Kind{ "Surface", &New<zylSurfacePipeline> },
+    Kind{ "Contour", &New<zylContourPipeline> }, Kind{ "Line", &New<zylLinePipeline> },
+    Kind{ "FeatureLine", &New<zylFeatureLinePipeline> },
+    Kind{ "MeshLine", &New<zylMeshLinePipeline> },
+    Kind{ "VectorGlyph", &New<zylVectorGlyphPipeline> },
+    Kind{ "Highlight", &New<zylHighlightPipeline> }),
+  [](const auto& info) { return info.param.Name; });
 
 //--------------------------------------------------------------------------------------------------
 // Settings under which every kind has something to draw, a color map and a legend.
@@ -48,131 +56,113 @@ void UseVariables(zylPipeline* pipeline)
   zylPropertyCollection* settings = pipeline->GetProperties();
   if (settings->Has("ColorMode"))
   {
-    settings->Set("ColorMode", 1);
-    settings->Set("ColorVariableName", "velocity_X");
-    settings->Set("ColorLegendVisibility", true);
+    zylSet(
+      settings, "ColorMode", 1, "ColorVariableName", "velocity_X", "ColorLegendVisibility", true);
   }
-  if (settings->Has("ContourVariableName"))
+  for (const auto& [name, variable] : { std::make_pair("ContourVariableName", "pressure"),
+         std::make_pair("VectorVariable", "velocity") })
   {
-    settings->Set("ContourVariableName", "pressure");
-  }
-  if (settings->Has("VectorVariable"))
-  {
-    settings->Set("VectorVariable", "velocity");
+    if (settings->Has(name))
+    {
+      settings->Set(name, variable);
+    }
   }
 }
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
 // Renamed properties of another ParaView show up here.
-TEST_F(zylPipelineTest, EveryTargetExists)
+TEST_P(zylEveryPipeline, EveryTargetExists)
 {
-  for (const auto& make : Kinds)
-  {
-    const auto pipeline = make();
-    UseVariables(pipeline);
-    zylTestLog log;
-    this->Show(pipeline);
-    ASSERT_NE(pipeline->GetRepresentation(), nullptr) << pipeline->GetClassName();
-    EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_TRACE, "has no property"), 0);
-    EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_WARNING, ""), 0);
-    EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0);
-    // It takes seconds with thousands of blocks.
-    EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_TRACE, "gather information vtkPVDataInformation"), 0)
-      << pipeline->GetClassName();
-  }
+  const auto pipeline = this->Make();
+  UseVariables(pipeline);
+  zylTestLog log;
+  this->Show(pipeline);
+  ASSERT_NE(pipeline->GetRepresentation(), nullptr);
+  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_TRACE, "has no property"), 0);
+  EXPECT_FALSE(log.HasWarning() || log.HasError());
+  // It takes seconds with thousands of blocks.
+  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_TRACE, "gather information vtkPVDataInformation"), 0);
 }
 
 //--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, VisibilityIsNotInTheHash)
+TEST_P(zylEveryPipeline, VisibilityIsNotInTheHash)
 {
-  for (const auto& make : Kinds)
-  {
-    const auto one = make();
-    const auto other = make();
-    other->GetProperties()->Set("Visibility", true);
-    other->GetProperties()->Set("ForceHidden", true);
-    zylSetBlocks(other, { 1, 1, 2, 0 });
-    EXPECT_EQ(one->GetProperties()->GetHashValue(), other->GetProperties()->GetHashValue());
-    other->GetProperties()->Set("TubeRadius", 2.0);
-    other->GetProperties()->Set("ScaleFactor", 2.0);
-    EXPECT_NE(one->GetProperties()->GetHashValue(), other->GetProperties()->GetHashValue());
-  }
+  const auto one = this->Make();
+  const auto other = this->Make();
+  other->GetProperties()->Set("Visibility", true);
+  other->GetProperties()->Set("ForceHidden", true);
+  zylSetBlocks(other, { 1, 1, 2, 0 });
+  EXPECT_EQ(one->GetProperties()->GetHashValue(), other->GetProperties()->GetHashValue());
+  other->GetProperties()->Set("TubeRadius", 2.0);
+  other->GetProperties()->Set("ScaleFactor", 2.0);
+  EXPECT_NE(one->GetProperties()->GetHashValue(), other->GetProperties()->GetHashValue());
 }
 
 //--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, NothingIsMadeWithoutNeed)
+TEST_P(zylEveryPipeline, NothingIsMadeWithoutNeed)
 {
-  for (const auto& make : Kinds)
-  {
-    const auto pipeline = make();
-    const std::string before = zylRegisteredProxies();
-    pipeline->Update(this->View); // no source
-    this->Show(pipeline, {});
-    zylSetBlocks(pipeline, { 1, 0, 2, 0 });
-    pipeline->Update(this->View);
-    pipeline->GetProperties()->Set("ForceHidden", true);
-    zylSetBlocks(pipeline, { 1, 1 });
-    pipeline->Update(this->View);
-    pipeline->Update(nullptr);
-    EXPECT_EQ(pipeline->GetRepresentation(), nullptr);
-    EXPECT_EQ(zylRegisteredProxies(), before);
-  }
+  const auto pipeline = this->Make();
+  const std::string before = zylRegisteredProxies();
+  pipeline->Update(this->View); // no source
+  this->Show(pipeline, {});
+  zylSetBlocks(pipeline, { 1, 0, 2, 0 });
+  pipeline->Update(this->View);
+  pipeline->GetProperties()->Set("ForceHidden", true);
+  zylSetBlocks(pipeline, { 1, 1 });
+  pipeline->Update(this->View);
+  pipeline->Update(nullptr);
+  EXPECT_EQ(pipeline->GetRepresentation(), nullptr);
+  EXPECT_EQ(zylRegisteredProxies(), before);
 }
 
 //--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, AnUpdateWithoutChangesSendsNothing)
+TEST_P(zylEveryPipeline, AnUpdateWithoutChangesSendsNothing)
 {
-  for (const auto& make : Kinds)
-  {
-    const auto pipeline = make();
-    UseVariables(pipeline);
-    this->Show(pipeline);
-    EXPECT_EQ(zylTraffic([&] { pipeline->Update(this->View); }), "") << pipeline->GetClassName();
-    // What an owner does: the same settings again.
-    auto copy = vtkSmartPointer<zylPropertyCollection>::New();
-    copy->DeepCopy(pipeline->GetProperties());
-    pipeline->GetProperties()->DeepCopy(copy);
-    EXPECT_EQ(zylTraffic([&] { pipeline->Update(this->View); }), "") << pipeline->GetClassName();
-    zylSetBlocks(pipeline, { 1, 1, 2, 1, 3, 0 });
-    EXPECT_NE(zylTraffic([&] { pipeline->Update(this->View); }), "") << pipeline->GetClassName();
-  }
+  const auto pipeline = this->Make();
+  UseVariables(pipeline);
+  this->Show(pipeline);
+  EXPECT_EQ(zylTraffic([&] { pipeline->Update(this->View); }), "");
+  // What an owner does: the same settings again.
+  auto copy = vtkSmartPointer<zylPropertyCollection>::New();
+  copy->DeepCopy(pipeline->GetProperties());
+  pipeline->GetProperties()->DeepCopy(copy);
+  EXPECT_EQ(zylTraffic([&] { pipeline->Update(this->View); }), "");
+  zylSetBlocks(pipeline, { 1, 1, 2, 1, 3, 0 });
+  EXPECT_NE(zylTraffic([&] { pipeline->Update(this->View); }), "");
 }
 
 //--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, NothingIsLeftBehind)
+TEST_P(zylEveryPipeline, NothingIsLeftBehind)
 {
   const std::string before = zylRegisteredProxies();
   const auto representations =
     vtkSMPropertyHelper(this->View->GetProxy(), "Representations").GetNumberOfElements();
-  for (const auto& make : Kinds)
+  for (int i = 0; i < 3; ++i)
   {
-    for (int i = 0; i < 3; ++i)
+    const auto pipeline = this->Make();
+    UseVariables(pipeline);
+    this->Show(pipeline);
+    if (pipeline->GetProperties()->Has("ColorMode"))
     {
-      const auto pipeline = make();
-      UseVariables(pipeline);
-      this->Show(pipeline);
-      if (pipeline->GetProperties()->Has("ColorMode"))
-      {
-        pipeline->GetProperties()->Set("ColorVariableName", "pressure");
-        pipeline->Update(this->View);
-        pipeline->GetProperties()->Set("ColorMode", 0);
-        pipeline->Update(this->View);
-        pipeline->GetProperties()->Set("ColorMode", 1);
-        pipeline->Update(this->View);
-      }
-      if (i % 2)
-      {
-        pipeline->FreeResources(this->View);
-        EXPECT_EQ(zylRegisteredProxies(), before) << pipeline->GetClassName();
-        pipeline->Update(this->View); // makes everything again
-        EXPECT_NE(pipeline->GetRepresentation(), nullptr);
-      }
+      pipeline->GetProperties()->Set("ColorVariableName", "pressure");
+      pipeline->Update(this->View);
+      pipeline->GetProperties()->Set("ColorMode", 0);
+      pipeline->Update(this->View);
+      pipeline->GetProperties()->Set("ColorMode", 1);
+      pipeline->Update(this->View);
     }
-    EXPECT_EQ(zylRegisteredProxies(), before);
-    EXPECT_EQ(vtkSMPropertyHelper(this->View->GetProxy(), "Representations").GetNumberOfElements(),
-      representations);
+    if (i % 2)
+    {
+      pipeline->FreeResources(this->View);
+      EXPECT_EQ(zylRegisteredProxies(), before);
+      pipeline->Update(this->View); // makes everything again
+      EXPECT_NE(pipeline->GetRepresentation(), nullptr);
+    }
   }
+  EXPECT_EQ(zylRegisteredProxies(), before);
+  EXPECT_EQ(vtkSMPropertyHelper(this->View->GetProxy(), "Representations").GetNumberOfElements(),
+    representations);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -226,33 +216,24 @@ TEST_F(zylPipelineTest, SurfaceSettings)
 {
   vtkNew<zylSurfacePipeline> pipeline;
   zylPropertyCollection* settings = pipeline->GetProperties();
-  const double color[] = { 0.25, 0.5, 1.0 };
-  settings->Set("Color", color, 3);
-  settings->Set("Transparency", 0.25);
-  settings->Set("Specular", 0.5);
-  settings->Set("TubeRadius", 3.0);
-  settings->Set("RenderPointsAsSpheres", true);
+  const Values color = { 0.25, 0.5, 1.0 };
+  zylSet(settings, "Color", color, "Transparency", 0.25, "Specular", 0.5, "TubeRadius", 3.0,
+    "RenderPointsAsSpheres", true);
   this->Show(pipeline);
   vtkSMProxy* made = pipeline->GetRepresentation();
-  EXPECT_EQ(zylNumbers(made, "AmbientColor"), Values(color, color + 3));
-  EXPECT_EQ(zylNumbers(made, "DiffuseColor"), Values(color, color + 3));
-  EXPECT_EQ(zylNumber(made, "Opacity"), 0.75);
-  EXPECT_EQ(zylNumber(made, "Specular"), 0.5);
-  EXPECT_EQ(zylNumber(made, "LineWidth"), 3.0);
-  EXPECT_EQ(zylNumber(made, "RenderPointsAsSpheres"), 1.0);
-  EXPECT_EQ(zylNumber(made, "UseSeparateColorMap"), 1.0);
-  EXPECT_EQ(zylNumber(made, "Visibility"), 1.0);
-  const struct
+  EXPECT_EQ(zylNumbers(made, "AmbientColor"), color);
+  EXPECT_EQ(zylNumbers(made, "DiffuseColor"), color);
+  EXPECT_EQ(zylNumbers(made,
+              { "Opacity", "Specular", "LineWidth", "RenderPointsAsSpheres", "UseSeparateColorMap",
+                "Visibility" }),
+    (Values{ 0.75, 0.5, 3, 1, 1, 1 }));
+  const std::pair<int, const char*> styles[] = { { 1, "Points" }, { 2, "Point Gaussian" },
+    { 7, "Surface" }, { 1, "Points" }, { 0, "Surface" } };
+  for (const auto& [style, type] : styles)
   {
-    int Style;
-    const char* Type;
-  } styles[] = { { 1, "Points" }, { 2, "Point Gaussian" }, { 7, "Surface" }, { 1, "Points" },
-    { 0, "Surface" } };
-  for (const auto& style : styles)
-  {
-    settings->Set("DisplayStyle", style.Style);
+    settings->Set("DisplayStyle", style);
     pipeline->Update(this->View);
-    EXPECT_EQ(zylText(made, "Representation"), style.Type);
+    EXPECT_EQ(zylText(made, "Representation"), type);
   }
   settings->Set("ForceHidden", true);
   pipeline->Update(this->View);
@@ -283,43 +264,37 @@ TEST_F(zylPipelineTest, WhatCannotBeShownLeavesNothingIfAsked)
 }
 
 //--------------------------------------------------------------------------------------------------
-TEST_F(zylPipelineTest, MissingSettingsMeanTheirDefaults)
+TEST_P(zylEveryPipeline, MissingSettingsMeanTheirDefaults)
 {
-  for (const auto& make : Kinds)
-  {
-    const auto pipeline = make();
-    UseVariables(pipeline);
-    this->Show(pipeline);
-    pipeline->GetProperties()->Clear();
-    EXPECT_FALSE(pipeline->IsVisible());
-    pipeline->Update(this->View);
-    EXPECT_EQ(zylNumber(pipeline->GetRepresentation(), "Visibility"), 0.0);
-    const auto other = make();
-    EXPECT_EQ(pipeline->GetProperties()->PrintPropertiesToString(),
-      other->GetProperties()->PrintPropertiesToString());
-    pipeline->GetProperties()->MakeDouble("ColorMapRange", 1.0); // one element, not two
-    pipeline->GetProperties()->MakeString("Visibility", "yes");
-    this->Show(pipeline);
-  }
+  const auto pipeline = this->Make();
+  UseVariables(pipeline);
+  this->Show(pipeline);
+  pipeline->GetProperties()->Clear();
+  EXPECT_FALSE(pipeline->IsVisible());
+  pipeline->Update(this->View);
+  EXPECT_EQ(zylNumber(pipeline->GetRepresentation(), "Visibility"), 0.0);
+  const auto other = this->Make();
+  EXPECT_EQ(pipeline->GetProperties()->PrintPropertiesToString(),
+    other->GetProperties()->PrintPropertiesToString());
+  pipeline->GetProperties()->MakeDouble("ColorMapRange", 1.0); // one element, not two
+  pipeline->GetProperties()->MakeString("Visibility", "yes");
+  this->Show(pipeline);
 }
 
 //--------------------------------------------------------------------------------------------------
 // Data that are no blocks, and groups of such data, are shown by the flag of the root.
-TEST_F(zylPipelineTest, TheRootStandsForAll)
+TEST_P(zylEveryPipeline, TheRootStandsForAll)
 {
-  for (const auto& make : Kinds)
+  const auto pipeline = this->Make();
+  UseVariables(pipeline);
+  for (const bool tree : { true, false })
   {
-    const auto pipeline = make();
-    UseVariables(pipeline);
-    for (const bool tree : { true, false })
-    {
-      zylShow(pipeline, *this->Surfaces, { 0 });
-      pipeline->SetBlockTree(tree ? this->Surfaces->DataSet->GetMultiBlockTree() : nullptr);
-      pipeline->Update(this->View);
-      double bounds[6];
-      pipeline->GetVisibleBounds(bounds);
-      EXPECT_EQ(Values(bounds, bounds + 2), (Values{ 0, 3 })) << pipeline->GetClassName();
-    }
+    zylShow(pipeline, *this->Surfaces, { 0 });
+    pipeline->SetBlockTree(tree ? this->Surfaces->DataSet->GetMultiBlockTree() : nullptr);
+    pipeline->Update(this->View);
+    double bounds[6];
+    pipeline->GetVisibleBounds(bounds);
+    EXPECT_EQ(Values(bounds, bounds + 2), (Values{ 0, 3 }));
   }
 }
 
@@ -339,6 +314,7 @@ TEST_F(zylPipelineTest, TheHostsObserversStay)
   EXPECT_TRUE(this->Surfaces->Source->HasObserver(vtkCommand::UpdateDataEvent, observer));
   this->Surfaces->Source->InvokeEvent(vtkCommand::UpdateDataEvent);
   EXPECT_EQ(seen, 1);
+  this->Surfaces->Source->RemoveObserver(observer);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -352,8 +328,7 @@ TEST_F(zylPipelineTest, ContourValues)
   ASSERT_NE(filter, nullptr);
   EXPECT_EQ(zylNumbers(filter, "ContourValues"), (Values{ 0, 0.25, 0.5, 0.75, 1 }));
   EXPECT_EQ(zylText(filter, "SelectInputScalars", 4), "pressure");
-  const double range[] = { 1.0, 2.0 };
-  settings->Set("ContourRange", range, 2);
+  zylSet(settings, "ContourRange", Values{ 1, 2 });
   const std::pair<int, Values> cases[] = { { 2, { 1, 2 } }, { 1, { 1.5 } }, { 0, {} }, { -3, {} } };
   for (const auto& c : cases)
   {
@@ -386,41 +361,33 @@ TEST_F(zylPipelineTest, GlyphsNeedAVector)
 {
   vtkNew<zylVectorGlyphPipeline> pipeline;
   zylPropertyCollection* settings = pipeline->GetProperties();
+  const std::pair<const char*, const char*> unsuitable[] = {
+    { "speed", "No array named 'speed' is in the zylDataSet set on this zylVectorGlyphPipeline" },
+    { "pressure", "Array 'pressure' has 1 components, but should have 3 components." },
+    { "quality", "'quality' belongs to the cells" },
+  };
+  for (const auto& [variable, message] : unsuitable)
   {
     zylTestLog log;
-    settings->Set("VectorVariable", "speed");
+    settings->Set("VectorVariable", variable);
     this->Show(pipeline);
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING,
-      "No array named 'speed' is in the zylDataSet set on this zylVectorGlyphPipeline"));
-    settings->Set("VectorVariable", "pressure");
-    pipeline->Update(this->View);
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING,
-      "Array 'pressure' has 1 components, but should have 3 components."));
-    settings->Set("VectorVariable", "quality");
-    pipeline->Update(this->View);
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "'quality' belongs to the cells"));
+    EXPECT_TRUE(log.HasWarning(message));
   }
   EXPECT_EQ(pipeline->GetRepresentation(), nullptr);
 
-  settings->Set("VectorVariable", "velocity");
-  settings->Set("ScaleFactor", 0.5);
-  settings->Set("ArrowTipResolution", 12);
+  zylSet(settings, "VectorVariable", "velocity", "ScaleFactor", 0.5, "ArrowTipResolution", 12);
   pipeline->Update(this->View);
   vtkSMProxy* made = pipeline->GetRepresentation();
   ASSERT_NE(made, nullptr);
   EXPECT_EQ(zylText(made, "Representation"), "3D Glyphs");
   EXPECT_EQ(zylText(made, "SelectOrientationVectors"), "velocity");
-  EXPECT_EQ(zylNumber(made, "Orient"), 1.0);
-  EXPECT_EQ(zylNumber(made, "Scaling"), 1.0);
-  EXPECT_EQ(zylNumber(made, "ScaleFactor"), 0.5);
-  EXPECT_EQ(zylNumber(made, "ScaleMode"), 0.0);
+  EXPECT_EQ(zylNumbers(made, { "Orient", "Scaling", "ScaleFactor", "ScaleMode" }),
+    (Values{ 1, 1, 0.5, 0 }));
   vtkSMProxy* arrow = vtkSMPropertyHelper(made, "GlyphType").GetAsProxy();
   ASSERT_STREQ(arrow->GetXMLName(), "ArrowSource");
-  EXPECT_EQ(zylNumber(arrow, "TipResolution"), 12.0);
-  EXPECT_EQ(zylNumber(arrow, "ShaftResolution"), 8.0);
+  EXPECT_EQ(zylNumbers(arrow, { "TipResolution", "ShaftResolution" }), (Values{ 12, 8 }));
 
-  settings->Set("GlyphSizeMode", 3);
-  settings->Set("ScaleVariable", "pressure");
+  zylSet(settings, "GlyphSizeMode", 3, "ScaleVariable", "pressure");
   pipeline->Update(this->View);
   EXPECT_EQ(zylNumber(made, "ScaleMode"), 1.0);
   EXPECT_EQ(zylText(made, "SelectScaleArray"), "pressure");
@@ -459,23 +426,23 @@ TEST_F(zylPipelineTest, Bounds)
 {
   vtkNew<zylSurfacePipeline> pipeline;
   zylShow(pipeline, *this->Surfaces, { 2 });
+  const auto visible = [&pipeline] {
+    double bounds[6];
+    pipeline->GetVisibleBounds(bounds);
+    return Values(bounds, bounds + 6);
+  };
   double all[6];
-  double visible[6];
   pipeline->GetBounds(all);
-  pipeline->GetVisibleBounds(visible);
   EXPECT_EQ(Values(all, all + 2), (Values{ 0, 3 }));
-  EXPECT_EQ(Values(visible, visible + 6), (Values{ 1, 2, 0, 1, 0, 1 }));
+  EXPECT_EQ(visible(), (Values{ 1, 2, 0, 1, 0, 1 }));
   zylSetBlocks(pipeline, { 1, 0, 2, 0 });
   EXPECT_FALSE(pipeline->AnyBlocksVisible());
-  pipeline->GetVisibleBounds(visible);
-  EXPECT_GT(visible[0], visible[1]);
+  EXPECT_GT(visible()[0], visible()[1]);
 
   pipeline->GetProperties()->Set("ColorVariableName", "velocity_Y");
   const auto array = pipeline->GetColorVariableInformation();
   ASSERT_NE(array, nullptr);
   EXPECT_EQ(array->GetName(), "velocity");
   EXPECT_EQ(array->GetNumberOfComponents(), 3u);
-  double range[2];
-  array->GetComponentRange(0, range);
-  EXPECT_EQ(Values(range, range + 2), (Values{ 0, 1 }));
+  EXPECT_EQ(zylRange(array), (Values{ 0, 1 }));
 }

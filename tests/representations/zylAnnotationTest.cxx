@@ -1,26 +1,15 @@
 // Texts in a view: what they say, where they are, and what they leave alone; built in and from a
 // server.
 #include "zylAnnotation.h"
-#include "zylCore.h"
-#include "zylDataSet.h"
-#include "zylPropertyCollection.h"
 #include "zylSessionScene.h"
-#include "zylTestData.h"
+#include "zylTest.h"
 #include "zylTimeController.h"
 #include "zylView.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <string>
 
-#include <vtkLogger.h>
-#include <vtkNew.h>
-#include <vtkSMProxyIterator.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkSmartPointer.h>
 #include <vtkTable.h>
-#include <vtkVariant.h>
 
 namespace {
 // Left, bottom, right, top.
@@ -28,17 +17,7 @@ using Rectangle = std::array<int, 4>;
 
 vtkSMSourceProxy* FindFilter()
 {
-  vtkNew<vtkSMProxyIterator> proxies;
-  proxies->SetSession(zylCore::GetInstance()->GetSession());
-  proxies->SetModeToOneGroup();
-  for (proxies->Begin("sources"); !proxies->IsAtEnd(); proxies->Next())
-  {
-    if (std::string(proxies->GetProxy()->GetXMLName()) == "PythonAnnotation")
-    {
-      return vtkSMSourceProxy::SafeDownCast(proxies->GetProxy());
-    }
-  }
-  return nullptr;
+  return zylFindSource("PythonAnnotation");
 }
 
 class zylAnnotationText
@@ -49,27 +28,18 @@ protected:
   void SetUp() override
   {
     zylSessionTest::SetUp();
-    if (GetParam() && !this->ConnectToServer())
+    if (!this->Host || (GetParam() && !this->ConnectToServer()))
     {
-      GTEST_SKIP() << "no server here";
-    }
-    if (!this->Host)
-    {
-      return;
+      GTEST_SKIP() << "no host or no server here";
     }
     const double steps[] = { 1.0, 3.0 };
-    this->Data = vtkSmartPointer<zylDataSet>::New();
-    ASSERT_TRUE(
-      this->Data->LoadFromFile({ zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 2) }));
-    this->View = vtkSmartPointer<zylView>::New();
-    this->View->SetSourceFBO(0);
-    this->View->SetWindowSize(300, 300);
+    this->Data = zylLoad(zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 2));
+    this->View = zylMakeView();
     // The eye is at the origin and looks along -z; (0, 0, -2) is in the middle, 90 pixels a unit.
     const double t = 2.0 * 90 / 150;
     const double projection[16] = { t, 0, 0, 0, 0, t, 0, 0, 0, 0, -5.0 / 3, -8.0 / 3, 0, 0, -1, 0 };
     this->View->SetCameraMatrices(nullptr, nullptr, projection);
-    this->Settings()->Set("Visibility", true);
-    this->Settings()->Set("Expression", "'Text'");
+    this->Set("Visibility", true, "Expression", "'Text'");
     this->Annotation->SetDataSet(this->Data);
   }
   void TearDown() override
@@ -81,10 +51,10 @@ protected:
   }
 
   zylPropertyCollection* Settings() { return this->Annotation->GetProperties(); }
-  void Set(const char* name, double x, double y, double z)
+  template <class... Settings>
+  void Set(const Settings&... settings)
   {
-    const double values[] = { x, y, z };
-    this->Settings()->Set(name, values, 3);
+    zylSet(this->Settings(), settings...);
   }
   std::string GetText()
   {
@@ -136,10 +106,6 @@ bool IsEmpty(const Rectangle& found)
 //--------------------------------------------------------------------------------------------------
 TEST_P(zylAnnotationText, SaysWhatTheDataAre)
 {
-  if (!this->Host)
-  {
-    return;
-  }
   this->Data->DefineDerivedPointVariable("twice", "2 * pressure");
   this->Data->DefineDerivedPointVariable("more", "twice + 1");
   const struct
@@ -158,8 +124,7 @@ TEST_P(zylAnnotationText, SaysWhatTheDataAre)
   };
   for (const auto& row : rows)
   {
-    this->Settings()->Set("Expression", row.Expression);
-    this->Settings()->Set("ArrayAssociation", row.Association);
+    this->Set("Expression", row.Expression, "ArrayAssociation", row.Association);
     for (int step = 0; step < 2; ++step)
     {
       zylTimeController::GetInstance()->GoToTime(step == 0 ? 1.0 : 3.0);
@@ -171,15 +136,8 @@ TEST_P(zylAnnotationText, SaysWhatTheDataAre)
 //--------------------------------------------------------------------------------------------------
 TEST_P(zylAnnotationText, IsWhereItIsPut)
 {
-  if (!this->Host)
-  {
-    return;
-  }
   this->View->AddRepresentation(this->Annotation);
-  this->Set("Color", 1, 0, 0);
-  this->Settings()->Set("FontSize", 20);
-  const double position[] = { 0.5, 0.25 };
-  this->Settings()->Set("Position", position, 2);
+  this->Set("Color", zylValues{ 1, 0, 0 }, "FontSize", 20, "Position", zylValues{ 0.5, 0.25 });
   const Rectangle flat = this->DrawAndFind("widget");
   Rectangle bounds = { -1, -1, -1, -1 };
   this->Annotation->GetScreenBounds(bounds.data());
@@ -195,11 +153,9 @@ TEST_P(zylAnnotationText, IsWhereItIsPut)
   EXPECT_FALSE(this->Annotation->GetBounds(box));
   EXPECT_FALSE(this->View->GetBounds(box));
 
-  this->Settings()->Set("PropMode", 2);
-  this->Set("BillboardPosition", 0, 0, -2);
+  this->Set("PropMode", 2, "BillboardPosition", zylValues{ 0, 0, -2 });
   const Rectangle billboard = this->DrawAndFind("billboard");
-  const int offset[] = { -50, 30 };
-  this->Settings()->Set("BillboardDisplayOffset", offset, 2);
+  this->Set("BillboardDisplayOffset", zylValues{ -50, 30 });
   const Rectangle moved = this->DrawAndFind("billboard_moved");
   ASSERT_FALSE(IsEmpty(billboard) || IsEmpty(moved));
   EXPECT_NEAR(billboard[0], 150, 20);
@@ -207,10 +163,8 @@ TEST_P(zylAnnotationText, IsWhereItIsPut)
   EXPECT_NEAR(moved[0], billboard[0] - 50, 1);
   EXPECT_NEAR(moved[1], billboard[1] + 30, 1);
 
-  this->Settings()->Set("PropMode", 1);
-  this->Set("FlagpoleBasePosition", 0, -1, -2);
-  this->Set("FlagpoleTopPosition", 0, 0.5, -2);
-  this->Settings()->Set("FlagpoleFlagSize", 5.0);
+  this->Set("PropMode", 1, "FlagpoleBasePosition", zylValues{ 0, -1, -2 }, "FlagpoleTopPosition",
+    zylValues{ 0, 0.5, -2 }, "FlagpoleFlagSize", 5.0);
   const Rectangle flag = this->DrawAndFind("flagpole");
   ASSERT_FALSE(IsEmpty(flag));
   EXPECT_NEAR(flag[1], 150 - 90, 2); // the foot
@@ -219,9 +173,9 @@ TEST_P(zylAnnotationText, IsWhereItIsPut)
 
   // Where it was, with a word.
   this->Settings()->Set("PropMode", 3);
-  zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+  zylTestLog log;
   EXPECT_EQ(this->DrawAndFind("unknown"), flag);
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR,
+  EXPECT_TRUE(log.HasError(
     "Unknown prop mode '3' given. Valid values are '2DTextWidget', 'Flagpole', 'Billboard3D'"));
 }
 
@@ -229,15 +183,9 @@ TEST_P(zylAnnotationText, IsWhereItIsPut)
 // In every mode, whatever was shown before.
 TEST_P(zylAnnotationText, HidesAndComesBack)
 {
-  if (!this->Host)
-  {
-    return;
-  }
-  this->Set("Color", 1, 0, 0);
-  this->Set("BillboardPosition", 0, 0, -2);
-  this->Set("FlagpoleBasePosition", 0, -1, -2);
-  this->Set("FlagpoleTopPosition", 0, 0.5, -2);
-  this->Settings()->Set("Visibility", false);
+  this->Set("Color", zylValues{ 1, 0, 0 }, "BillboardPosition", zylValues{ 0, 0, -2 },
+    "FlagpoleBasePosition", zylValues{ 0, -1, -2 }, "FlagpoleTopPosition", zylValues{ 0, 0.5, -2 },
+    "Visibility", false);
   this->View->AddRepresentation(this->Annotation);
   for (const int mode : { 1, 2, 0, 1 })
   {

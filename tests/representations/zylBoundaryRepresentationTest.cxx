@@ -1,25 +1,11 @@
 #include "zylBoundaryRepresentation.h"
 
 #include "ParaView/zylBlockMapper.h"
-#include "zylArrayInformation.h"
-#include "zylDataSet.h"
 #include "zylHostTest.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
-#include "zylTimeController.h"
+#include "zylTest.h"
 #include "zylView.h"
 
-#include <functional>
-
 #include <vtkCollection.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPolyData.h>
-#include <vtkSMPropertyHelper.h>
-#include <vtkSMProxy.h>
-#include <vtkSMRenderViewProxy.h>
-#include <vtkSMSessionProxyManager.h>
 
 namespace {
 using Ints = std::vector<int>;
@@ -47,20 +33,10 @@ std::vector<Ints> ShownGroups(zylBoundaryRepresentation* boundary)
 class zylBoundary : public zylHostTest
 {
 protected:
-  void SetUp() override
+  void Prepare() override
   {
-    zylHostTest::SetUp();
-    if (!this->Host)
-    {
-      return;
-    }
     ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(zylTestData::MakeRow(3)));
-    this->View = vtkSmartPointer<zylView>::New();
-    this->View->SetSourceFBO(0);
-    this->View->SetWindowSize(300, 300);
-    this->View->GetLightKitProperties()->Set("UseLight", false);
-    this->View->Update();
-    this->View->SetParallelProjection(true);
+    this->View = zylMakeFlatView();
     this->Boundary->SetDataSet(this->Data);
   }
 
@@ -81,30 +57,35 @@ protected:
 
   void SetColor(int id, double r, double g, double b)
   {
-    const double color[3] = { r, g, b };
-    this->Surface(id)->Set("Color", color, 3);
+    zylSet(this->Surface(id), "Color", zylValues{ r, g, b });
   }
 
-  void Draw()
+  // What is drawn where each cube is: 'b'ackground, 'w'hite, 'r'ed, 'g'reen or '?'.
+  std::string Draw()
   {
     this->Host->Clear(0.0f, 0.0f, 1.0f);
     this->Unchanged("Render", [this] { this->View->Render(); });
+    std::string row;
+    for (const int x : { 50, 150, 250 })
+    {
+      const auto p = this->Host->Pixel(x, 150);
+      const auto is = [&p](int r, int g, int b) {
+        return std::abs(p[0] - r) < 30 && std::abs(p[1] - g) < 30 && std::abs(p[2] - b) < 30;
+      };
+      row += is(0, 0, 255)  ? 'b'
+        : is(255, 255, 255) ? 'w'
+        : is(255, 0, 0)     ? 'r'
+        : is(0, 255, 0)     ? 'g'
+                            : '?';
+    }
+    return row;
   }
-
-  // What is drawn where cube `b` is: 'b'ackground, 'w'hite, 'r'ed, 'g'reen or '?'.
-  char At(int b)
+  std::string Redraw()
   {
-    const auto p = this->Host->Pixel(100 * b - 50, 150);
-    const auto is = [&p](int r, int g, int bl) {
-      return std::abs(p[0] - r) < 30 && std::abs(p[1] - g) < 30 && std::abs(p[2] - bl) < 30;
-    };
-    return is(0, 0, 255)  ? 'b'
-      : is(255, 255, 255) ? 'w'
-      : is(255, 0, 0)     ? 'r'
-      : is(0, 255, 0)     ? 'g'
-                          : '?';
+    this->Boundary->Update();
+    return this->Draw();
   }
-  std::string Row() { return { this->At(1), this->At(2), this->At(3) }; }
+  int CountDisplays() { return this->Boundary->GetPVRepresentations()->GetNumberOfItems(); }
 
   vtkNew<zylDataSet> Data;
   vtkNew<zylBoundaryRepresentation> Boundary;
@@ -114,72 +95,47 @@ protected:
 TEST_F(zylBoundary, DrawsBlocksBySettings)
 {
   this->ShowLeaves();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "www");
+  EXPECT_EQ(this->Draw(), "www");
   EXPECT_EQ(ShownGroups(this->Boundary), std::vector<Ints>({ { 0, 1, 2, 3 } }));
 
   this->SetColor(2, 1, 0, 0);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "wrw");
-  EXPECT_EQ(this->Boundary->GetPVRepresentations()->GetNumberOfItems(), 2);
+  EXPECT_EQ(this->Redraw(), "wrw");
+  EXPECT_EQ(this->CountDisplays(), 2);
 
   this->SetColor(2, 1, 1, 1); // back into the group of the others
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "www");
-  EXPECT_EQ(this->Boundary->GetPVRepresentations()->GetNumberOfItems(), 1);
+  EXPECT_EQ(this->Redraw(), "www");
+  EXPECT_EQ(this->CountDisplays(), 1);
 
   for (int id = 1; id <= 3; ++id)
   {
     this->SetColor(id, 0, 1, 0);
   }
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "ggg");
-}
-
-TEST_F(zylBoundary, RecolorsOneBlockAfterAnother)
-{
-  this->ShowLeaves();
-  const char* expected[] = { "rww", "rrw", "rrr" };
+  EXPECT_EQ(this->Redraw(), "ggg");
+  const char* const oneAfterAnother[] = { "rgg", "rrg", "rrr" };
   for (int id = 1; id <= 3; ++id)
   {
     this->SetColor(id, 1, 0, 0);
-    this->Boundary->Update();
-    this->Draw();
-    EXPECT_EQ(this->Row(), expected[id - 1]);
+    EXPECT_EQ(this->Redraw(), oneAfterAnother[id - 1]);
   }
 }
 
 TEST_F(zylBoundary, HidesAndShowsBlocks)
 {
   this->ShowLeaves();
-  double bounds[6];
-  EXPECT_TRUE(this->Boundary->GetBounds(bounds));
-  EXPECT_EQ(bounds[1], 3.0);
-
+  EXPECT_EQ(zylBounds(this->Boundary)[1], 3.0);
   this->Boundary->Hide(3);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "wwb");
-  EXPECT_TRUE(this->Boundary->GetBounds(bounds));
-  EXPECT_EQ(bounds[1], 2.0);
+  EXPECT_EQ(this->Redraw(), "wwb");
+  EXPECT_EQ(zylBounds(this->Boundary)[1], 2.0);
   EXPECT_TRUE(this->Surface(3)->GetBool("Visibility"));
 
   this->Boundary->Hide();
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "bbb");
+  EXPECT_EQ(this->Redraw(), "bbb");
   EXPECT_FALSE(this->Boundary->IsVisible());
-  EXPECT_FALSE(this->Boundary->GetBounds(bounds));
-  EXPECT_FALSE(this->View->GetBounds(bounds));
-  EXPECT_EQ(bounds[0], 1.0);
+  EXPECT_TRUE(zylBounds(this->Boundary).empty());
+  EXPECT_TRUE(zylBounds(this->View).empty());
 
   this->Boundary->Show();
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "www");
+  EXPECT_EQ(this->Redraw(), "www");
 }
 
 TEST_F(zylBoundary, OwnSettingsWinOverThoseOfTheRoot)
@@ -188,9 +144,7 @@ TEST_F(zylBoundary, OwnSettingsWinOverThoseOfTheRoot)
   this->Surface(0)->Set("Visibility", true); // the root's data are all blocks
   this->SetColor(2, 1, 0, 0);
   this->Surface(3)->Set("Visibility", false);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "wrb");
+  EXPECT_EQ(this->Redraw(), "wrb");
 }
 
 // How often settings are hashed is seen by a property of no known type: every hash prints a line.
@@ -213,28 +167,26 @@ TEST_F(zylBoundary, LooksAtChangedBlocksOnly)
     return count;
   };
   EXPECT_EQ(hashes([] {}), 3);
-  EXPECT_EQ(hashes([] {}), 0);
-  EXPECT_EQ(hashes([this] { this->SetColor(2, 1, 0, 0); }), 1);
-  this->Draw();
-  EXPECT_EQ(this->Row(), "wrw");
-  EXPECT_EQ(hashes([this] { this->Boundary->Hide(1); }), 1);
-  this->Draw();
-  EXPECT_EQ(this->Row(), "brw");
-  EXPECT_EQ(hashes([this] { this->Surface(3)->GetProperty("Color")->SetElement(1, 0.0); }), 1);
-  EXPECT_EQ(hashes([this] { this->Surface(3)->GetProperty("Color")->SetElement(2, 0.0); }), 1);
-  this->Draw();
-  EXPECT_EQ(this->Row(), "brr");
-  EXPECT_EQ(hashes([this] { this->Surface(1)->DeepCopy(this->Surface(2)); }), 1);
-  this->Draw();
-  EXPECT_EQ(this->Row(), "rrr");
-  EXPECT_EQ(hashes([this] {
-    this->Boundary->FreeResources();
-    this->Boundary->Hide(2);
-  }),
-    1);
-  this->Draw();
-  EXPECT_EQ(this->Row(), "rbr");
-  EXPECT_EQ(hashes([this] { this->View->Update(); }), 0);
+  const struct
+  {
+    std::function<void()> Change;
+    int Hashes;
+    const char* Row;
+  } changes[] = {
+    { [] {}, 0, "www" },
+    { [this] { this->SetColor(2, 1, 0, 0); }, 1, "wrw" },
+    { [this] { this->Boundary->Hide(1); }, 1, "brw" },
+    { [this] { this->Surface(3)->GetProperty("Color")->SetElement(1, 0.0); }, 1, "br?" },
+    { [this] { this->Surface(3)->GetProperty("Color")->SetElement(2, 0.0); }, 1, "brr" },
+    { [this] { this->Surface(1)->DeepCopy(this->Surface(2)); }, 1, "rrr" },
+    { [this] { this->Boundary->FreeResources(), this->Boundary->Hide(2); }, 1, "rbr" },
+    { [this] { this->View->Update(); }, 0, "rbr" },
+  };
+  for (const auto& row : changes)
+  {
+    EXPECT_EQ(hashes(row.Change), row.Hashes) << row.Row;
+    EXPECT_EQ(this->Draw(), row.Row);
+  }
 }
 
 TEST_F(zylBoundary, HighlightsBlocks)
@@ -242,12 +194,9 @@ TEST_F(zylBoundary, HighlightsBlocks)
   this->ShowLeaves();
   this->Boundary->Highlight({ 3, 1 }, 1);
   zylPropertyCollection* highlight = this->Boundary->GetHighlightProperties();
-  const double red[3] = { 1, 0, 0 };
-  highlight->Set("Color", red, 3);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->At(2), 'w');
-  EXPECT_EQ(this->Boundary->GetPVRepresentations()->GetNumberOfItems(), 2);
+  zylSet(highlight, "Color", zylValues{ 1, 0, 0 });
+  EXPECT_EQ(this->Redraw()[1], 'w');
+  EXPECT_EQ(this->CountDisplays(), 2);
 
   this->Boundary->UnHighlight({ 7 });
   EXPECT_EQ(highlight->GetProperty("BlockVisibility")->GetIntElement(0), 1); // ascending now
@@ -257,24 +206,16 @@ TEST_F(zylBoundary, HighlightsBlocks)
   this->Boundary->Highlight({ 1 }, 1);
   this->Boundary->UnHighlight({ 1 });
   EXPECT_FALSE(highlight->GetBool("Visibility"));
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "www");
+  EXPECT_EQ(this->Redraw(), "www");
 
   // Alone: only the highlighted block is drawn, and the root stands for all.
   this->Boundary->Hide();
   this->Boundary->Highlight({ 2 }, 1);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "brb");
+  EXPECT_EQ(this->Redraw(), "brb");
   this->Boundary->Highlight({ 0 }, 1);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "rrr");
+  EXPECT_EQ(this->Redraw(), "rrr");
   this->Boundary->ClearHighlights();
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "bbb");
+  EXPECT_EQ(this->Redraw(), "bbb");
 }
 
 TEST_F(zylBoundary, ClipsWhatIsDrawn)
@@ -282,35 +223,24 @@ TEST_F(zylBoundary, ClipsWhatIsDrawn)
   this->ShowLeaves();
   this->Boundary->SetNumberOfClips(1);
   zylPropertyCollection* clip = this->Boundary->GetClipProperties(0);
-  const double center[3] = { 2, 0, 0 };
-  clip->Set("ClipMode", 2);
-  clip->Set("PlaneCenter", center, 3);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "wwb");
+  zylSet(clip, "ClipMode", 2, "PlaneCenter", zylValues{ 2, 0, 0 });
+  EXPECT_EQ(this->Redraw(), "wwb");
   clip->Set("Invert", false);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "bbw");
+  EXPECT_EQ(this->Redraw(), "bbw");
   this->Boundary->SetNumberOfClips(0);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "www");
+  EXPECT_EQ(this->Redraw(), "www");
   EXPECT_EQ(this->Boundary->GetClipProperties(0), nullptr);
 }
 
 TEST_F(zylBoundary, ColorsByAVariable)
 {
   this->ShowLeaves();
-  const double range[2] = { 0, 3 };
   for (int id = 1; id <= 3; ++id)
   {
-    this->Surface(id)->Set("ColorMode", 1);
-    this->Surface(id)->Set("ColorVariableName", "pressure");
-    this->Surface(id)->Set("ColorMapRange", range, 2);
+    zylSet(this->Surface(id), "ColorMode", 1, "ColorVariableName", "pressure", "ColorMapRange",
+      zylValues{ 0, 3 });
   }
-  this->Boundary->Update();
-  this->Draw();
+  this->Redraw();
   const auto left = this->Host->Pixel(20, 150);
   const auto right = this->Host->Pixel(280, 150);
   EXPECT_GT(left[2], left[0] + 50);   // blue
@@ -326,14 +256,12 @@ TEST_F(zylBoundary, FillsBuffersInOneSearch)
 {
   const auto searches = [this] {
     const int before = zylBlockMapper::GetNumberOfSearches();
-    this->Boundary->Update();
-    this->Draw();
+    this->Redraw();
     return zylBlockMapper::GetNumberOfSearches() - before;
   };
   for (int id = 1; id <= 3; ++id)
   {
-    this->Surface(id)->Set("ColorMode", 1);
-    this->Surface(id)->Set("ColorVariableName", "pressure");
+    zylSet(this->Surface(id), "ColorMode", 1, "ColorVariableName", "pressure");
   }
   this->ShowLeaves();
   EXPECT_EQ(searches(), 1);
@@ -351,39 +279,28 @@ TEST_F(zylBoundary, DrawsArrowsOfVisibleBlocksOnly)
 {
   this->ShowLeaves();
   this->Boundary->Hide();
-  for (int id = 1; id <= 3; ++id)
-  {
-    zylPropertyCollection* glyphs = this->Boundary->GetVectorGlyphProperties(id);
-    glyphs->Set("ForceHidden", false);
-    glyphs->Set("Visibility", id != 2);
-    glyphs->Set("VectorVariable", "velocity");
-    glyphs->Set("ScaleFactor", 0.5);
-  }
-  this->Boundary->Update();
-  this->Draw();
   const auto drawn = [this](int b) {
     int pixels = 0;
-    for (int x = 100 * b - 90; x < 100 * b - 10; x += 4)
+    for (int i = 0; i < 400; ++i)
     {
-      for (int y = 110; y < 190; y += 4)
-      {
-        pixels += !this->Host->PixelIs(x, y, 0, 0, 255);
-      }
+      pixels += !this->Host->PixelIs(100 * b - 90 + i % 20 * 4, 110 + i / 20 * 4, 0, 0, 255);
     }
     return pixels > 0;
   };
-  EXPECT_TRUE(drawn(1));
-  EXPECT_TRUE(drawn(3));
-  // Arrows of the neighbors reach less than half a block into the middle one.
-  EXPECT_TRUE(this->Host->PixelIs(150, 150, 0, 0, 255));
-  this->Boundary->GetVectorGlyphProperties(2)->Set("Visibility", true);
-  this->Boundary->GetVectorGlyphProperties(1)->Set("Visibility", false);
-  this->Boundary->GetVectorGlyphProperties(3)->Set("Visibility", false);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_TRUE(drawn(2));
-  EXPECT_TRUE(this->Host->PixelIs(50, 150, 0, 0, 255));
-  EXPECT_TRUE(this->Host->PixelIs(250, 150, 0, 0, 255));
+  for (const bool outer : { true, false })
+  {
+    for (int id = 1; id <= 3; ++id)
+    {
+      zylSet(this->Boundary->GetVectorGlyphProperties(id), "ForceHidden", false, "Visibility",
+        (id != 2) == outer, "VectorVariable", "velocity", "ScaleFactor", 0.5);
+    }
+    const std::string row = this->Redraw();
+    for (int id = 1; id <= 3; ++id)
+    {
+      // Arrows reach less than half a block into the neighbors.
+      EXPECT_TRUE((id != 2) == outer ? drawn(id) : row[id - 1] == 'b') << id;
+    }
+  }
 }
 
 TEST_F(zylBoundary, FetchesSurfaces)
@@ -405,43 +322,26 @@ TEST_F(zylBoundary, FollowsTheDataset)
   this->Boundary->Update();
   ASSERT_NE(this->Surface(5), nullptr);
   this->Surface(5)->Set("Visibility", true);
-  this->Boundary->Update();
-  this->Draw();
-  double bounds[6];
-  EXPECT_TRUE(this->Boundary->GetBounds(bounds));
-  EXPECT_EQ(bounds[1], 5.0);
+  this->Redraw();
+  EXPECT_EQ(zylBounds(this->Boundary)[1], 5.0);
   ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(zylTestData::MakeRow(1)));
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "wbb");
+  EXPECT_EQ(this->Redraw(), "wbb");
 }
 
 TEST_F(zylBoundary, LeavesNothingBehind)
 {
   this->ShowLeaves();
   this->Draw();
-  auto* manager = this->View->GetProxy()->GetSessionProxyManager();
-  const auto count = [manager] {
-    unsigned int total = 0;
-    for (const char* group : { "representations", "sources", "filters", "lookup_tables",
-           "scalar_bars", "piecewise_functions" })
-    {
-      total += manager->GetNumberOfProxies(group);
-    }
-    return total;
-  };
   this->View->RemoveRepresentation(this->Boundary);
-  this->Draw();
-  EXPECT_EQ(this->Row(), "bbb");
-  const unsigned int before = count();
+  EXPECT_EQ(this->Draw(), "bbb");
+  const std::string before = zylRegisteredProxies();
   for (int i = 0; i < 5; ++i)
   {
     vtkNew<zylBoundaryRepresentation> other;
     other->SetDataSet(this->Data);
     other->GetSurfaceProperties(1)->Set("Visibility", true);
     other->GetMeshLineProperties(2)->Set("Visibility", true);
-    other->GetContourProperties(2)->Set("Visibility", true);
-    other->GetContourProperties(2)->Set("ContourVariableName", "pressure");
+    zylSet(other->GetContourProperties(2), "Visibility", true, "ContourVariableName", "pressure");
     other->SetNumberOfClips(2);
     other->GetClipProperties(1)->Set("ClipMode", 5);
     this->View->AddRepresentation(other);
@@ -451,46 +351,33 @@ TEST_F(zylBoundary, LeavesNothingBehind)
     this->View->Render();
     this->View->RemoveRepresentation(other);
   }
-  EXPECT_EQ(count(), before);
+  EXPECT_EQ(zylRegisteredProxies(), before);
   this->View->AddRepresentation(this->Boundary); // the settings are still there
-  this->Draw();
-  EXPECT_EQ(this->Row(), "www");
+  EXPECT_EQ(this->Draw(), "www");
 }
 
 TEST_F(zylBoundary, DrawsNothingWithoutADataset)
 {
   this->ShowLeaves();
   this->Boundary->Highlight({ 1 }, 1);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->At(2), 'w');
+  EXPECT_EQ(this->Redraw(), "?ww");
   this->Boundary->SetDataSet(nullptr);
-  this->Draw();
-  EXPECT_EQ(this->Row(), "bbb");
-  double bounds[6];
-  EXPECT_FALSE(this->Boundary->GetBounds(bounds));
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "bbb");
+  EXPECT_EQ(this->Draw(), "bbb");
+  EXPECT_TRUE(zylBounds(this->Boundary).empty());
+  EXPECT_EQ(this->Redraw(), "bbb");
 
   // The tree of a dataset that is gone is no longer looked at.
   this->Boundary->SetDataSet(this->Data);
   this->ShowLeaves();
-  {
-    vtkNew<zylDataSet> other;
-    ASSERT_TRUE(other->InitializeFromVTKDataSet(zylTestData::MakeRow(2)));
-    this->Boundary->SetDataSet(other);
-    this->Surface(2)->Set("Visibility", true);
-    this->Boundary->Update();
-    this->Boundary->SetDataSet(this->Data);
-  }
-  this->Boundary->GetBounds(bounds);
+  this->Boundary->SetDataSet(zylLoad(zylTestData::MakeRow(2)));
+  this->Surface(2)->Set("Visibility", true);
+  this->Boundary->Update();
+  this->Boundary->SetDataSet(this->Data);
+  zylBounds(this->Boundary);
   this->Surface(3)->Set("Visibility", true);
   this->Boundary->Update();
   this->Boundary->ClearHighlights();
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "bbw");
+  EXPECT_EQ(this->Redraw(), "bbw");
 }
 
 TEST_F(zylBoundary, SurvivesClearedSettings)
@@ -498,14 +385,10 @@ TEST_F(zylBoundary, SurvivesClearedSettings)
   this->ShowLeaves();
   this->Surface(2)->Clear();
   this->Boundary->GetHighlightProperties()->Clear();
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "wbw");
+  EXPECT_EQ(this->Redraw(), "wbw");
   this->Surface(2)->MakeBool("Visibility", true);
   this->Boundary->Highlight({ 1 }, 1);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "?ww"); // orange
+  EXPECT_EQ(this->Redraw(), "?ww"); // orange
 }
 
 TEST_F(zylBoundary, InnerNodesCostNothing)
@@ -513,7 +396,7 @@ TEST_F(zylBoundary, InnerNodesCostNothing)
   this->Surface(0)->Set("Visibility", true);
   this->View->AddRepresentation(this->Boundary);
   EXPECT_FALSE(this->Boundary->IsVisible());
-  EXPECT_EQ(this->Boundary->GetPVRepresentations()->GetNumberOfItems(), 0);
+  EXPECT_EQ(this->CountDisplays(), 0);
 }
 
 // A new group of blocks is made after the highlight, and would be seen in its place.
@@ -523,9 +406,7 @@ TEST_F(zylBoundary, TheHighlightIsOnTop)
   this->Boundary->Highlight({ 2 }, 1);
   this->Boundary->Update();
   this->SetColor(2, 0, 1, 0);
-  this->Boundary->Update();
-  this->Draw();
-  EXPECT_EQ(this->Row(), "w?w");
+  EXPECT_EQ(this->Redraw(), "w?w");
 }
 
 TEST_F(zylBoundary, DoesNothingWithoutADataset)

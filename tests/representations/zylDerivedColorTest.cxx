@@ -1,21 +1,13 @@
 // Blocks drawn by derived variables look as they do by arrays of the same values.
 #include "zylBoundaryRepresentation.h"
 
-#include "zylArrayInformation.h"
-#include "zylDataSet.h"
 #include "zylHostTest.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
+#include "zylTest.h"
 #include "zylView.h"
 
-#include <cmath>
 #include <cstdlib>
 
 #include <vtkDataSet.h>
-#include <vtkDoubleArray.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
 
 namespace {
 // A row of cubes with "given", what "three" computes, and "given vector", twice the velocity.
@@ -24,21 +16,12 @@ vtkSmartPointer<vtkMultiBlockDataSet> MakeCubes()
   auto row = zylTestData::MakeRow(3, 6);
   for (unsigned int block = 0; block < 3; ++block)
   {
-    auto* points = vtkDataSet::SafeDownCast(row->GetBlock(block))->GetPointData();
-    vtkDataArray* velocity = points->GetArray("velocity");
-    vtkNew<vtkDoubleArray> given, vector;
-    given->SetName("given");
-    vector->SetName("given vector");
-    vector->SetNumberOfComponents(3);
-    for (vtkIdType i = 0; i < velocity->GetNumberOfTuples(); ++i)
-    {
-      const double x = points->GetArray("pressure")->GetTuple1(i);
-      const double* v = velocity->GetTuple3(i);
-      given->InsertNextValue((2.0 * x + 4.0) * std::sin(v[0]));
-      vector->InsertNextTuple3(2.0 * v[0], 2.0 * v[1], 2.0 * v[2]);
-    }
-    points->AddArray(given);
-    points->AddArray(vector);
+    auto* cube = vtkUnstructuredGrid::SafeDownCast(row->GetBlock(block));
+    zylTestData::AddPointArray(cube, "given",
+      [](zylTestData::Point p) { return zylValues{ (2.0 * p[0] + 4.0) * std::sin(p[1]) }; });
+    zylTestData::AddPointArray(cube, "given vector", [](zylTestData::Point p) {
+      return zylValues{ 2.0 * p[1], 2.0 * (1.0 - p[0]), 2.0 * p[2] };
+    });
   }
   return row;
 }
@@ -47,23 +30,14 @@ vtkSmartPointer<vtkMultiBlockDataSet> MakeCubes()
 class zylDerivedColor : public zylHostTest
 {
 protected:
-  void SetUp() override
+  void Prepare() override
   {
-    zylHostTest::SetUp();
-    if (!this->Host)
-    {
-      return;
-    }
     ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(MakeCubes()));
     this->Data->DefineDerivedPointVariable("one", "2 * pressure");
     this->Data->DefineDerivedPointVariable("two", "one + 4");
     this->Data->DefineDerivedPointVariable("three", "two * sin(velocity[:,0])");
     this->Data->DefineDerivedPointVariable("turned", "2 * velocity");
-    this->View = vtkSmartPointer<zylView>::New();
-    this->View->SetSourceFBO(0);
-    this->View->SetWindowSize(300, 300);
-    this->View->GetLightKitProperties()->Set("UseLight", false);
-    this->View->Update();
+    this->View = zylMakeFlatView();
     this->Boundary->SetDataSet(this->Data);
     this->View->AddRepresentation(this->Boundary);
     this->View->SetViewDir(1, false);
@@ -113,11 +87,8 @@ TEST_F(zylDerivedColor, ColorsSurfaces)
   const auto draw = [this](const char* variable, double high, int& drawn) {
     this->ForAllBlocks(
       &zylBoundaryRepresentation::GetSurfaceProperties, [&](zylPropertyCollection* surface) {
-        const double range[] = { 0.0, high };
-        surface->Set("Visibility", true);
-        surface->Set("ColorMode", 1);
-        surface->Set("ColorVariableName", variable);
-        surface->Set("ColorMapRange", range, 2);
+        zylSet(surface, "Visibility", true, "ColorMode", 1, "ColorVariableName", variable,
+          "ColorMapRange", zylValues{ 0.0, high });
       });
     return this->Draw(drawn);
   };
@@ -131,10 +102,8 @@ TEST_F(zylDerivedColor, ColorsSurfaces)
   }
   auto information = this->Boundary->GetSurfaceColorVariableInformation(2);
   ASSERT_NE(information, nullptr);
-  double range[2];
-  information->GetComponentRange(0, range);
   EXPECT_EQ(information->GetName(), "three");
-  EXPECT_NEAR(range[1], 10.0 * std::sin(1.0), 1e-12);
+  EXPECT_NEAR(zylRange(information)[1], 10.0 * std::sin(1.0), 1e-12);
 
   EXPECT_NE(draw("one", 8.0, drawn), given);
   EXPECT_EQ(draw("turned_X", 2.0, drawn), draw("given vector_X", 2.0, drawn));
@@ -153,10 +122,8 @@ TEST_F(zylDerivedColor, DrawsContoursAndGlyphs)
   const auto contours = [this](const char* variable, int& drawn) {
     this->ForAllBlocks(
       &zylBoundaryRepresentation::GetContourProperties, [&](zylPropertyCollection* contour) {
-        const double range[] = { 1.0, 7.0 };
-        contour->Set("Visibility", true);
-        contour->Set("ContourVariableName", variable);
-        contour->Set("ContourRange", range, 2);
+        zylSet(contour, "Visibility", true, "ContourVariableName", variable, "ContourRange",
+          zylValues{ 1, 7 });
       });
     return this->Draw(drawn);
   };
@@ -170,8 +137,7 @@ TEST_F(zylDerivedColor, DrawsContoursAndGlyphs)
   const auto glyphs = [this](const char* variable, int& drawnPixels) {
     this->ForAllBlocks(
       &zylBoundaryRepresentation::GetVectorGlyphProperties, [&](zylPropertyCollection* glyph) {
-        glyph->Set("Visibility", true);
-        glyph->Set("VectorVariable", variable);
+        zylSet(glyph, "Visibility", true, "VectorVariable", variable);
       });
     return this->Draw(drawnPixels);
   };

@@ -1,8 +1,29 @@
 #include "zylHostTest.h"
 
+#include "zylPropertyCollection.h"
+
 #include <cstdlib>
 
 #include <vtk_glew.h>
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylView> zylMakeView(int width, int height)
+{
+  auto view = vtkSmartPointer<zylView>::New();
+  view->SetSourceFBO(0);
+  view->SetWindowSize(width, height);
+  return view;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<zylView> zylMakeFlatView()
+{
+  auto view = zylMakeView();
+  view->GetLightKitProperties()->Set("UseLight", false);
+  view->Update();
+  view->SetParallelProjection(true);
+  return view;
+}
 
 //--------------------------------------------------------------------------------------------------
 void zylHostTest::SetUp()
@@ -16,6 +37,7 @@ void zylHostTest::SetUp()
     }
     GTEST_SKIP() << "no OpenGL context of version 3.2";
   }
+  this->Prepare();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -12,15 +12,25 @@
 
 #include "zylGLState.h"
 #include "zylTestHost.h"
+#include "zylView.h"
 
 #include <memory>
 
 #include <gtest/gtest.h>
 
+#include <vtkSmartPointer.h>
+
+/// A view of a host that draws in its window.
+vtkSmartPointer<zylView> zylMakeView(int width = 300, int height = 300);
+/// The same in parallel projection and without light: colors are those of the settings.
+vtkSmartPointer<zylView> zylMakeFlatView();
+
 class zylHostTest : public ::testing::Test
 {
 protected:
   void SetUp() override;
+  /// What a fixture needs besides, where there is a host.
+  virtual void Prepare() {}
   /// Checks that nothing left an OpenGL error behind.
   void TearDown() override;
 

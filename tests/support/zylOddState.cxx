@@ -1,5 +1,7 @@
 #include "zylOddState.h"
 
+#include "zylTestHost.h"
+
 #include <vtk_glew.h>
 
 namespace {
@@ -11,20 +13,8 @@ constexpr unsigned int Units = 12;
 
 GLuint MakeProgram()
 {
-  const char* sources[2] = { "#version 130\nvoid main() { gl_Position = vec4(0.0); }",
-    "#version 130\nout vec4 o; void main() { o = vec4(1.0); }" };
-  const GLenum types[2] = { GL_VERTEX_SHADER, GL_FRAGMENT_SHADER };
-  const GLuint program = glCreateProgram();
-  for (int i = 0; i < 2; ++i)
-  {
-    const GLuint shader = glCreateShader(types[i]);
-    glShaderSource(shader, 1, &sources[i], nullptr);
-    glCompileShader(shader);
-    glAttachShader(program, shader);
-    glDeleteShader(shader);
-  }
-  glLinkProgram(program);
-  return program;
+  return zylMakeProgram("#version 130\nvoid main() { gl_Position = vec4(0.0); }",
+    "#version 130\nout vec4 o; void main() { o = vec4(1.0); }");
 }
 } // namespace
 
@@ -46,6 +36,13 @@ zylOddState::zylOddState(unsigned int seed)
   glGenTextures(static_cast<GLsizei>(this->Textures.size()), this->Textures.data());
   glGenSamplers(2, this->Samplers.data());
   glGenRenderbuffers(2, this->Renderbuffers.data());
+  for (GLuint i = 0; i < 3; ++i)
+  {
+    glBindVertexArray(this->VertexArrays[i]);
+    glBindBuffer(GL_ARRAY_BUFFER, this->Buffers[i]);
+    glVertexAttribPointer(2 * i, 2, GL_FLOAT, GL_FALSE, 8 * i, nullptr);
+    glEnableVertexAttribArray(2 * i);
+  }
   this->Programs = { 0, MakeProgram(), MakeProgram() };
   for (auto* names : { &this->Buffers, &this->VertexArrays, &this->Samplers, &this->Renderbuffers })
   {

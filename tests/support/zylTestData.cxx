@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <vector>
 
 #include <vtkCellData.h>
@@ -32,63 +33,92 @@ struct Folders
   }
 };
 
-vtkSmartPointer<vtkDoubleArray> MakeArray(const char* name, int components)
-{
-  auto array = vtkSmartPointer<vtkDoubleArray>::New();
-  array->SetName(name);
-  array->SetNumberOfComponents(components);
-  return array;
-}
-
 void SetBlock(vtkMultiBlockDataSet* parent, unsigned int i, vtkDataObject* block, const char* name)
 {
   parent->SetBlock(i, block);
   parent->GetMetaData(i)->Set(vtkCompositeDataSet::NAME(), name);
+}
+
+template <class Writer>
+std::string WriteXML(vtkDataObject* data, const std::string& path)
+{
+  vtkNew<Writer> writer;
+  writer->SetInputData(data);
+  writer->SetFileName(path.c_str());
+  writer->SetDataModeToBinary();
+  writer->Write();
+  return path;
 }
 } // namespace
 
 namespace zylTestData {
 
 //--------------------------------------------------------------------------------------------------
-vtkSmartPointer<vtkUnstructuredGrid> MakeCube(double x, double y, double z, int n)
+vtkDoubleArray* AddArray(
+  vtkFieldData* data, const char* name, int components, vtkIdType tuples, double value)
 {
-  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
+  vtkNew<vtkDoubleArray> array;
+  array->SetName(name);
+  array->SetNumberOfComponents(components);
+  array->SetNumberOfTuples(tuples);
+  array->FillValue(value);
+  data->AddArray(array);
+  return array;
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkUnstructuredGrid> MakeLattice(int n, const std::function<Point(Point)>& map)
+{
   vtkNew<vtkPoints> points;
   points->SetDataTypeToDouble();
-  auto pressure = MakeArray("pressure", 1);
-  auto velocity = MakeArray("velocity", 3);
-  auto quality = MakeArray("quality", 1);
-  for (int k = 0; k <= n; ++k)
+  const int row = n + 1;
+  for (int i = 0; i < row * row * row; ++i)
   {
-    for (int j = 0; j <= n; ++j)
-    {
-      for (int i = 0; i <= n; ++i)
-      {
-        const double p[3] = { x + double(i) / n, y + double(j) / n, z + double(k) / n };
-        points->InsertNextPoint(p);
-        pressure->InsertNextValue(p[0]);
-        velocity->InsertNextTuple3(p[1], 1.0 - p[0], p[2]);
-      }
-    }
+    points->InsertNextPoint(
+      map({ double(i % row) / n, double(i / row % row) / n, double(i / row / row) / n }).data());
   }
+  auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
   grid->SetPoints(points);
-  const auto id = [n](int i, int j, int k) { return vtkIdType(i + (n + 1) * (j + (n + 1) * k)); };
-  for (int k = 0; k < n; ++k)
+  for (int i = 0; i < n * n * n; ++i)
   {
-    for (int j = 0; j < n; ++j)
-    {
-      for (int i = 0; i < n; ++i)
-      {
-        const vtkIdType ids[8] = { id(i, j, k), id(i + 1, j, k), id(i + 1, j + 1, k),
-          id(i, j + 1, k), id(i, j, k + 1), id(i + 1, j, k + 1), id(i + 1, j + 1, k + 1),
-          id(i, j + 1, k + 1) };
-        quality->InsertNextValue(double(grid->InsertNextCell(VTK_HEXAHEDRON, 8, ids)));
-      }
-    }
+    const vtkIdType layer = row * row;
+    const vtkIdType a = i % n + row * (i / n % n) + layer * (i / n / n);
+    const vtkIdType ids[8] = { a, a + 1, a + 1 + row, a + row, a + layer, a + 1 + layer,
+      a + 1 + row + layer, a + row + layer };
+    grid->InsertNextCell(VTK_HEXAHEDRON, 8, ids);
   }
-  grid->GetPointData()->AddArray(pressure);
-  grid->GetPointData()->AddArray(velocity);
-  grid->GetCellData()->AddArray(quality);
+  return grid;
+}
+
+//--------------------------------------------------------------------------------------------------
+void AddPointArray(
+  vtkPointSet* grid, const char* name, const std::function<std::vector<double>(Point)>& values)
+{
+  vtkNew<vtkDoubleArray> array;
+  array->SetName(name);
+  array->SetNumberOfComponents(static_cast<int>(values({ 0.0, 0.0, 0.0 }).size()));
+  for (vtkIdType i = 0; i < grid->GetNumberOfPoints(); ++i)
+  {
+    Point p;
+    grid->GetPoint(i, p.data());
+    array->InsertNextTuple(values(p).data());
+  }
+  grid->GetPointData()->AddArray(array);
+}
+
+//--------------------------------------------------------------------------------------------------
+vtkSmartPointer<vtkUnstructuredGrid> MakeCube(double x, double y, double z, int n)
+{
+  auto grid = MakeLattice(n, [=](Point p) { return Point{ x + p[0], y + p[1], z + p[2] }; });
+  AddPointArray(grid, "pressure", [](Point p) { return std::vector<double>{ p[0] }; });
+  AddPointArray(grid, "velocity", [](Point p) {
+    return std::vector<double>{ p[1], 1.0 - p[0], p[2] };
+  });
+  vtkDoubleArray* quality = AddArray(grid->GetCellData(), "quality", 1, grid->GetNumberOfCells());
+  for (vtkIdType i = 0; i < grid->GetNumberOfCells(); ++i)
+  {
+    quality->SetValue(i, double(i));
+  }
   return grid;
 }
 
@@ -124,23 +154,27 @@ vtkSmartPointer<vtkMultiBlockDataSet> MakeTree()
 //--------------------------------------------------------------------------------------------------
 std::string Write(vtkMultiBlockDataSet* data, const std::string& path)
 {
-  vtkNew<vtkXMLMultiBlockDataWriter> writer;
-  writer->SetInputData(data);
-  writer->SetFileName(path.c_str());
-  writer->SetDataModeToBinary();
-  writer->Write();
-  return path;
+  return WriteXML<vtkXMLMultiBlockDataWriter>(data, path);
 }
 
 //--------------------------------------------------------------------------------------------------
 std::string Write(vtkUnstructuredGrid* data, const std::string& path)
 {
-  vtkNew<vtkXMLUnstructuredGridWriter> writer;
-  writer->SetInputData(data);
-  writer->SetFileName(path.c_str());
-  writer->SetDataModeToBinary();
-  writer->Write();
-  return path;
+  return WriteXML<vtkXMLUnstructuredGridWriter>(data, path);
+}
+
+//--------------------------------------------------------------------------------------------------
+void WriteFile(const std::string& name, const std::string& text)
+{
+  std::ofstream(name, std::ios::binary) << text;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string ReadFile(const std::string& name)
+{
+  std::ostringstream text;
+  text << std::ifstream(name, std::ios::binary).rdbuf();
+  return text.str();
 }
 
 //--------------------------------------------------------------------------------------------------

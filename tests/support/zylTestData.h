@@ -3,15 +3,34 @@
 #ifndef zylTestData_h
 #define zylTestData_h
 
+#include <array>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include <vtkSmartPointer.h>
+#include <vtkType.h>
 
 class vtkDataSet;
+class vtkDoubleArray;
+class vtkFieldData;
 class vtkMultiBlockDataSet;
+class vtkPointSet;
 class vtkUnstructuredGrid;
 
 namespace zylTestData {
+
+/// An array added to `data`, of this value everywhere (borrowed).
+vtkDoubleArray* AddArray(
+  vtkFieldData* data, const char* name, int components, vtkIdType tuples, double value = 0.0);
+
+///@{
+/// n x n x n hexahedra filling the unit cube, every point moved by `map`; its point array `name`.
+using Point = std::array<double, 3>;
+vtkSmartPointer<vtkUnstructuredGrid> MakeLattice(int n, const std::function<Point(Point)>& map);
+void AddPointArray(
+  vtkPointSet* grid, const char* name, const std::function<std::vector<double>(Point)>& values);
+///@}
 
 /// n x n x n hexahedra filling the unit cube at (x, y, z), with point arrays "pressure" (the x
 /// coordinate) and "velocity" (3: y, 1 - x, z) and the cell array "quality" (the cell id).
@@ -27,6 +46,12 @@ vtkSmartPointer<vtkMultiBlockDataSet> MakeTree();
 std::string Write(vtkMultiBlockDataSet* data, const std::string& path);
 /// Write as .vtu (inline binary).
 std::string Write(vtkUnstructuredGrid* data, const std::string& path);
+
+///@{
+/// A file, written or read as it is.
+void WriteFile(const std::string& name, const std::string& text);
+std::string ReadFile(const std::string& name);
+///@}
 
 /// A new empty folder that is removed at process exit.
 std::string MakeFolder();

@@ -161,25 +161,6 @@ private:
   EGLContext Context = nullptr;
 };
 
-unsigned int CompileProgram()
-{
-  const char* sources[2] = { "#version 130\nin vec3 p; void main() { gl_Position = vec4(p, 1.0); }",
-    "#version 130\nuniform vec3 c; out vec4 o; void main() { o = vec4(c, 1.0); }" };
-  const GLenum types[2] = { GL_VERTEX_SHADER, GL_FRAGMENT_SHADER };
-  const GLuint program = glCreateProgram();
-  for (int i = 0; i < 2; ++i)
-  {
-    const GLuint shader = glCreateShader(types[i]);
-    glShaderSource(shader, 1, &sources[i], nullptr);
-    glCompileShader(shader);
-    glAttachShader(program, shader);
-    glDeleteShader(shader);
-  }
-  glBindAttribLocation(program, 0, "p");
-  glLinkProgram(program);
-  return program;
-}
-
 // Puts aside what would spoil reading pixels.
 class PlainReading
 {
@@ -193,19 +174,19 @@ public:
     glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &this->Read);
     glGetIntegerv(GL_RENDERBUFFER_BINDING, &this->Renderbuffer);
     glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 4; ++i)
     {
-      glGetIntegerv(Skips[i], &this->Values[i]);
-      glPixelStorei(Skips[i], 0);
+      glGetIntegerv(Packing[i], &this->Values[i]);
+      glPixelStorei(Packing[i], 0);
     }
     glDisable(GL_SCISSOR_TEST);
     glDisable(GL_FRAMEBUFFER_SRGB);
   }
   ~PlainReading()
   {
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 4; ++i)
     {
-      glPixelStorei(Skips[i], this->Values[i]);
+      glPixelStorei(Packing[i], this->Values[i]);
     }
     glBindBuffer(GL_PIXEL_PACK_BUFFER, this->Buffer);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, this->Draw);
@@ -216,9 +197,10 @@ public:
   }
 
 private:
-  static constexpr GLenum Skips[3] = { GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS };
+  static constexpr GLenum Packing[4] = { GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS,
+    GL_PACK_SWAP_BYTES };
   GLint Buffer = 0, Draw = 0, Read = 0, Renderbuffer = 0;
-  GLint Values[3] = { 0, 0, 0 };
+  GLint Values[4] = { 0, 0, 0, 0 };
   bool Scissor, Srgb;
 };
 
@@ -233,6 +215,24 @@ std::unique_ptr<zylTestHost> OpenHost(int width, int height, bool core)
   return nullptr;
 }
 } // namespace
+
+//--------------------------------------------------------------------------------------------------
+unsigned int zylMakeProgram(const char* vertex, const char* fragment)
+{
+  const GLuint program = glCreateProgram();
+  for (const auto& [type, source] :
+    { std::make_pair(GL_VERTEX_SHADER, vertex), std::make_pair(GL_FRAGMENT_SHADER, fragment) })
+  {
+    const GLuint shader = glCreateShader(type);
+    glShaderSource(shader, 1, &source, nullptr);
+    glCompileShader(shader);
+    glAttachShader(program, shader);
+    glDeleteShader(shader);
+  }
+  glBindAttribLocation(program, 0, "p");
+  glLinkProgram(program);
+  return program;
+}
 
 //--------------------------------------------------------------------------------------------------
 std::unique_ptr<zylTestHost> zylTestHost::New(Platform platform, int width, int height, bool core)
@@ -265,7 +265,9 @@ bool zylTestHost::LoadFunctions(int width, int height)
   }
   this->Width = this->WindowSize[0] = width;
   this->Height = this->WindowSize[1] = height;
-  this->Program = CompileProgram();
+  this->Program =
+    zylMakeProgram("#version 130\nin vec3 p; void main() { gl_Position = vec4(p, 1.0); }",
+      "#version 130\nuniform vec3 c; out vec4 o; void main() { o = vec4(c, 1.0); }");
   glGenVertexArrays(1, &this->VertexArray);
   glGenBuffers(1, &this->VertexBuffer);
   glGenRenderbuffers(2, this->Copies);
@@ -366,105 +368,6 @@ void zylTestHost::DrawQuad(const Box& box, float depth, const Color& color)
   glUseProgram(program);
   glBindVertexArray(array);
   glBindBuffer(GL_ARRAY_BUFFER, buffer);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylTestHost::SetOddState()
-{
-  GLuint textures[4];
-  glGenTextures(4, textures);
-  for (GLuint i = 0; i < 4; ++i)
-  {
-    glActiveTexture(GL_TEXTURE0 + i);
-    glBindTexture(GL_TEXTURE_2D, textures[i]);
-    GLuint other[3];
-    glGenTextures(3, other);
-    glBindTexture(GL_TEXTURE_CUBE_MAP, other[0]);
-    glBindTexture(GL_TEXTURE_3D, other[1]);
-    glBindTexture(GL_TEXTURE_BUFFER, other[2]);
-    GLuint sampler = 0;
-    glGenSamplers(1, &sampler);
-    glSamplerParameteri(sampler, GL_TEXTURE_MIN_FILTER, GL_NEAREST_MIPMAP_NEAREST);
-    glBindSampler(i, sampler);
-  }
-  glActiveTexture(GL_TEXTURE2);
-  GLuint buffers[6];
-  glGenBuffers(6, buffers);
-  GLuint array = 0;
-  glGenVertexArrays(1, &array);
-  glBindVertexArray(array);
-  glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffers[0]);
-  glBindBuffer(GL_ARRAY_BUFFER, buffers[1]);
-  glVertexAttribPointer(3, 2, GL_FLOAT, GL_FALSE, 0, nullptr);
-  glEnableVertexAttribArray(3);
-  glBindBuffer(GL_PIXEL_PACK_BUFFER, buffers[2]);
-  glBindBuffer(GL_PIXEL_UNPACK_BUFFER, buffers[3]);
-  glBindBuffer(GL_UNIFORM_BUFFER, buffers[4]);
-  glBindBuffer(GL_TEXTURE_BUFFER, buffers[5]);
-  GLuint renderbuffer = 0;
-  glGenRenderbuffers(1, &renderbuffer);
-  glBindRenderbuffer(GL_RENDERBUFFER, renderbuffer);
-  glUseProgram(this->Program);
-
-  const GLenum on[] = { GL_SCISSOR_TEST, GL_STENCIL_TEST, GL_CULL_FACE, GL_COLOR_LOGIC_OP,
-    GL_POLYGON_OFFSET_FILL, GL_PRIMITIVE_RESTART, GL_RASTERIZER_DISCARD, GL_SAMPLE_COVERAGE,
-    GL_SAMPLE_MASK, GL_SAMPLE_ALPHA_TO_COVERAGE, GL_FRAMEBUFFER_SRGB, GL_DEPTH_CLAMP,
-    GL_PROGRAM_POINT_SIZE, GL_CLIP_DISTANCE0, GL_CLIP_DISTANCE3, GL_TEXTURE_CUBE_MAP_SEAMLESS };
-  for (GLenum name : on)
-  {
-    glEnable(name);
-  }
-  glDisable(GL_DEPTH_TEST);
-  glDisable(GL_DITHER);
-  glDisable(GL_MULTISAMPLE);
-  glEnable(GL_BLEND);
-  glDisablei(GL_BLEND, 1);
-  glBlendFuncSeparate(GL_ONE, GL_ONE_MINUS_SRC_COLOR, GL_DST_ALPHA, GL_ZERO);
-  glBlendEquationSeparate(GL_FUNC_REVERSE_SUBTRACT, GL_MAX);
-  glBlendColor(0.1f, 0.2f, 0.3f, 0.4f);
-  glColorMask(GL_FALSE, GL_TRUE, GL_FALSE, GL_FALSE);
-  glColorMaski(2, GL_TRUE, GL_FALSE, GL_TRUE, GL_FALSE);
-  glDepthMask(GL_FALSE);
-  glDepthFunc(GL_GREATER);
-  glDepthRange(0.25, 0.5);
-  glClearColor(0.7f, 0.6f, 0.5f, 0.4f);
-  glClearDepth(0.3);
-  glClearStencil(7);
-  glStencilFuncSeparate(GL_FRONT, GL_NEVER, 3, 0x0F);
-  glStencilFuncSeparate(GL_BACK, GL_EQUAL, 4, 0xF0);
-  glStencilOpSeparate(GL_FRONT, GL_INCR, GL_DECR, GL_INVERT);
-  glStencilMaskSeparate(GL_FRONT, 0x11);
-  glStencilMaskSeparate(GL_BACK, 0x22);
-  glScissor(3, 5, 7, 11);
-  glViewport(13, 17, 19, 23);
-  glCullFace(GL_FRONT);
-  glFrontFace(GL_CW);
-  glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-  glPolygonOffset(3.0f, 5.0f);
-  glLogicOp(GL_INVERT);
-  glLineWidth(1.5f);
-  glPointSize(4.0f);
-  glPointParameterf(GL_POINT_FADE_THRESHOLD_SIZE, 2.0f);
-  glPointParameteri(GL_POINT_SPRITE_COORD_ORIGIN, GL_LOWER_LEFT);
-  glPrimitiveRestartIndex(0);
-  glProvokingVertex(GL_FIRST_VERTEX_CONVENTION);
-  glSampleCoverage(0.25f, GL_TRUE);
-  glSampleMaski(0, 0x5);
-  const GLenum rows[] = { GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS,
-    GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS, GL_UNPACK_IMAGE_HEIGHT };
-  for (GLenum name : rows)
-  {
-    glPixelStorei(name, 5);
-  }
-  glPixelStorei(GL_PACK_ALIGNMENT, 8);
-  glPixelStorei(GL_UNPACK_ALIGNMENT, 2);
-  glPixelStorei(GL_UNPACK_SWAP_BYTES, GL_TRUE);
-  if (GLEW_VERSION_4_5)
-  {
-    glClipControl(GL_UPPER_LEFT, GL_ZERO_TO_ONE);
-    glViewportIndexedf(1, 1.0f, 2.0f, 3.0f, 4.0f);
-    glScissorIndexed(2, 4, 3, 2, 1);
-  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -13,6 +13,9 @@
 #include <memory>
 #include <string>
 
+/// A program of the current context; the vertices' attribute "p" is at 0.
+unsigned int zylMakeProgram(const char* vertex, const char* fragment);
+
 class zylTestHost
 {
 public:
@@ -61,9 +64,6 @@ public:
   void Clear(float red, float green, float blue, double depth = 1.0);
   void DrawQuad(const Box& box, float depth, const Color& color);
   ///@}
-
-  /// Bind and set everything a host can to something unusual; DrawQuad() still works.
-  void SetOddState();
 
   ///@{
   /// The pixel in [0, 255] and its depth in [0, 1], counted from the lower left corner.

@@ -60,6 +60,30 @@ bool zylTestLog::Has(int verbosity, const std::string& text) const
 }
 
 //--------------------------------------------------------------------------------------------------
+testing::AssertionResult zylTestLog::HasError(const std::string& text) const
+{
+  return testing::AssertionResult(this->CountErrors(text) > 0) << this->Dump();
+}
+
+//--------------------------------------------------------------------------------------------------
+testing::AssertionResult zylTestLog::HasWarning(const std::string& text) const
+{
+  return testing::AssertionResult(this->CountWarnings(text) > 0) << this->Dump();
+}
+
+//--------------------------------------------------------------------------------------------------
+int zylTestLog::CountErrors(const std::string& text) const
+{
+  return this->Count(vtkLogger::VERBOSITY_ERROR, text);
+}
+
+//--------------------------------------------------------------------------------------------------
+int zylTestLog::CountWarnings(const std::string& text) const
+{
+  return this->Count(vtkLogger::VERBOSITY_WARNING, text);
+}
+
+//--------------------------------------------------------------------------------------------------
 std::string zylTestLog::Dump() const
 {
   std::ostringstream out;

@@ -4,13 +4,15 @@
 ///
 ///     zylTestLog log;
 ///     collection->GetDouble("Nope");
-///     EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_WARNING, "No property named 'Nope'"));
+///     EXPECT_TRUE(log.HasWarning("No property named 'Nope'"));
 #ifndef zylTestLog_h
 #define zylTestLog_h
 
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 class zylTestLog
 {
@@ -20,6 +22,14 @@ public:
   ~zylTestLog();
   zylTestLog(const zylTestLog&) = delete;
   zylTestLog& operator=(const zylTestLog&) = delete;
+
+  ///@{
+  /// Whether an error, or a warning, contains `text`; a test that fails prints all messages.
+  testing::AssertionResult HasError(const std::string& text = "") const;
+  testing::AssertionResult HasWarning(const std::string& text = "") const;
+  ///@}
+  int CountErrors(const std::string& text = "") const;
+  int CountWarnings(const std::string& text = "") const;
 
   /// Whether a message of exactly this verbosity contains `text`.
   bool Has(int verbosity, const std::string& text) const;

@@ -1,5 +1,7 @@
 #include "zylTestServer.h"
 
+#include "zylCore.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <utility>
@@ -10,6 +12,10 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
+#include <vtkPVSession.h>
+#include <vtkSMSession.h>
 
 namespace {
 // A port that was free a moment ago.
@@ -117,4 +123,19 @@ void zylTestServer::Kill()
     kill(-process, SIGKILL);
     waitpid(process, nullptr, 0);
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+std::unique_ptr<zylTestServer> zylTestServer::Connect(int ranks, const char* pluginDirectory)
+{
+  if (!IsAvailable(ranks))
+  {
+    return nullptr;
+  }
+  auto server = std::make_unique<zylTestServer>(ranks, pluginDirectory);
+  zylCore::GetInstance()->Connect(server->GetUrl().c_str(), 60);
+  vtkSMSession* session = zylCore::GetInstance()->GetSession();
+  const bool connected = session && session->GetProcessRoles() == vtkPVSession::CLIENT;
+  EXPECT_TRUE(connected);
+  return connected ? std::move(server) : nullptr;
 }

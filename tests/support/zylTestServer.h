@@ -8,6 +8,7 @@
 #define zylTestServer_h
 
 #include <atomic>
+#include <memory>
 #include <string>
 
 #include <sys/types.h>
@@ -17,6 +18,9 @@ class zylTestServer
 public:
   /// Whether pvserver (and mpirun, for more than one rank) is installed.
   static bool IsAvailable(int ranks);
+
+  /// Starts one and connects to it; null where there is none. A test whose connection fails fails.
+  static std::unique_ptr<zylTestServer> Connect(int ranks, const char* pluginDirectory);
 
   /// Starts the server. It loads the library's plugin from `pluginDirectory` unless that is empty.
   zylTestServer(int ranks, const char* pluginDirectory);

@@ -1,21 +1,18 @@
 // Selections and picks in the host's context: any framebuffer and size, the host's depths,
 // highlights.
+#include "zylOddState.h"
 #include "zylSelectionScene.h"
 #include "zylTestLog.h"
 
 #include <functional>
-#include <set>
 
 #include <vtkCellLocator.h>
-#include <vtkLogger.h>
 #include <vtkNew.h>
-#include <vtkPolyData.h>
 #include <vtkRenderer.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSphereSource.h>
 
 namespace {
-constexpr int Error = vtkLogger::VERBOSITY_ERROR;
 using Ids = zylIds;
 using Scene = zylSelectionScene;
 } // namespace
@@ -28,60 +25,41 @@ class zylSelectionHost : public zylSelectionRender
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylSelectionHost, InEveryHost)
 {
-  zylTestHost::FramebufferOptions multisampled;
+  zylTestHost::FramebufferOptions plain, multisampled;
   multisampled.Samples = 4;
   Scene other(zylTestData::MakeRow(2));
   other.Show(200, 3.0, zylRowCenter);
+  zylOddState odd(1);
   const struct
   {
     const char* What;
-    std::function<int()> Prepare; ///< the framebuffer's size
-    double Scale, Left, Bottom;   ///< pixels of a unit; where the row begins
+    const zylTestHost::FramebufferOptions* Framebuffer; ///< null: the window
+    int Size;
+    std::array<int, 2> Window;
+    std::array<int, 4> Part;    ///< of the window
+    double Scale, Left, Bottom; ///< pixels of a unit; where the row begins
   } rows[] = {
-    { "window", [] { return 300; }, 100.0, 0.0, 100.0 },
-    { "framebuffer object",
-      [&] {
-        this->Host->UseFramebuffer(300, 300);
-        return 300;
-      },
-      100.0, 0.0, 100.0 },
-    { "multisampled",
-      [&] {
-        this->Host->UseFramebuffer(300, 300, multisampled);
-        return 300;
-      },
-      100.0, 0.0, 100.0 },
-    { "HiDPI",
-      [&] {
-        this->Host->UseFramebuffer(600, 600);
-        this->Row->View->SetWindowSize(600, 600);
-        return 600;
-      },
-      200.0, 0.0, 200.0 },
-    { "a view smaller than the framebuffer",
-      [&] {
-        this->Row->View->SetWindowSize(150, 150);
-        return 600;
-      },
-      50.0, 0.0, 50.0 },
-    { "a part of a view",
-      [&] {
-        this->Row->View->SetWindowSize(600, 600);
-        this->Row->View->SetViewport(300, 150, 300, 300);
-        return 600;
-      },
-      100.0, 300.0, 250.0 },
+    { "window", nullptr, 300, { 300, 300 }, { 0, 0, 300, 300 }, 100.0, 0.0, 100.0 },
+    { "object", &plain, 300, { 300, 300 }, { 0, 0, 300, 300 }, 100.0, 0.0, 100.0 },
+    { "multisampled", &multisampled, 300, { 300, 300 }, { 0, 0, 300, 300 }, 100.0, 0.0, 100.0 },
+    { "HiDPI", &plain, 600, { 600, 600 }, { 0, 0, 600, 600 }, 200.0, 0.0, 200.0 },
+    { "a smaller view", &plain, 600, { 150, 150 }, { 0, 0, 150, 150 }, 50.0, 0.0, 50.0 },
+    { "a part", &plain, 600, { 600, 600 }, { 300, 150, 300, 300 }, 100.0, 300.0, 250.0 },
   };
   for (const auto& row : rows)
   {
     SCOPED_TRACE(row.What);
-    const int size = row.Prepare();
+    const int size = row.Size;
+    row.Framebuffer ? this->Host->UseFramebuffer(size, size, *row.Framebuffer)
+                    : this->Host->UseWindow();
+    this->Row->View->SetWindowSize(row.Window[0], row.Window[1]);
+    this->Row->View->SetViewport(row.Part[0], row.Part[1], row.Part[2], row.Part[3]);
     this->Row->View->SetSourceFBO(this->Host->GetFramebuffer());
     other.View->SetSourceFBO(this->Host->GetFramebuffer());
     this->Host->Clear(0.0f, 0.0f, 1.0f);
     this->Host->DrawQuad({ -1.0f, -1.0f, 0.0f, 1.0f }, 0.2f, { 1.0f, 0.0f, 0.0f });
     const auto picture = this->Picture(size);
-    this->Host->SetOddState();
+    odd.Apply();
     for (int block = 1; block <= 3; ++block)
     {
       const double middle[3] = { block - 0.33, 0.21, 1.0 };
@@ -257,12 +235,12 @@ TEST_F(zylSelectionHost, Highlights)
   }
   EXPECT_EQ(this->Picture(), plain);
   // The one is framed as a render, the other one as a selection.
-  zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+  zylTestLog log;
   view->PreRenderSetup();
   view->ClearHighlight();
-  EXPECT_EQ(log.Count(Error, ""), 0);
+  EXPECT_FALSE(log.HasError());
   view->HighlightSelection(selection);
-  EXPECT_EQ(log.Count(Error, "PreRenderSetup was called a second time"), 1);
+  EXPECT_EQ(log.CountErrors("PreRenderSetup was called a second time"), 1);
   view->PostRenderCleanup();
 }
 

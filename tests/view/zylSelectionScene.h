@@ -4,20 +4,10 @@
 #define zylSelectionScene_h
 
 #include "zylBoundaryRepresentation.h"
-#include "zylDataSet.h"
 #include "zylHostTest.h"
-#include "zylPropertyCollection.h"
 #include "zylSelection.h"
-#include "zylTestData.h"
+#include "zylTest.h"
 #include "zylView.h"
-
-#include <cmath>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <vtkMultiBlockDataSet.h>
-#include <vtkSmartPointer.h>
 
 using zylIds = std::vector<int>;
 constexpr double zylRowCenter[3] = { 1.5, 0.5, 0.5 };
@@ -44,9 +34,7 @@ struct zylSelectionScene
     {
       this->Surface(block)->Set("Visibility", true);
     }
-    this->View = vtkSmartPointer<zylView>::New();
-    this->View->SetSourceFBO(0);
-    this->View->SetWindowSize(size, size);
+    this->View = zylMakeView(size, size);
     this->View->AddRepresentation(this->Boundary);
     this->View->SetViewDir(1, false);
     this->View->SetParallelProjection(true);
@@ -67,14 +55,10 @@ struct zylSelectionScene
 class zylSelectionRender : public zylHostTest
 {
 protected:
-  void SetUp() override
+  void Prepare() override
   {
-    zylHostTest::SetUp();
-    if (this->Host)
-    {
-      this->Row = std::make_unique<zylSelectionScene>(zylTestData::MakeRow(3));
-      this->Row->Show(300, 3.0, zylRowCenter);
-    }
+    this->Row = std::make_unique<zylSelectionScene>(zylTestData::MakeRow(3));
+    this->Row->Show(300, 3.0, zylRowCenter);
   }
   void TearDown() override
   {

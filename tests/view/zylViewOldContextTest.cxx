@@ -34,7 +34,7 @@ TEST(zylViewOldContext, IsRefusedAtEveryRender)
   const zylGLState before = zylGLState::Read();
   for (int render = 1; render <= 2; ++render)
   {
-    zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+    zylTestLog log;
     view->Render();
     const int error = vtkLogger::VERBOSITY_ERROR;
     EXPECT_EQ(log.Count(error, "The openGL version is not sufficient for ZYL"), 1) << log.Dump();

@@ -3,33 +3,14 @@
 #ifndef zylViewRenderFixture_h
 #define zylViewRenderFixture_h
 
-#include "zylCore.h"
 #include "zylHostTest.h"
-#include "zylTestLog.h"
-#include "zylView.h"
+#include "zylTest.h"
 
 #include <array>
-#include <cmath>
-#include <string>
 
-#include <vtkLogger.h>
-#include <vtkNew.h>
 #include <vtkSMParaViewPipelineControllerWithRendering.h>
-#include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtkSMSessionProxyManager.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkSmartPointer.h>
-
-constexpr int Error = vtkLogger::VERBOSITY_ERROR;
-
-inline vtkSmartPointer<zylView> MakeView(int width = 300, int height = 300)
-{
-  auto view = vtkSmartPointer<zylView>::New();
-  view->SetSourceFBO(0);
-  view->SetWindowSize(width, height);
-  return view;
-}
 
 // A light sphere of radius 0.5 in the middle, seen along -z; its nearest point is at depth 0.09.
 inline vtkSmartPointer<vtkSMProxy> ShowSphere(zylView* view)
@@ -42,12 +23,10 @@ inline vtkSmartPointer<vtkSMProxy> ShowSphere(zylView* view)
   controller->InitializeProxy(sphere);
   vtkSMPropertyHelper(sphere, "ThetaResolution").Set(64);
   vtkSMPropertyHelper(sphere, "PhiResolution").Set(64);
+  vtkSMPropertyHelper(sphere, "Center").Set(2, -2.0); // the eye is at the origin
   sphere->UpdateVTKObjects();
   controller->RegisterPipelineProxy(sphere);
   vtkSmartPointer<vtkSMProxy> shown = controller->Show(sphere, 0, view->GetProxy());
-  const double center = -2.0; // the eye is at the origin
-  vtkSMPropertyHelper(sphere, "Center").Set(2, center);
-  sphere->UpdateVTKObjects();
   // near 1, far 4, 45 degrees
   const double t = 1.0 / std::tan(M_PI / 8);
   const double projection[16] = { t, 0, 0, 0, 0, t, 0, 0, 0, 0, -5.0 / 3, -8.0 / 3, 0, 0, -1, 0 };
@@ -64,14 +43,7 @@ inline float DepthAt(double z)
 class zylViewRender : public zylHostTest
 {
 protected:
-  void SetUp() override
-  {
-    zylHostTest::SetUp();
-    if (this->Host)
-    {
-      this->View = MakeView();
-    }
-  }
+  void Prepare() override { this->View = zylMakeView(); }
   void TearDown() override
   {
     this->View = nullptr;
@@ -111,11 +83,26 @@ protected:
     }
   }
 
+  void Render()
+  {
+    this->Unchanged("Render", [this] { this->View->Render(); });
+  }
   void RenderScene()
   {
     this->View->SetSourceFBO(this->Host->GetFramebuffer());
     this->PaintScene();
-    this->Unchanged("Render", [this] { this->View->Render(); });
+    this->Render();
+  }
+  // The scene, painted and rendered, is what is to be seen.
+  void CheckScene(const std::string& what, int size = 300)
+  {
+    this->RenderScene();
+    this->ExpectScene(what, size);
+  }
+  bool IsLight(int x, int y)
+  {
+    const auto pixel = this->Host->Pixel(x, y);
+    return pixel[0] > 90 && pixel[1] > 90;
   }
 
   std::vector<std::array<int, 3>> Picture()

@@ -1,4 +1,5 @@
 // The view in the context of a host: pictures, and the host's context and state kept.
+#include "zylOddState.h"
 #include "zylViewRenderFixture.h"
 
 #include <unistd.h>
@@ -17,21 +18,19 @@ using Framebuffer = zylTestHost::FramebufferOptions;
 TEST_F(zylViewRender, MergesWithTheWindow)
 {
   ShowSphere(this->View);
-  this->RenderScene();
-  this->ExpectScene("window");
+  this->CheckScene("window");
   if (const char* path = std::getenv("ZYL_TEST_PICTURE"))
   {
     this->Host->WritePicture(path);
   }
   // The merged picture is the host's: the next frame starts from what it paints then.
-  this->RenderScene();
-  this->ExpectScene("second frame");
+  this->CheckScene("second frame");
 }
 
 struct FormatCase
 {
   const char* Name;
-  Framebuffer Options;
+  unsigned int Color, Depth;
 };
 
 class zylViewFormats
@@ -42,10 +41,10 @@ class zylViewFormats
 
 TEST_P(zylViewFormats, Merge)
 {
-  Framebuffer options = this->GetParam().Options;
   for (int samples : { 0, 4 })
   {
-    options.Samples = samples;
+    SCOPED_TRACE(samples);
+    const Framebuffer options{ samples, this->GetParam().Color, this->GetParam().Depth, 1 };
     this->Host->UseFramebuffer(300, 300, options);
     if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
     {
@@ -53,19 +52,16 @@ TEST_P(zylViewFormats, Merge)
       continue;
     }
     auto sphere = ShowSphere(this->View);
-    zylTestLog log(vtkLogger::VERBOSITY_WARNING);
-    this->RenderScene();
-    EXPECT_EQ(log.Count(Error, ""), 0) << log.Dump();
-    this->ExpectScene(std::to_string(samples) + " samples");
+    zylTestLog log;
+    this->CheckScene("opaque");
     // What is in front hides a translucent surface too, and what is behind it shows through.
     vtkSMPropertyHelper(sphere, "Opacity").Set(0.5);
     sphere->UpdateVTKObjects();
     this->RenderScene();
-    EXPECT_EQ(log.Count(Error, ""), 0) << log.Dump();
-    EXPECT_TRUE(this->Host->PixelIs(120, 150, 255, 0, 0)) << samples << " samples";
+    EXPECT_FALSE(log.HasError());
+    EXPECT_TRUE(this->Host->PixelIs(120, 150, 255, 0, 0));
     const std::array<int, 3> pixel = this->Host->Pixel(180, 150);
-    EXPECT_TRUE(pixel[1] > pixel[0] + 40 && pixel[0] > 40)
-      << samples << " samples: " << pixel[0] << ' ' << pixel[1] << ' ' << pixel[2];
+    EXPECT_TRUE(pixel[1] > pixel[0] + 40 && pixel[0] > 40) << pixel[0] << ' ' << pixel[1];
     vtkSMPropertyHelper(sphere, "Visibility").Set(0);
     sphere->UpdateVTKObjects();
   }
@@ -118,15 +114,15 @@ TEST_F(zylViewRender, AnUnchangedFrameUpdatesNothing)
 
 INSTANTIATE_TEST_SUITE_P(Framebuffers, zylViewFormats,
   ::testing::Values( //
-    FormatCase{ "D24S8", { 0, GL_RGBA8, GL_DEPTH24_STENCIL8, 1 } },
-    FormatCase{ "D24", { 0, GL_RGBA8, GL_DEPTH_COMPONENT24, 1 } },
-    FormatCase{ "D16", { 0, GL_RGBA8, GL_DEPTH_COMPONENT16, 1 } },
-    FormatCase{ "D32", { 0, GL_RGBA8, GL_DEPTH_COMPONENT32, 1 } },
-    FormatCase{ "D32F", { 0, GL_RGBA8, GL_DEPTH_COMPONENT32F, 1 } },
-    FormatCase{ "D32FS8", { 0, GL_RGBA8, GL_DEPTH32F_STENCIL8, 1 } },
-    FormatCase{ "RGB8", { 0, GL_RGB8, GL_DEPTH24_STENCIL8, 1 } },
-    FormatCase{ "Srgb", { 0, GL_SRGB8_ALPHA8, GL_DEPTH24_STENCIL8, 1 } },
-    FormatCase{ "Float", { 0, GL_RGBA16F, GL_DEPTH_COMPONENT32F, 1 } }),
+    FormatCase{ "D24S8", GL_RGBA8, GL_DEPTH24_STENCIL8 },
+    FormatCase{ "D24", GL_RGBA8, GL_DEPTH_COMPONENT24 },
+    FormatCase{ "D16", GL_RGBA8, GL_DEPTH_COMPONENT16 },
+    FormatCase{ "D32", GL_RGBA8, GL_DEPTH_COMPONENT32 },
+    FormatCase{ "D32F", GL_RGBA8, GL_DEPTH_COMPONENT32F },
+    FormatCase{ "D32FS8", GL_RGBA8, GL_DEPTH32F_STENCIL8 },
+    FormatCase{ "RGB8", GL_RGB8, GL_DEPTH24_STENCIL8 },
+    FormatCase{ "Srgb", GL_SRGB8_ALPHA8, GL_DEPTH24_STENCIL8 },
+    FormatCase{ "Float", GL_RGBA16F, GL_DEPTH_COMPONENT32F }),
   [](const auto& info) { return info.param.Name; });
 
 // Without depths of the host the sphere is drawn over everything, also after a frame that had
@@ -139,8 +135,7 @@ TEST_F(zylViewRender, TakesAFramebufferWithoutDepth)
   this->Host->UseFramebuffer(300, 300, Framebuffer{ 0, GL_RGBA8, 0, 1 });
   this->RenderScene();
   EXPECT_TRUE(this->Host->PixelIs(2, 2, 0, 0, 255));
-  const std::array<int, 3> pixel = this->Host->Pixel(120, 150);
-  EXPECT_TRUE(pixel[0] > 90 && pixel[1] > 90) << "the quad has no depth to hide the sphere with";
+  EXPECT_TRUE(this->IsLight(120, 150)) << "the quad has no depth to hide the sphere with";
 }
 
 TEST_F(zylViewRender, DrawsIntoTheFirstColorBufferOnly)
@@ -150,7 +145,7 @@ TEST_F(zylViewRender, DrawsIntoTheFirstColorBufferOnly)
   this->View->SetSourceFBO(this->Host->GetFramebuffer());
   this->PaintScene();
   const std::array<int, 3> before = this->Host->Pixel(170, 150, 1);
-  this->Unchanged("Render", [this] { this->View->Render(); });
+  this->Render();
   this->ExpectScene("first buffer");
   EXPECT_EQ(this->Host->Pixel(170, 150, 1), before) << "the second buffer holds the host's data";
 }
@@ -158,7 +153,7 @@ TEST_F(zylViewRender, DrawsIntoTheFirstColorBufferOnly)
 TEST_F(zylViewRender, ReportsWhatCannotBeCopied)
 {
   ShowSphere(this->View);
-  zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+  zylTestLog log;
   // Read from a framebuffer of another depth format than the one drawn to.
   GLuint names[3];
   glGenFramebuffers(1, names);
@@ -178,18 +173,18 @@ TEST_F(zylViewRender, ReportsWhatCannotBeCopied)
   this->View->SetSourceFBO(names[0]);
   for (int frame = 0; frame < 3; ++frame)
   {
-    this->Unchanged("Render", [this] { this->View->Render(); });
+    this->Render();
   }
-  EXPECT_EQ(log.Count(Error, "different depth formats"), 1) << log.Dump();
+  EXPECT_EQ(log.CountErrors("different depth formats"), 1) << log.Dump();
   EXPECT_TRUE(this->Host->PixelIs(2, 2, 255, 255, 0)) << "colors are copied all the same";
 
   // An incomplete one.
   glBindFramebuffer(GL_FRAMEBUFFER, names[0]);
   glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, 0);
   glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, 0);
-  this->Unchanged("Render", [this] { this->View->Render(); });
-  EXPECT_EQ(log.Count(Error, "the framebuffer to read from is not complete"), 1) << log.Dump();
-  EXPECT_EQ(log.Count(Error, "the framebuffer to draw to is not complete"), 1) << log.Dump();
+  this->Render();
+  EXPECT_EQ(log.CountErrors("the framebuffer to read from is not complete"), 1) << log.Dump();
+  EXPECT_EQ(log.CountErrors("the framebuffer to draw to is not complete"), 1) << log.Dump();
   glBindFramebuffer(GL_FRAMEBUFFER, 0);
   glDeleteFramebuffers(1, names);
   glDeleteRenderbuffers(2, names + 1);
@@ -201,14 +196,14 @@ TEST_F(zylViewRender, SaysThatTheSourceFramebufferIsMissing)
 {
   ShowSphere(this->View);
   this->View->SetSourceFBO(1);
-  zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+  zylTestLog log;
   for (int frame = 0; frame < 2; ++frame)
   {
     this->PaintScene();
-    this->Unchanged("Render", [this] { this->View->Render(); });
+    this->Render();
     this->ExpectScene("window");
   }
-  EXPECT_EQ(log.Count(Error, "no framebuffer object 1"), 1) << log.Dump();
+  EXPECT_EQ(log.CountErrors("no framebuffer object 1"), 1) << log.Dump();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -217,7 +212,7 @@ TEST_F(zylViewRender, KeepsTheStateInEveryOperation)
   this->View = nullptr;
   this->Host->UseFramebuffer(300, 300);
   this->PaintScene();
-  this->Host->SetOddState();
+  zylOddState(1).Apply();
   vtkSmartPointer<zylView> view;
   vtkSmartPointer<vtkSMProxy> shown;
   const std::string path = "/tmp/zylState" + std::to_string(getpid()) + ".png";
@@ -280,8 +275,8 @@ TEST_F(zylViewRender, IgnoresTheHostsOddState)
   const auto expected = this->Picture();
   const float depth = this->Host->Depth(155, 150);
   this->PaintScene();
-  this->Host->SetOddState();
-  this->Unchanged("Render", [this] { this->View->Render(); });
+  zylOddState(2).Apply();
+  this->Render();
   EXPECT_EQ(this->Picture(), expected);
   EXPECT_EQ(this->Host->Depth(155, 150), depth);
 }
@@ -291,50 +286,49 @@ TEST_F(zylViewRender, GoesOnWhenCallsAreOutOfOrder)
 {
   ShowSphere(this->View);
   this->RenderScene();
-  zylTestLog log(vtkLogger::VERBOSITY_WARNING);
-  this->Unchanged("double setup", [this] {
-    this->View->PreRenderSetup();
-    this->View->PreRenderSetup();
-    this->View->PostRenderCleanup();
-    this->View->PostRenderCleanup();
-  });
-  EXPECT_EQ(log.Count(Error,
-              "PreRenderSetup was called a second time without PostRenderCleanup() being called"),
-    1);
-  EXPECT_EQ(
-    log.Count(Error, "PostRenderCleanup() called without PreRenderSetup() being invoked"), 1);
-  this->Unchanged("select", [this] {
-    this->View->PreSelectSetup();
-    this->View->PreSelectSetup();
-    this->View->PostSelectCleanup();
-    this->View->PostSelectCleanup();
-    this->View->PostSelectCleanup();
-  });
-  EXPECT_EQ(log.Count(Error,
-              "PreSelectSetup was called a second time without PostSelectCleanup() being called"),
-    1);
-  EXPECT_EQ(
-    log.Count(Error, "PostSelectCleanup() called without PreSelectSetup() being invoked"), 2);
-  this->Unchanged("cleanup alone", [this] { this->View->PostRenderCleanup(); });
-  this->RenderScene();
-  this->ExpectScene("afterwards");
+  zylTestLog log;
+  const struct
+  {
+    void (zylView::*Begin)();
+    void (zylView::*End)();
+    std::string BeginName, EndName;
+  } pairs[] = { { &zylView::PreRenderSetup, &zylView::PostRenderCleanup, "PreRenderSetup",
+                  "PostRenderCleanup" },
+    { &zylView::PreSelectSetup, &zylView::PostSelectCleanup, "PreSelectSetup",
+      "PostSelectCleanup" } };
+  for (const auto& pair : pairs)
+  {
+    this->Unchanged(pair.BeginName.c_str(), [&] {
+      (this->View->*pair.Begin)();
+      (this->View->*pair.Begin)();
+      (this->View->*pair.End)();
+      (this->View->*pair.End)();
+    });
+    this->Unchanged("cleanup alone", [&] { (this->View->*pair.End)(); });
+    EXPECT_EQ(log.CountErrors(pair.BeginName + " was called a second time without " + pair.EndName +
+                "() being called"),
+      1);
+    EXPECT_EQ(
+      log.CountErrors(pair.EndName + "() called without " + pair.BeginName + "() being invoked"),
+      2);
+  }
+  this->CheckScene("afterwards");
 }
 
 // Without a picture of its own the view copies nothing out.
 TEST_F(zylViewRender, CleansUpBeforeTheFirstRender)
 {
-  zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+  zylTestLog log;
   this->Host->Clear(1.0f, 0.5f, 0.0f);
   this->Unchanged("cleanup", [this] { this->View->PostRenderCleanup(); });
-  EXPECT_EQ(log.Count(Error, "without PreRenderSetup()"), 1);
+  EXPECT_EQ(log.CountErrors("without PreRenderSetup()"), 1);
   this->Unchanged("pair", [this] {
     this->View->PreRenderSetup();
     this->View->PostRenderCleanup();
   });
   EXPECT_TRUE(this->Host->PixelIs(150, 150, 255, 128, 0));
   ShowSphere(this->View);
-  this->RenderScene();
-  this->ExpectScene("afterwards");
+  this->CheckScene("afterwards");
 }
 
 // Rendering is suppressed outside the frame: what the server manager draws by itself is not seen.
@@ -358,11 +352,9 @@ TEST_F(zylViewRender, CapturesThePicture)
   EXPECT_EQ(image->GetDimensions()[0], 300);
   EXPECT_EQ(image->GetDimensions()[1], 300);
   EXPECT_EQ(image->GetNumberOfScalarComponents(), 3);
-  const auto* corner = static_cast<unsigned char*>(image->GetScalarPointer(2, 2, 0));
-  EXPECT_EQ(corner[2], 255);
-  const auto* nearQuad = static_cast<unsigned char*>(image->GetScalarPointer(120, 150, 0));
-  EXPECT_EQ(nearQuad[0], 255);
-  EXPECT_EQ(nearQuad[1], 0);
+  EXPECT_EQ(image->GetScalarComponentAsFloat(2, 2, 0, 2), 255);
+  EXPECT_EQ(image->GetScalarComponentAsFloat(120, 150, 0, 0), 255);
+  EXPECT_EQ(image->GetScalarComponentAsFloat(120, 150, 0, 1), 0);
 
   const std::string path = "/tmp/zylCapture" + std::to_string(getpid()) + ".png";
   EXPECT_TRUE(this->View->SaveScreenshot(path.c_str()));
@@ -378,12 +370,11 @@ TEST_F(zylViewRender, RefusesBadScreenshotFiles)
   ShowSphere(this->View);
   for (const char* path : { "", "/nonexistent/folder/a.png", "/tmp/zylNoFormat", "/tmp/a.nope" })
   {
-    zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+    zylTestLog log;
     this->Unchanged(path, [&] { EXPECT_FALSE(this->View->SaveScreenshot(path)) << path; });
-    EXPECT_TRUE(log.Has(Error, "SaveScreenshot")) << path << '\n' << log.Dump();
+    EXPECT_TRUE(log.HasError("SaveScreenshot")) << path << '\n' << log.Dump();
   }
-  this->RenderScene();
-  this->ExpectScene("afterwards");
+  this->CheckScene("afterwards");
 }
 
 // The view's background is what fills the picture where the host has no color.
@@ -411,7 +402,7 @@ TEST_F(zylViewRender, ShowsItsOwnBackgroundWithoutAHostsColor)
   glClear(GL_DEPTH_BUFFER_BIT);
   glBindFramebuffer(GL_FRAMEBUFFER, drawn);
   this->View->SetSourceFBO(empty);
-  this->Unchanged("Render", [this] { this->View->Render(); });
+  this->Render();
   EXPECT_TRUE(this->Host->PixelIs(2, 2, 0, 255, 0));
   glDeleteFramebuffers(1, &empty);
   glDeleteRenderbuffers(1, &depth);

@@ -1,19 +1,14 @@
 #include "zylViewScene.h"
 
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
+#include "zylHostTest.h"
+#include "zylTest.h"
 #include "zylTimeController.h"
-
-#include <vtkMultiBlockDataSet.h>
 
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::Make()
 {
-  this->View = vtkSmartPointer<zylView>::New();
-  this->View->SetSourceFBO(0);
-  this->View->SetWindowSize(300, 300);
-  this->Data = vtkSmartPointer<zylDataSet>::New();
-  this->Data->InitializeFromVTKDataSet(zylTestData::MakeRow(3));
+  this->View = zylMakeView();
+  this->Data = zylLoad(zylTestData::MakeRow(3));
   this->Boundary = vtkSmartPointer<zylBoundaryRepresentation>::New();
   this->Boundary->SetDataSet(this->Data);
   this->ShowBlocks();
@@ -34,87 +29,58 @@ void zylViewScene::ShowBlocks()
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::Color(bool on, bool legend)
 {
-  zylPropertyCollection* surface = this->Boundary->GetSurfaceProperties(1);
-  surface->Set("ColorMode", on ? 1 : 0);
-  surface->Set("ColorVariableName", "pressure");
-  surface->Set("ColorLegendVisibility", legend);
+  zylSet(this->Boundary->GetSurfaceProperties(1), "ColorMode", on ? 1 : 0, "ColorVariableName",
+    "pressure", "ColorLegendVisibility", legend);
   this->Boundary->Update();
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylViewScene::Style(int style, double transparency)
 {
-  zylPropertyCollection* surface = this->Boundary->GetSurfaceProperties(3);
-  surface->Set("DisplayStyle", style);
-  surface->Set("Transparency", transparency);
+  zylSet(
+    this->Boundary->GetSurfaceProperties(3), "DisplayStyle", style, "Transparency", transparency);
   this->Boundary->Update();
 }
 
 //--------------------------------------------------------------------------------------------------
 std::vector<zylViewCall> zylViewCalls()
 {
+  const auto update = [](auto change) {
+    return [change](zylViewScene& s) {
+      change(*s.Boundary);
+      s.Boundary->Update();
+    };
+  };
   return {
     { "Update of nothing", [](zylViewScene& s) { s.Boundary->Update(); } },
     { "one block recolored",
-      [](zylViewScene& s) {
-        s.Boundary->GetSurfaceProperties(2)->Set("Diffuse", 0.5);
-        s.Boundary->Update();
-      } },
-    { "and back",
-      [](zylViewScene& s) {
-        s.Boundary->GetSurfaceProperties(2)->Set("Diffuse", 1.0);
-        s.Boundary->Update();
-      } },
+      update([](auto& b) { b.GetSurfaceProperties(2)->Set("Diffuse", 0.5); }) },
+    { "and back", update([](auto& b) { b.GetSurfaceProperties(2)->Set("Diffuse", 1.0); }) },
     { "color by variable with legend", [](zylViewScene& s) { s.Color(true, true); } },
     { "legend hidden", [](zylViewScene& s) { s.Color(true, false); } },
     { "legend shown again", [](zylViewScene& s) { s.Color(true, true); } },
     { "solid color", [](zylViewScene& s) { s.Color(false, false); } },
     { "mesh lines hidden",
-      [](zylViewScene& s) {
-        s.Boundary->GetMeshLineProperties(1)->Set("Visibility", false);
-        s.Boundary->Update();
-      } },
-    { "contour",
-      [](zylViewScene& s) {
-        zylPropertyCollection* contour = s.Boundary->GetContourProperties(1);
-        contour->Set("Visibility", true);
-        contour->Set("ContourVariableName", "pressure");
-        s.Boundary->Update();
-      } },
-    { "arrows",
-      [](zylViewScene& s) {
-        zylPropertyCollection* glyphs = s.Boundary->GetVectorGlyphProperties(1);
-        glyphs->Set("Visibility", true);
-        glyphs->Set("VectorVariable", "velocity");
-        glyphs->Set("ColorMode", 1);
-        glyphs->Set("ColorVariableName", "pressure");
-        glyphs->Set("ColorLegendVisibility", true);
-        s.Boundary->Update();
-      } },
+      update([](auto& b) { b.GetMeshLineProperties(1)->Set("Visibility", false); }) },
+    { "contour", update([](auto& b) {
+       zylSet(b.GetContourProperties(1), "Visibility", true, "ContourVariableName", "pressure");
+     }) },
+    { "arrows", update([](auto& b) {
+       zylSet(b.GetVectorGlyphProperties(1), "Visibility", true, "VectorVariable", "velocity",
+         "ColorMode", 1, "ColorVariableName", "pressure", "ColorLegendVisibility", true);
+     }) },
     { "no arrows",
-      [](zylViewScene& s) {
-        s.Boundary->GetVectorGlyphProperties(1)->Set("Visibility", false);
-        s.Boundary->Update();
-      } },
+      update([](auto& b) { b.GetVectorGlyphProperties(1)->Set("Visibility", false); }) },
     { "point Gaussians", [](zylViewScene& s) { s.Style(2, 0.0); } },
     { "points", [](zylViewScene& s) { s.Style(1, 0.0); } },
     { "a transparent surface", [](zylViewScene& s) { s.Style(0, 0.5); } },
     { "an opaque one", [](zylViewScene& s) { s.Style(0, 0.0); } },
     { "feature lines",
-      [](zylViewScene& s) {
-        s.Boundary->GetFeatureLineProperties(1)->Set("Visibility", true);
-        s.Boundary->Update();
-      } },
-    { "highlight",
-      [](zylViewScene& s) {
-        s.Boundary->Highlight({ 1, 2 }, 0);
-        s.Boundary->Update();
-      } },
-    { "highlight cleared",
-      [](zylViewScene& s) {
-        s.Boundary->ClearHighlights();
-        s.Boundary->Update();
-      } },
+      update([](auto& b) { b.GetFeatureLineProperties(1)->Set("Visibility", true); }) },
+    { "highlight", update([](auto& b) {
+       b.Highlight({ 1, 2 }, 0);
+     }) },
+    { "highlight cleared", update([](auto& b) { b.ClearHighlights(); }) },
     { "selections",
       [](zylViewScene& s) {
         s.View->SelectBlocks(0, 0, 299, 299);
@@ -136,26 +102,10 @@ std::vector<zylViewCall> zylViewCalls()
           s.Boundary, zylSelection::CreateSelectionForBlock(s.Boundary, 2));
       } },
     { "highlight of a selection cleared", [](zylViewScene& s) { s.View->ClearHighlight(); } },
-    { "Hide",
-      [](zylViewScene& s) {
-        s.Boundary->Hide();
-        s.Boundary->Update();
-      } },
-    { "Show",
-      [](zylViewScene& s) {
-        s.Boundary->Show();
-        s.Boundary->Update();
-      } },
-    { "a clip",
-      [](zylViewScene& s) {
-        s.Boundary->SetNumberOfClips(1);
-        s.Boundary->Update();
-      } },
-    { "no clip",
-      [](zylViewScene& s) {
-        s.Boundary->SetNumberOfClips(0);
-        s.Boundary->Update();
-      } },
+    { "Hide", update([](auto& b) { b.Hide(); }) },
+    { "Show", update([](auto& b) { b.Show(); }) },
+    { "a clip", update([](auto& b) { b.SetNumberOfClips(1); }) },
+    { "no clip", update([](auto& b) { b.SetNumberOfClips(0); }) },
     { "FreeResources", [](zylViewScene& s) { s.Boundary->FreeResources(); } },
     { "Update after it", [](zylViewScene& s) { s.Boundary->Update(); } },
     { "SetView(nullptr)", [](zylViewScene& s) { s.Boundary->SetView(nullptr); } },

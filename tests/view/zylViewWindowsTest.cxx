@@ -13,13 +13,11 @@ TEST_F(zylViewRender, FollowsTheSizeOfTheWindow)
   {
     this->Host->UseFramebuffer(size, size);
     this->Unchanged("SetWindowSize", [&] { this->View->SetWindowSize(size, size); });
-    this->RenderScene();
-    this->ExpectScene("size " + std::to_string(size), size);
+    this->CheckScene("size " + std::to_string(size), size);
   }
   this->Host->ResizeWindow(450, 450);
   this->View->SetWindowSize(450, 450);
-  this->RenderScene();
-  this->ExpectScene("window", 450);
+  this->CheckScene("window", 450);
 }
 
 TEST_F(zylViewRender, DrawsNothingInAWindowWithoutArea)
@@ -30,7 +28,7 @@ TEST_F(zylViewRender, DrawsNothingInAWindowWithoutArea)
   {
     this->View->SetWindowSize(width, 0);
     this->Host->Clear(1.0f, 0.5f, 0.0f);
-    this->Unchanged("Render", [this] { this->View->Render(); });
+    this->Render();
     EXPECT_TRUE(this->Host->PixelIs(150, 150, 255, 128, 0));
     int size[2];
     this->View->GetWindowSize(size);
@@ -38,8 +36,7 @@ TEST_F(zylViewRender, DrawsNothingInAWindowWithoutArea)
     EXPECT_EQ(this->View->CaptureImage(), nullptr);
   }
   this->View->SetWindowSize(300, 300);
-  this->RenderScene();
-  this->ExpectScene("again");
+  this->CheckScene("again");
 }
 
 TEST_F(zylViewRender, DrawsInAPartOfTheWindow)
@@ -47,7 +44,7 @@ TEST_F(zylViewRender, DrawsInAPartOfTheWindow)
   ShowSphere(this->View);
   this->View->SetViewport(150, 150, 150, 150);
   this->Host->Clear(0.0f, 0.0f, 1.0f);
-  this->Unchanged("Render", [this] { this->View->Render(); });
+  this->Render();
   EXPECT_TRUE(this->Host->PixelIs(100, 100, 0, 0, 255));
   EXPECT_FALSE(this->Host->PixelIs(225, 225, 0, 0, 255));
 }
@@ -55,27 +52,25 @@ TEST_F(zylViewRender, DrawsInAPartOfTheWindow)
 //--------------------------------------------------------------------------------------------------
 TEST_F(zylViewRender, SeveralViewsShareAContext)
 {
-  auto other = MakeView();
+  auto other = zylMakeView();
   ShowSphere(this->View);
   ShowSphere(other);
   for (int frame = 0; frame < 2; ++frame)
   {
-    this->RenderScene();
-    this->ExpectScene("first view");
+    this->CheckScene("first view");
     this->PaintScene();
     this->Unchanged("Render", [&] { other->Render(); });
     this->ExpectScene("second view");
   }
   this->Unchanged("Delete", [&] { other = nullptr; });
-  this->RenderScene();
-  this->ExpectScene("the view that is left");
+  this->CheckScene("the view that is left");
 }
 
 TEST_F(zylViewRender, ViewsDrawInTheirOwnContexts)
 {
   auto otherHost = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
   ASSERT_NE(otherHost, nullptr);
-  auto otherView = MakeView();
+  auto otherView = zylMakeView();
   ShowSphere(this->View);
   ShowSphere(otherView);
   const auto renderOther = [&] {
@@ -90,8 +85,7 @@ TEST_F(zylViewRender, ViewsDrawInTheirOwnContexts)
   for (int frame = 0; frame < 2; ++frame)
   {
     this->Host->MakeCurrent();
-    this->RenderScene();
-    this->ExpectScene("first context");
+    this->CheckScene("first context");
     renderOther();
   }
   // Names of one context must not be deleted in the other.
@@ -114,12 +108,11 @@ TEST_F(zylViewRender, DrawsInACompatibilityContext)
     GTEST_SKIP() << "this driver's compatibility contexts are too old";
   }
   ShowSphere(this->View);
-  this->RenderScene();
-  this->ExpectScene("compatibility");
+  this->CheckScene("compatibility");
   this->PaintScene();
   glEnable(GL_ALPHA_TEST);
   glAlphaFunc(GL_NEVER, 0.0f);
-  this->Unchanged("Render", [this] { this->View->Render(); });
+  this->Render();
   EXPECT_TRUE(glIsEnabled(GL_ALPHA_TEST));
   glDisable(GL_ALPHA_TEST);
   this->ExpectScene("alpha test");
@@ -135,8 +128,7 @@ TEST_F(zylViewRender, MovesToANewContext)
     this->Host = nullptr; // the next one may well get the same address
     this->Host = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
     ASSERT_NE(this->Host, nullptr);
-    this->RenderScene();
-    this->ExpectScene("context " + std::to_string(i));
+    this->CheckScene("context " + std::to_string(i));
   }
 }
 
@@ -145,15 +137,14 @@ TEST_F(zylViewRender, SurvivesWithoutItsContext)
   ShowSphere(this->View);
   this->RenderScene();
   this->Host->Release();
-  zylTestLog log(vtkLogger::VERBOSITY_WARNING);
+  zylTestLog log;
   this->View->Render();
-  EXPECT_EQ(log.Count(Error, "No OpenGL context is current"), 1) << log.Dump();
-  auto made = MakeView();
+  EXPECT_EQ(log.CountErrors("No OpenGL context is current"), 1) << log.Dump();
+  auto made = zylMakeView();
   ShowSphere(made);
   EXPECT_FALSE(this->Host->IsCurrent());
   this->Host->MakeCurrent();
-  this->RenderScene();
-  this->ExpectScene("current again");
+  this->CheckScene("current again");
   this->PaintScene();
   made->Render();
   this->ExpectScene("made without a context");
