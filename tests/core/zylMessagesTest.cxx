@@ -1,30 +1,18 @@
 // What a host can show: messages kept, why something failed, progress, and the request to stop.
 #include "zylMessages.h"
-#include "zylArrayInformation.h"
-#include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylProgress.h"
-#include "zylTestData.h"
+#include "zylTest.h"
 #include "zylTestServer.h"
 #include "zylTimeController.h"
 
 #include <ParaView/zylProxyBuilder.h>
 
-#include <algorithm>
 #include <ctime>
-#include <functional>
-#include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include <gtest/gtest.h>
 #include <vtkCommand.h>
 #include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
 #include <vtkOutputWindow.h>
-#include <vtkSMSourceProxy.h>
 
 namespace {
 using Severity = zylMessages::Severity;
@@ -192,7 +180,7 @@ TEST_F(zylMessagesKept, TellsWhyAnOperationFailed)
     return this->Messages->GetReason(mark);
   };
   const std::string file = zylTestData::MakeFolder() + "/missing.vtu";
-  EXPECT_NE(reasonOf([&] { return data->LoadFromFile({ file }); }).find(file), std::string::npos);
+  EXPECT_THAT(reasonOf([&] { return data->LoadFromFile({ file }); }), testing::HasSubstr(file));
   EXPECT_EQ(
     reasonOf([&] { return data->LoadFromFile({}); }), "NewDataSet called with no file names");
   zylCore::GetInstance()->Disconnect();
@@ -217,8 +205,7 @@ TEST_P(zylProgressSession, IsReported)
     fractions.push_back(this->Progress->GetFraction());
   });
   source->UpdatePipeline();
-  EXPECT_NE(std::find(fractions.begin(), fractions.end(), 0.25), fractions.end());
-  EXPECT_NE(std::find(fractions.begin(), fractions.end(), 0.75), fractions.end());
+  EXPECT_THAT(fractions, testing::IsSupersetOf({ 0.25, 0.75 }));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -247,11 +234,7 @@ TEST_P(zylProgressSession, IsCanceledBetweenStages)
   EXPECT_EQ(data->GetFileNames(), Texts{ file });
 
   // A step that is canceled leaves what is known as it was, and comes with the next update.
-  const auto pressure = [&] {
-    double range[2];
-    data->GetPointArrayInformation(0, 0)->GetComponentRange(0, range);
-    return range[0];
-  };
+  const auto pressure = [&] { return zylRange(data->GetPointArrayInformation(0, 0))[0]; };
   zylTimeController::GetInstance()->GoToTime(1.0);
   ASSERT_EQ(data->GetPointArrayInformation(0, 0)->GetName(), "pressure");
   const double before = pressure();

@@ -1,14 +1,6 @@
 #include "zylTimeController.h"
-#include "zylDataSet.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
 
-#include "zylArrayInformation.h"
-
-#include <gtest/gtest.h>
-
-#include <vtkCallbackCommand.h>
-#include <vtkNew.h>
+#include "zylTest.h"
 
 namespace {
 struct EventCounter
@@ -32,9 +24,7 @@ struct EventCounter
 
 double PressureMinimum(zylDataSet* data)
 {
-  double range[2];
-  data->GetPointArrayInformation(0)->GetComponentRange(0, range);
-  return range[0];
+  return zylRange(data->GetPointArrayInformation(0))[0];
 }
 } // namespace
 
@@ -45,9 +35,7 @@ TEST(zylTimeController, MovesOverTheStepsOfTheData)
   EXPECT_TRUE(time->GetTimestepValues().empty());
   time->GoToPreviousTimeStep(); // where there is none
   const double steps[] = { 1.0, 3.0, 4.5 };
-  vtkNew<zylDataSet> data;
-  ASSERT_TRUE(
-    data->LoadFromFile({ zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 3) }));
+  const auto data = zylLoad(zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 3));
   EXPECT_EQ(time->GetTimestepValues(), std::vector<double>(steps, steps + 3));
   EXPECT_EQ(data->GetTimestepValues(), std::vector<double>(steps, steps + 3));
   EXPECT_EQ(PressureMinimum(data), 1.0);
@@ -85,8 +73,7 @@ TEST(zylTimeController, MovesOverTheStepsOfTheData)
   EXPECT_EQ(time->GetActiveTime(), 2.1);
   EXPECT_EQ(counter.Events, before);
 
-  data->GetProperties()->Set("FreezeTime", true);
-  data->GetProperties()->Set("FrozenTime", 4.4);
+  zylSet(data->GetProperties(), "FreezeTime", true, "FrozenTime", 4.4);
   data->Update();
   EXPECT_EQ(PressureMinimum(data), 4.5);
   time->GoToFirstTimeStep();

@@ -1,40 +1,23 @@
 // Data that are no multiblock dataset of datasets: tables, graphs, AMR, partitioned collections.
-#include "ParaView/zylProxyBuilder.h"
-#include "zylArrayInformation.h"
-#include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
-
-#include <fstream>
-
-#include <gtest/gtest.h>
+#include "zylTest.h"
 
 #include <vtkAMRBox.h>
-#include <vtkCellData.h>
 #include <vtkCellType.h>
 #include <vtkCompositeDataSet.h>
-#include <vtkDoubleArray.h>
+#include <vtkDataSetAttributes.h>
 #include <vtkInformation.h>
-#include <vtkLogger.h>
 #include <vtkMolecule.h>
-#include <vtkMultiBlockDataSet.h>
 #include <vtkMutableUndirectedGraph.h>
-#include <vtkNew.h>
 #include <vtkNonOverlappingAMR.h>
 #include <vtkOverlappingAMR.h>
-#include <vtkPVDataInformation.h>
 #include <vtkPVTrivialProducer.h>
 #include <vtkPartitionedDataSet.h>
 #include <vtkPartitionedDataSetCollection.h>
-#include <vtkSMSourceProxy.h>
 #include <vtkStringArray.h>
 #include <vtkTable.h>
 #include <vtkUniformGrid.h>
 #include <vtkUnsignedCharArray.h>
-#include <vtkUnstructuredGrid.h>
 
 namespace {
 using Ids = std::vector<unsigned int>;
@@ -53,17 +36,6 @@ bool Load(zylDataSet* data, vtkDataObject* object)
   return true;
 }
 
-// The number of polygons that the surface stage makes of the dataset.
-vtkIdType SurfaceCells(zylDataSet* data)
-{
-  auto surface = zylProxyBuilder(
-    zylCore::GetInstance()->GetSessionProxyManager(), "filters", "SurfaceGeometryFilter")
-                   .Input(data->GetOutput())
-                   .MakeUnregistered();
-  surface->UpdatePipeline();
-  return surface->GetDataInformation(0)->GetNumberOfCells();
-}
-
 std::string KindOf(zylDataSet* data, unsigned int block)
 {
   return data->GetMultiBlockTree()->FindChildWithBlockIndex(block)->GetKind();
@@ -74,13 +46,11 @@ vtkSmartPointer<vtkTable> MakeTable(std::vector<std::string> columns, int rows)
   auto table = vtkSmartPointer<vtkTable>::New();
   for (const std::string& name : columns)
   {
-    vtkNew<vtkDoubleArray> column;
-    column->SetName(name.c_str());
+    auto* column = zylTestData::AddArray(table->GetRowData(), name.c_str(), 1, rows);
     for (int i = 0; i < rows; ++i)
     {
-      column->InsertNextValue(i + 10.0 * table->GetNumberOfColumns());
+      column->SetValue(i, i + 10.0 * table->GetNumberOfColumns());
     }
-    table->AddColumn(column);
   }
   return table;
 }
@@ -91,11 +61,7 @@ vtkSmartPointer<vtkUniformGrid> MakeBox(double spacing, const int cells[3], cons
   box->SetOrigin(origin);
   box->SetSpacing(spacing, spacing, spacing);
   box->SetDimensions(cells[0] + 1, cells[1] + 1, cells[2] + 1);
-  vtkNew<vtkDoubleArray> value;
-  value->SetName("value");
-  value->SetNumberOfTuples(box->GetNumberOfCells());
-  value->FillValue(1.0 / spacing);
-  box->GetCellData()->AddArray(value);
+  zylTestData::AddArray(box->GetCellData(), "value", 1, box->GetNumberOfCells(), 1.0 / spacing);
   return box;
 }
 
@@ -133,7 +99,7 @@ TEST(zylDataKinds, TablesWithCoordinatesArePoints)
     vtkNew<zylDataSet> data;
     ASSERT_TRUE(Load(data, MakeTable(columns, 5)));
     EXPECT_EQ(data->GetNumberOfPoints(), 5);
-    EXPECT_EQ(SurfaceCells(data), 5);
+    EXPECT_EQ(zylCountSurfaceCells(data), 5);
     EXPECT_EQ(data->GetPointArrayNames(1), std::vector<std::string>({ "p" }));
     EXPECT_EQ(KindOf(data, 1), "table");
     EXPECT_TRUE(data->GetReadErrors().empty());
@@ -154,16 +120,14 @@ TEST(zylDataKinds, OtherTablesAreDescribed)
   EXPECT_EQ(table->GetNumberOfRows(), 3);
   ASSERT_EQ(table->RowArrays.size(), 3u);
   EXPECT_EQ(table->RowArrays[1]->GetName(), "force");
-  double range[2];
-  table->RowArrays[1]->GetComponentRange(0, range);
-  EXPECT_EQ(range[1], 3.5);
+  EXPECT_EQ(zylRange(table->RowArrays[1])[1], 3.5);
   EXPECT_EQ(data->GetNumberOfPoints(), 0);
-  EXPECT_EQ(SurfaceCells(data), 0);
+  EXPECT_EQ(zylCountSurfaceCells(data), 0);
   EXPECT_EQ(data->GetCellType(1), -1);
   const std::string message =
     "Nothing can be drawn: a table without coordinate columns (x, y, z) is no geometry";
   EXPECT_EQ(data->GetReadErrors(), std::vector<std::string>({ message }));
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_WARNING, message), 1) << log.Dump();
+  EXPECT_EQ(log.CountWarnings(message), 1) << log.Dump();
 }
 
 TEST(zylDataKinds, WhatIsNoDataSetLeavesTheOthersAlone)
@@ -177,8 +141,7 @@ TEST(zylDataKinds, WhatIsNoDataSetLeavesTheOthersAlone)
   group->SetBlock(0, vtkNew<vtkMolecule>());
   group->SetBlock(1, MakeTable({ "x", "y", "z", "load" }, 3));
   row->SetBlock(4, group);
-  vtkNew<zylDataSet> data;
-  ASSERT_TRUE(data->InitializeFromVTKDataSet(row));
+  const auto data = zylLoad(row);
   EXPECT_EQ(data->GetBlockIDs(), Ids({ 0, 1, 2, 3, 4, 5, 6, 7 }));
   EXPECT_EQ(data->GetMultiBlockTree()->GetChild(1)->GetBlockName(), "block_2");
   EXPECT_EQ(data->GetMultiBlockTree()->GetChild(1)->GetNumberOfRows(), 7);
@@ -189,16 +152,14 @@ TEST(zylDataKinds, WhatIsNoDataSetLeavesTheOthersAlone)
     EXPECT_EQ(KindOf(data, i), kinds[i]) << i;
   }
   EXPECT_EQ(data->GetNumberOfCells(), 2 * 8 + 3);
-  EXPECT_EQ(SurfaceCells(data), 2 * 24 + 3);
+  EXPECT_EQ(zylCountSurfaceCells(data), 2 * 24 + 3);
   EXPECT_EQ(data->GetCellType(4), VTK_HEXAHEDRON);
   EXPECT_EQ(data->GetCellType(2), -1);
   EXPECT_TRUE(data->GetReadErrors().empty());
   // Every stage can take what is left.
-  data->GetProperties()->Set("ThresholdDataSet", true);
-  data->GetProperties()->Set("ThresholdVariable", "pressure");
-  data->GetProperties()->Set("ThresholdRange", 1, 10.0);
-  data->GetProperties()->Set("InterpolateCellDataToPointData", true);
-  data->GetProperties()->Set("DistributeDataSet", true);
+  zylSet(data->GetProperties(), "ThresholdDataSet", true, "ThresholdVariable", "pressure",
+    "ThresholdRange", zylValues{ 0, 10 }, "InterpolateCellDataToPointData", true,
+    "DistributeDataSet", true);
   data->Update();
   EXPECT_EQ(data->GetNumberOfCells(), 2 * 8);
 }
@@ -222,8 +183,8 @@ TYPED_TEST(zylDataKindsAMR, IsDrawnWithoutWhatFinerLevelsCover)
   // The right half of the coarse box, closed or not where the fine one begins, and the fine box.
   const vtkIdType coarse = 2 * 8 + 2 * 2 + 4;
   const vtkIdType fine = 2 * (4 * 8 + 4 * 2 + 8 * 2);
-  EXPECT_GE(SurfaceCells(data), coarse + fine);
-  EXPECT_LE(SurfaceCells(data), coarse + 4 + fine);
+  EXPECT_GE(zylCountSurfaceCells(data), coarse + fine);
+  EXPECT_LE(zylCountSurfaceCells(data), coarse + 4 + fine);
   EXPECT_EQ(data->GetCellType(3), VTK_VOXEL);
   EXPECT_EQ(data->GetCellType(4), VTK_VOXEL);
   EXPECT_TRUE(data->GetReadErrors().empty());
@@ -250,7 +211,7 @@ TEST(zylDataKinds, PartitionedCollectionsKeepTheirIndices)
   EXPECT_EQ(data->GetBlockNameToIDsMap().at("part 1"), Ids({ 3 }));
   EXPECT_EQ(data->GetPointArrayNames(3), std::vector<std::string>({ "pressure", "velocity" }));
   EXPECT_EQ(data->GetNumberOfCells(), 4 * 8);
-  EXPECT_EQ(SurfaceCells(data), 4 * 24);
+  EXPECT_EQ(zylCountSurfaceCells(data), 4 * 24);
   zylTestLog log;
   for (const unsigned int block : { 1u, 2u, 3u, 5u, 6u, 7u })
   {
@@ -260,7 +221,7 @@ TEST(zylDataKinds, PartitionedCollectionsKeepTheirIndices)
   ASSERT_EQ(types.size(), 8u);
   EXPECT_EQ(types[5], VTK_HEXAHEDRON);
   EXPECT_EQ(types[7], VTK_HEXAHEDRON);
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0) << log.Dump();
+  EXPECT_FALSE(log.HasError());
 }
 
 // One dataset, any kind of data after any other: nothing stays of what was there before.
@@ -279,7 +240,7 @@ TEST(zylDataKinds, FollowOneAnother)
     const int i = step * 5 % 8;
     ASSERT_TRUE(Load(data, kinds[i]));
     EXPECT_EQ(data->GetNumberOfCells(), cells[i]) << i;
-    EXPECT_EQ(SurfaceCells(data) > 0, cells[i] > 0) << i;
+    EXPECT_EQ(zylCountSurfaceCells(data) > 0, cells[i] > 0) << i;
     EXPECT_EQ(data->GetReadErrors().empty(), cells[i] > 0) << i;
   }
 }

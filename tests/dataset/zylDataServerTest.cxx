@@ -1,34 +1,17 @@
 // Data that are no multiblock dataset of datasets, on servers with and without the plugin.
-#include "ParaView/zylProxyBuilder.h"
-#include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylTestServer.h"
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <memory>
-
-#include <gtest/gtest.h>
 
 #include <vtkAMRBox.h>
-#include <vtkCellData.h>
 #include <vtkCellType.h>
-#include <vtkDoubleArray.h>
-#include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
+#include <vtkDataSetAttributes.h>
 #include <vtkOverlappingAMR.h>
-#include <vtkPVDataInformation.h>
-#include <vtkSMPropertyHelper.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkStructuredData.h>
 #include <vtkTable.h>
 #include <vtkUniformGrid.h>
-#include <vtkUnstructuredGrid.h>
 #include <vtkXMLUniformGridAMRWriter.h>
 
 namespace {
@@ -46,13 +29,11 @@ class zylDataServer : public testing::TestWithParam<Configuration>
 protected:
   void SetUp() override
   {
-    if (!zylTestServer::IsAvailable(GetParam().Ranks))
+    this->Server = zylTestServer::Connect(GetParam().Ranks, GetParam().Plugins);
+    if (!this->Server)
     {
       GTEST_SKIP() << "no server here";
     }
-    this->Server = std::make_unique<zylTestServer>(GetParam().Ranks, GetParam().Plugins);
-    zylCore::GetInstance()->Connect(this->Server->GetUrl().c_str(), 60);
-    ASSERT_NE(zylCore::GetInstance()->GetSession(), nullptr);
     this->Data = vtkSmartPointer<zylDataSet>::New();
   }
   void TearDown() override
@@ -65,16 +46,6 @@ protected:
   void CheckATableAmongGrids();
   void CheckAMR();
   void CheckACollectionOfParts();
-
-  vtkIdType SurfaceCells()
-  {
-    auto surface = zylProxyBuilder(
-      zylCore::GetInstance()->GetSessionProxyManager(), "filters", "SurfaceGeometryFilter")
-                     .Input(this->Data->GetOutput())
-                     .MakeUnregistered();
-    surface->UpdatePipeline();
-    return surface->GetDataInformation(0)->GetNumberOfCells();
-  }
 
   std::string Write(const char* name, const char* text)
   {
@@ -106,11 +77,7 @@ std::string WriteAMR(const std::string& path)
     box->SetOrigin(origin);
     box->SetSpacing(spacing);
     box->SetDimensions(5, 5, 5);
-    vtkNew<vtkDoubleArray> value;
-    value->SetName("value");
-    value->SetNumberOfTuples(64);
-    value->FillValue(level);
-    box->GetCellData()->AddArray(value);
+    zylTestData::AddArray(box->GetCellData(), "value", 1, 64, level);
     amr->SetDataSet(level, 0, box);
   }
   amr->GenerateParentChildInformation();
@@ -136,7 +103,7 @@ void zylDataServer::CheckTables()
   ASSERT_TRUE(this->Data->LoadFromFile(
     { this->Write("points.csv", "x,y,z,p\n0,0,0,1\n1,2,3,4\n5,6,7,8\n") }));
   EXPECT_EQ(this->Data->GetNumberOfPoints(), 3);
-  EXPECT_GT(this->SurfaceCells(), 0);
+  EXPECT_GT(zylCountSurfaceCells(this->Data), 0);
   EXPECT_EQ(this->Data->GetPointArrayNames(1), std::vector<std::string>({ "p" }));
   ASSERT_TRUE(this->Data->LoadFromFile({ this->Write("force.csv", "t,f\n0,1\n1,2\n") }));
   zylMultiBlockTree* table = this->Data->GetMultiBlockTree()->GetChild(0);
@@ -145,7 +112,7 @@ void zylDataServer::CheckTables()
   EXPECT_EQ(table->GetKind(), "table");
   EXPECT_EQ(table->GetNumberOfRows(), 2);
   EXPECT_EQ(table->RowArrays.size(), 2u);
-  EXPECT_EQ(this->SurfaceCells(), 0);
+  EXPECT_EQ(zylCountSurfaceCells(this->Data), 0);
   EXPECT_EQ(this->Data->GetReadErrors().size(), 1u);
 }
 
@@ -153,17 +120,14 @@ void zylDataServer::CheckATableAmongGrids()
 {
   auto row = zylTestData::MakeRow(3);
   vtkNew<vtkTable> table;
-  vtkNew<vtkDoubleArray> column;
-  column->SetName("force");
-  column->InsertNextValue(1.0);
-  table->AddColumn(column);
+  zylTestData::AddArray(table->GetRowData(), "force", 1, 1, 1.0);
   row->SetBlock(1, table);
   ASSERT_TRUE(this->Data->LoadFromFile({ zylTestData::Write(row, this->Folder + "/mixed.vtm") }));
   EXPECT_EQ(this->Data->GetBlockIDs(), Ids({ 0, 1, 2, 3 }));
   EXPECT_EQ(this->Data->GetMultiBlockTree()->GetChild(1)->GetKind(), "table");
   EXPECT_EQ(this->Data->GetMultiBlockTree()->GetChild(1)->GetNumberOfRows(), 1);
   EXPECT_EQ(this->Data->GetMultiBlockTree()->GetChild(2)->GetKind(), "unstructured grid");
-  EXPECT_EQ(this->SurfaceCells(), 2 * 24);
+  EXPECT_EQ(zylCountSurfaceCells(this->Data), 2 * 24);
   EXPECT_EQ(this->Data->GetCellType(3), VTK_HEXAHEDRON);
 }
 
@@ -176,8 +140,8 @@ void zylDataServer::CheckAMR()
   EXPECT_EQ(this->Data->GetNumberOfCells(), 2 * 64);
   // The corner that is covered shows its fine cells only, and the faces between the levels are
   // drawn once or twice.
-  EXPECT_GE(this->SurfaceCells(), 6 * 16 - 3 * 4 + 3 * 4 + 6 * 16 - 3 * 16);
-  EXPECT_LE(this->SurfaceCells(), 6 * 16 - 3 * 4 + 3 * 4 + 6 * 16);
+  EXPECT_GE(zylCountSurfaceCells(this->Data), 6 * 16 - 3 * 4 + 3 * 4 + 6 * 16 - 3 * 16);
+  EXPECT_LE(zylCountSurfaceCells(this->Data), 6 * 16 - 3 * 4 + 3 * 4 + 6 * 16);
   const Ids blocks = this->Data->GetBlockIDs();
   EXPECT_EQ(blocks.size(), 3u);
   EXPECT_EQ(this->Data->GetCellArrayNames(blocks[2])[0], "value");
@@ -196,7 +160,7 @@ void zylDataServer::CheckACollectionOfParts()
   zylTestLog log;
   ASSERT_TRUE(this->Data->LoadFromFile({ file }));
   EXPECT_EQ(this->Data->GetNumberOfCells(), 7472);
-  EXPECT_GT(this->SurfaceCells(), 1000);
+  EXPECT_GT(zylCountSurfaceCells(this->Data), 1000);
   bool found = false;
   for (const unsigned int block : this->Data->GetBlockIDs())
   {
@@ -209,7 +173,7 @@ void zylDataServer::CheckACollectionOfParts()
     }
   }
   EXPECT_TRUE(found);
-  EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, ""), 0) << log.Dump();
+  EXPECT_FALSE(log.HasError());
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, zylDataServer,

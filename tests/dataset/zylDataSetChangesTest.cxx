@@ -1,45 +1,21 @@
 // What a dataset says and shows is a function of its source, its settings and the time, whatever
 // happened before.
 #include "ParaView/zylProxyBuilder.h"
-#include "zylArrayInformation.h"
-#include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
-#include "zylPropertyCollection.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylTimeController.h"
 
-#include <algorithm>
-#include <cmath>
-#include <fstream>
 #include <iterator>
 #include <random>
-#include <sstream>
-
-#include <gtest/gtest.h>
 
 #include <vtkCallbackCommand.h>
 #include <vtkCommand.h>
 #include <vtkCompositeDataIterator.h>
 #include <vtkCompositeDataSet.h>
-#include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkSMPropertyHelper.h>
 #include <vtkSMReaderReloadHelper.h>
 #include <vtkSMSessionProxyManager.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkUnstructuredGrid.h>
 
 namespace {
-unsigned int RegisteredProxies()
-{
-  vtkSMSessionProxyManager* manager = zylCore::GetInstance()->GetSessionProxyManager();
-  return manager->GetNumberOfProxies("sources") + manager->GetNumberOfProxies("filters");
-}
-
 double Lowest(vtkDataObject* object, const char* array)
 {
   auto* blocks = vtkCompositeDataSet::SafeDownCast(object);
@@ -57,18 +33,17 @@ double Lowest(vtkDataObject* object, const char* array)
 
 double LowestPressure(zylDataSet* data)
 {
-  double range[2] = { 1e299, 0.0 };
-  data->GetPointArrayInformation(0)->GetComponentRange(0, range);
-  return range[0];
+  return zylRange(data->GetPointArrayInformation(0))[0];
 }
 
 // Everything a dataset says about its data.
 std::string Describe(zylDataSet* data)
 {
   std::ostringstream text;
-  double bounds[6];
-  text << data->GetBounds(bounds) << ": ";
-  std::copy(bounds, bounds + 6, std::ostream_iterator<double>(text, " "));
+  for (const double bound : zylBounds(data))
+  {
+    text << bound << ' ';
+  }
   text << data->GetNumberOfPoints() << ' ' << data->GetNumberOfCells() << '\n';
   for (const unsigned int id : data->GetBlockIDs())
   {
@@ -123,9 +98,7 @@ TEST_F(zylDataSetChanges, OfTheFile)
     ASSERT_TRUE(helper->ReloadFiles(this->Data->GetProxy()));
     this->Data->Update();
     EXPECT_EQ(this->Data->GetNumberOfCells(), cells * cells * cells);
-    double bounds[6];
-    EXPECT_TRUE(this->Data->GetBounds(bounds));
-    EXPECT_EQ(bounds[4], cells);
+    EXPECT_EQ(zylBounds(this->Data)[4], cells);
   }
 }
 
@@ -193,8 +166,7 @@ TEST_F(zylDataSetChanges, OneTimeStepIsShown)
     }
   }
   controller->GoToTime(0.3);
-  this->Data->GetProperties()->Set("FreezeTime", true);
-  this->Data->GetProperties()->Set("FrozenTime", 1.8);
+  zylSet(this->Data->GetProperties(), "FreezeTime", true, "FrozenTime", 1.8);
   this->Data->Update();
   for (const double time : { 0.3, 0.25, 7.0 })
   {
@@ -225,7 +197,7 @@ TEST_F(zylDataSetChanges, TheRootStaysTheRoot)
 TEST_F(zylDataSetChanges, FailuresLeaveNoProxies)
 {
   std::ofstream(this->Folder + "/bad.vtu") << "no data";
-  const unsigned int before = RegisteredProxies();
+  const std::string before = zylRegisteredProxies();
   for (int i = 0; i < 3; ++i)
   {
     vtkNew<zylDataSet> data;
@@ -233,11 +205,11 @@ TEST_F(zylDataSetChanges, FailuresLeaveNoProxies)
     EXPECT_FALSE(data->LoadFromFile({ this->Folder + "/bad.vtu" }));
     EXPECT_FALSE(data->LoadFromFile({ this->Folder + "/none.vtu" }));
     EXPECT_FALSE(data->LoadFromFile({}, "filters", "NoSuchFilter"));
-    EXPECT_EQ(RegisteredProxies(), before);
+    EXPECT_EQ(zylRegisteredProxies(), before);
     EXPECT_TRUE(data->LoadFromFile({ this->File }));
     EXPECT_FALSE(data->InitializeFromVTKDataSet(zylTestData::MakeRow(2)));
   }
-  EXPECT_EQ(RegisteredProxies(), before);
+  EXPECT_EQ(zylRegisteredProxies(), before);
 }
 
 // Loads, failures, settings and times in any order end where a new dataset begins.

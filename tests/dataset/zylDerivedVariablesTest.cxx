@@ -1,24 +1,8 @@
-#include "zylDataSet.h"
+#include "zylTest.h"
 
 #include "ParaView/zylProxyBuilder.h"
-#include "zylCore.h"
-#include "zylTestData.h"
-#include "zylTestLog.h"
 
-#include <cmath>
-#include <map>
-
-#include <gtest/gtest.h>
-
-#include <vtkCellData.h>
-#include <vtkDoubleArray.h>
 #include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkSMSourceProxy.h>
-#include <vtkTable.h>
-#include <vtkUnstructuredGrid.h>
 
 namespace {
 using Names = std::set<std::string>;
@@ -31,15 +15,17 @@ vtkSmartPointer<zylDataSet> MakeData(const Texts& extra = {}, unsigned int count
   auto* first = vtkDataSet::SafeDownCast(cubes->GetBlock(0));
   for (const std::string& name : extra)
   {
-    vtkNew<vtkDoubleArray> array;
-    array->SetName(name.c_str());
-    array->SetNumberOfTuples(first->GetNumberOfPoints());
-    array->FillComponent(0, 2.0);
-    first->GetPointData()->AddArray(array);
+    zylTestData::AddArray(first->GetPointData(), name.c_str(), 1, first->GetNumberOfPoints(), 2.0);
   }
-  auto data = vtkSmartPointer<zylDataSet>::New();
-  EXPECT_TRUE(data->InitializeFromVTKDataSet(cubes));
-  return data;
+  return zylLoad(cubes);
+}
+
+void Define(zylDataSet* data, const std::map<std::string, std::string>& variables)
+{
+  for (const auto& [name, expression] : variables)
+  {
+    data->DefineDerivedPointVariable(name, expression);
+  }
 }
 
 // What the script for `names` makes of the dataset.
@@ -65,10 +51,8 @@ vtkDataArray* ArrayOf(vtkMultiBlockDataSet* data, unsigned int block, const char
 
 TEST(zylDerivedVariables, AreKeptAsGiven)
 {
-  auto data = vtkSmartPointer<zylDataSet>::New();
-  data->DefineDerivedPointVariable("b", "a + 4");
-  data->DefineDerivedPointVariable("B", "1");
-  data->DefineDerivedPointVariable("a", "2*pressure");
+  vtkNew<zylDataSet> data;
+  Define(data, { { "b", "a + 4" }, { "B", "1" }, { "a", "2*pressure" } });
   EXPECT_EQ(data->GetDerivedPointVariableNames(), Texts({ "B", "a", "b" }));
   EXPECT_TRUE(data->IsDerivedPointVariable("a"));
   EXPECT_FALSE(data->IsDerivedPointVariable("A"));
@@ -87,7 +71,7 @@ TEST(zylDerivedVariables, AreKeptAsGiven)
   {
     zylTestLog log;
     data->DefineDerivedPointVariable("", "1");
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "Name of derived variable cannot be empty"));
+    EXPECT_TRUE(log.HasError("Name of derived variable cannot be empty"));
     EXPECT_EQ(data->GetMTime(), time);
   }
   data->ClearDerivedPointVariables();
@@ -98,14 +82,10 @@ TEST(zylDerivedVariables, AreKeptAsGiven)
 TEST(zylDerivedVariables, BecomeScripts)
 {
   auto data = MakeData({ "p/rho", "Wall Distance" });
-  const std::map<std::string, std::string> definitions = { { "a", "2*pressure" }, { "b", "a + 4" },
-    { "c", "a + b" }, { "pressure", "pressure / 1000" }, { "mag", "a" },
-    { "Mach number", "p_rho + Wall_Distance" }, { "it's", "Mach_number" },
-    { "free", "x + sin(1)" } };
-  for (const auto& [name, expression] : definitions)
-  {
-    data->DefineDerivedPointVariable(name, expression);
-  }
+  Define(data,
+    { { "a", "2*pressure" }, { "b", "a + 4" }, { "c", "a + b" }, { "pressure", "pressure / 1000" },
+      { "mag", "a" }, { "Mach number", "p_rho + Wall_Distance" }, { "it's", "Mach_number" },
+      { "free", "x + sin(1)" } });
   const std::string pressure = "pressure = inputs[0].PointData['pressure']\n"
                                "pressure = pressure / 1000\n";
   const struct
@@ -156,16 +136,12 @@ TEST(zylDerivedVariables, AreComputedThreeDeep)
 {
   auto data =
     MakeData({ "Wall Distance", "p/rho", "a'b\"c\\d", "inputs", "lambda", "Öl", "\xff\xfe" }, 3);
-  data->DefineDerivedPointVariable("one", "2 * pressure");
-  data->DefineDerivedPointVariable("two", "one + mag(velocity)");
-  data->DefineDerivedPointVariable("three", "two * one");
-  data->DefineDerivedPointVariable("slope", "gradient(pressure)");
-  data->DefineDerivedPointVariable(
-    "part", "Wall_Distance + p_rho + a_b_c_d + inputs_ + lambda_ + Öl");
-  data->DefineDerivedPointVariable("constant", "3");
-  data->DefineDerivedPointVariable("turned", "cross(velocity, velocity)");
-  data->DefineDerivedPointVariable("divided", "pressure / (pressure - pressure)");
-  data->DefineDerivedPointVariable("two words", "two");
+  Define(data,
+    { { "one", "2 * pressure" }, { "two", "one + mag(velocity)" }, { "three", "two * one" },
+      { "slope", "gradient(pressure)" },
+      { "part", "Wall_Distance + p_rho + a_b_c_d + inputs_ + lambda_ + Öl" }, { "constant", "3" },
+      { "turned", "cross(velocity, velocity)" }, { "divided", "pressure / (pressure - pressure)" },
+      { "two words", "two" } });
   auto result =
     Compute(data, { "three", "slope", "part", "constant", "turned", "divided", "two words" });
   for (unsigned int block = 0; block < 3; ++block)
@@ -219,16 +195,15 @@ TEST(zylDerivedVariables, SayWhatIsWrong)
     zylTestLog log;
     EXPECT_EQ(data->GetDerivedPointVariableScript({ test.Name }), "");
     EXPECT_EQ(data->GetDerivedPointVariableScript({ test.Name }), "");
-    EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_ERROR, "The derived variables cannot be computed."), 1)
-      << log.Dump();
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, test.Message)) << log.Dump();
+    EXPECT_EQ(log.CountErrors("The derived variables cannot be computed."), 1) << log.Dump();
+    EXPECT_TRUE(log.HasError(test.Message));
     data->DefineDerivedPointVariable(test.Name, "");
     EXPECT_NE(data->GetDerivedPointVariableScript({ "good" }), "");
   }
   auto data = MakeData();
   zylTestLog log;
   EXPECT_EQ(data->GetDerivedPointVariableScript({ "nosuch" }), "");
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "KeyError: 'nosuch'")) << log.Dump();
+  EXPECT_TRUE(log.HasError("KeyError: 'nosuch'"));
 }
 
 TEST(zylDerivedVariables, SurviveHugeExpressions)
@@ -250,7 +225,7 @@ TEST(zylDerivedVariables, SurviveHugeExpressions)
     data->DefineDerivedPointVariable("huge", expression);
     zylTestLog log;
     EXPECT_EQ(data->GetDerivedPointVariableScript({ "huge" }), "");
-    EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "Derived variable \"huge\"")) << log.Dump();
+    EXPECT_TRUE(log.HasError("Derived variable \"huge\""));
   }
   data->DefineDerivedPointVariable("huge", "[" + repeat("1,", 4900) + "][0]");
   EXPECT_NE(data->GetDerivedPointVariableScript({ "huge" }), "");
@@ -277,10 +252,8 @@ TEST(zylDerivedVariables, TellHowToSpellNamesThatAreNoIdentifiers)
     zylTestLog log;
     data->DefineDerivedPointVariable("b", test.Expression);
     data->GetDerivedPointVariableScript({ "b" });
-    EXPECT_EQ(
-      log.Count(vtkLogger::VERBOSITY_WARNING, "is no Python identifier"), test.Message ? 1 : 0)
-      << log.Dump();
-    EXPECT_TRUE(!test.Message || log.Has(vtkLogger::VERBOSITY_WARNING, test.Message)) << log.Dump();
+    EXPECT_EQ(log.CountWarnings("is no Python identifier"), test.Message ? 1 : 0) << log.Dump();
+    EXPECT_TRUE(!test.Message || log.HasWarning(test.Message)) << log.Dump();
   }
   auto data = MakeData({ "p/rho", "p rho", "p_rho" });
   data->DefineDerivedPointVariable("sum", "p_rho + p_rho_ + p_rho__");
@@ -302,14 +275,11 @@ TEST(zylDerivedVariables, WarnOfCircles)
   for (const auto& test : cases)
   {
     auto data = MakeData();
-    for (const auto& [name, expression] : test.Definitions)
-    {
-      data->DefineDerivedPointVariable(name, expression);
-    }
+    Define(data, test.Definitions);
     zylTestLog log;
     EXPECT_NE(data->GetDerivedPointVariableScript({ "a" }), "");
-    EXPECT_EQ(log.Count(vtkLogger::VERBOSITY_WARNING, "need themselves"), test.Circle ? 1 : 0);
-    EXPECT_TRUE(!test.Circle || log.Has(vtkLogger::VERBOSITY_WARNING, test.Circle)) << log.Dump();
+    EXPECT_EQ(log.CountWarnings("need themselves"), test.Circle ? 1 : 0);
+    EXPECT_TRUE(!test.Circle || log.HasWarning(test.Circle)) << log.Dump();
     EXPECT_NE(Compute(data, { "a" }), nullptr); // the filter fails, the data are there
   }
 }
