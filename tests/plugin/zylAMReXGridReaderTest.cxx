@@ -2,22 +2,14 @@
 
 #include "zylAMReXWriter.h"
 #include "zylPluginTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 
 #include <cstdio>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include <vtkAMRExtractLabeledBlocks.h>
 #include <vtkAMReXGridReader.h>
-#include <vtkLogger.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
 #include <vtkObjectFactory.h>
 #include <vtkOverlappingAMR.h>
-#include <vtkSmartPointer.h>
 
 namespace {
 constexpr int MaximumLevel = 5;
@@ -104,7 +96,7 @@ std::string Parts(vtkAMRExtractLabeledBlocks* parts, vtkAMReXGridReader* reader)
 //--------------------------------------------------------------------------------------------------
 TEST(AMReXGridReader, DeliversWhatTheToolkitDelivers)
 {
-  zylTemporaryDirectory directory;
+  const std::filesystem::path directory = zylTestData::MakeFolder();
   for (const int dimension : { 2, 3 })
   {
     const std::string path = directory / std::to_string(dimension);
@@ -127,7 +119,7 @@ TEST(AMReXGridReader, DeliversWhatTheToolkitDelivers)
 // the toolkit reads it.
 TEST(AMReXGridReader, ReadsByTheLayout)
 {
-  zylTemporaryDirectory directory;
+  const std::filesystem::path directory = zylTestData::MakeFolder();
   const std::string path = directory / "plt";
   Write(path, 3);
   zylAMReXLayout layout;
@@ -156,7 +148,7 @@ TEST(AMReXGridReader, ReadsByTheLayout)
 //--------------------------------------------------------------------------------------------------
 TEST(AMReXGridReader, LeavesValuesToTheFilterBehind)
 {
-  zylTemporaryDirectory directory;
+  const std::filesystem::path directory = zylTestData::MakeFolder();
   const std::string path = directory / "plt";
   Write(path, 3);
   zylAMReXLayout layout;
@@ -188,5 +180,5 @@ TEST(AMReXGridReader, LeavesValuesToTheFilterBehind)
   late->Reader = reader;
   EXPECT_NE(Parts(late, reader), expected);
   EXPECT_EQ(late->GetOutput()->GetNumberOfCells(), parts->GetOutput()->GetNumberOfCells());
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "blocks could not be read")) << log.Dump();
+  EXPECT_TRUE(log.HasError("blocks could not be read"));
 }

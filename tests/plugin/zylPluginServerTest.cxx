@@ -2,23 +2,14 @@
 #include "vtkZYLBlockInformation.h"
 
 #include "ParaView/zylProxyBuilder.h"
-#include "zylCore.h"
-#include "zylDataSet.h"
 #include "zylMultiBlockTree.h"
 #include "zylPluginTestData.h"
-#include "zylTestLog.h"
+#include "zylTest.h"
 #include "zylTestServer.h"
 #include "zylTimeController.h"
 
-#include <gtest/gtest.h>
-
-#include <vtkLogger.h>
-#include <vtkNew.h>
 #include <vtkPVDataInformation.h>
-#include <vtkSMPropertyHelper.h>
-#include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
-#include <vtkSMSourceProxy.h>
 
 namespace {
 class PluginServer : public testing::TestWithParam<int>
@@ -31,22 +22,19 @@ protected:
 //--------------------------------------------------------------------------------------------------
 TEST_P(PluginServer, ReadsSplitsAndDescribes)
 {
-  if (!zylTestServer::IsAvailable(GetParam()))
+  zylCore* core = zylCore::GetInstance();
+  const auto server = zylTestServer::Connect(GetParam(), ZYL_PLUGIN_DIRECTORY);
+  if (!server)
   {
     GTEST_SKIP() << "no server here";
   }
-  zylTemporaryDirectory directory;
+  const std::filesystem::path directory = zylTestData::MakeFolder();
   zylWriteSmallPlotfile(directory / "plt", 3.0);
   zylWriteSurface(directory / "s.vtm", 4.0);
-  zylWriteFile(directory / "case.json",
+  zylTestData::WriteFile(directory / "case.json",
     R"({"timesteps":[{"time":0},{"time":1,"surface":{"fileType":"VTM","fileName":"s.vtm"},)"
     R"("volume":{"fileType":"AMReXGrid","fileName":"plt"}}]})");
 
-  zylCore* core = zylCore::GetInstance();
-  core->Disconnect();
-  zylTestServer server(GetParam(), ZYL_PLUGIN_DIRECTORY);
-  core->Connect(server.GetUrl().c_str(), 60);
-  ASSERT_NE(core->GetSession(), nullptr);
   {
     vtkNew<zylDataSet> data;
     ASSERT_TRUE(
@@ -87,18 +75,14 @@ INSTANTIATE_TEST_SUITE_P(Ranks, PluginServer, testing::Values(1, 2),
 //--------------------------------------------------------------------------------------------------
 TEST(PluginServerMissing, ServersWithoutThePluginAreReported)
 {
-  if (!zylTestServer::IsAvailable(1))
+  zylCore* core = zylCore::GetInstance();
+  zylTestLog log;
+  const auto server = zylTestServer::Connect(1, "");
+  if (!server)
   {
     GTEST_SKIP() << "no server here";
   }
-  zylCore* core = zylCore::GetInstance();
-  core->Disconnect();
-  zylTestServer server(1, "");
-  zylTestLog log;
-  core->Connect(server.GetUrl().c_str(), 60);
-  ASSERT_NE(core->GetSession(), nullptr);
-  EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_ERROR, "Could not load required plugin VTKExtensions"))
-    << log.Dump();
+  EXPECT_TRUE(log.HasError("Could not load required plugin VTKExtensions"));
   {
     vtkNew<zylDataSet> data;
     EXPECT_FALSE(data->LoadFromFile({ "case.json" }, "sources", "ZYLVolumeSurfaceReader"));

@@ -2,12 +2,6 @@
 
 #include "zylAMReXWriter.h"
 
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include <vtkCellData.h>
@@ -29,27 +23,14 @@
 #include <vtkXMLMultiBlockDataWriter.h>
 
 namespace {
-// FNV-1a over bytes.
-class Hash
+// The bytes of all values.
+template <class Value>
+void Add(std::string& bytes, const Value& value)
 {
-public:
-  template <class Value>
-  void Add(const Value& value)
-  {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
-    for (std::size_t i = 0; i < sizeof(Value); ++i)
-    {
-      this->State = (this->State ^ bytes[i]) * 1099511628211u;
-    }
-  }
+  bytes.append(reinterpret_cast<const char*>(&value), sizeof(Value));
+}
 
-  std::uint64_t Get() const { return this->State; }
-
-private:
-  std::uint64_t State = 14695981039346656037u;
-};
-
-void AddAttributes(Hash& hash, vtkDataSetAttributes* attributes)
+void AddAttributes(std::string& bytes, vtkDataSetAttributes* attributes)
 {
   for (int a = 0; a < attributes->GetNumberOfArrays(); ++a)
   {
@@ -59,33 +40,33 @@ void AddAttributes(Hash& hash, vtkDataSetAttributes* attributes)
       {
         for (int c = 0; c < array->GetNumberOfComponents(); ++c)
         {
-          hash.Add(array->GetComponent(i, c));
+          Add(bytes, array->GetComponent(i, c));
         }
       }
     }
   }
 }
 
-void AddDataSet(Hash& hash, vtkDataSet* data)
+void AddDataSet(std::string& bytes, vtkDataSet* data)
 {
   double x[3];
   for (vtkIdType i = 0; i < data->GetNumberOfPoints(); ++i)
   {
     data->GetPoint(i, x);
-    hash.Add(x);
+    Add(bytes, x);
   }
   vtkNew<vtkIdList> ids;
   for (vtkIdType i = 0; i < data->GetNumberOfCells(); ++i)
   {
-    hash.Add(data->GetCellType(i));
+    Add(bytes, data->GetCellType(i));
     data->GetCellPoints(i, ids);
     for (vtkIdType k = 0; k < ids->GetNumberOfIds(); ++k)
     {
-      hash.Add(ids->GetId(k));
+      Add(bytes, ids->GetId(k));
     }
   }
-  AddAttributes(hash, data->GetPointData());
-  AddAttributes(hash, data->GetCellData());
+  AddAttributes(bytes, data->GetPointData());
+  AddAttributes(bytes, data->GetCellData());
 }
 } // namespace
 
@@ -143,34 +124,6 @@ vtkSmartPointer<vtkOverlappingAMR> zylMakeAMR(
 }
 
 //--------------------------------------------------------------------------------------------------
-zylTemporaryDirectory::zylTemporaryDirectory()
-{
-  std::string name = (std::filesystem::temp_directory_path() / "zylPluginXXXXXX").string();
-  this->Path = mkdtemp(&name[0]);
-}
-
-//--------------------------------------------------------------------------------------------------
-zylTemporaryDirectory::~zylTemporaryDirectory()
-{
-  std::error_code code;
-  std::filesystem::remove_all(this->Path, code);
-}
-
-//--------------------------------------------------------------------------------------------------
-void zylWriteFile(const std::string& name, const std::string& text)
-{
-  std::ofstream(name, std::ios::binary) << text;
-}
-
-//--------------------------------------------------------------------------------------------------
-std::string zylReadFile(const std::string& name)
-{
-  std::ostringstream text;
-  text << std::ifstream(name, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-//--------------------------------------------------------------------------------------------------
 void zylWriteSmallPlotfile(const std::string& path, double value)
 {
   zylAMReXPlotfile plot;
@@ -213,19 +166,19 @@ void zylWriteSurface(const std::string& name, double radius)
 //--------------------------------------------------------------------------------------------------
 std::string zylDigest(vtkDataObject* data)
 {
-  Hash hash;
+  std::string bytes;
   if (auto* composite = vtkCompositeDataSet::SafeDownCast(data))
   {
     auto iterator = vtkSmartPointer<vtkCompositeDataIterator>::Take(composite->NewIterator());
     for (iterator->InitTraversal(); !iterator->IsDoneWithTraversal(); iterator->GoToNextItem())
     {
-      hash.Add(iterator->GetCurrentFlatIndex());
-      AddDataSet(hash, vtkDataSet::SafeDownCast(iterator->GetCurrentDataObject()));
+      Add(bytes, iterator->GetCurrentFlatIndex());
+      AddDataSet(bytes, vtkDataSet::SafeDownCast(iterator->GetCurrentDataObject()));
     }
   }
   else if (auto* single = vtkDataSet::SafeDownCast(data))
   {
-    AddDataSet(hash, single);
+    AddDataSet(bytes, single);
   }
-  return std::to_string(hash.Get());
+  return std::to_string(std::hash<std::string>()(bytes));
 }

@@ -4,6 +4,9 @@
 #ifndef zylPluginTestData_h
 #define zylPluginTestData_h
 
+#include "zylTestData.h"
+
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -25,25 +28,6 @@ void zylAddCells(vtkUniformGrid* grid, const char* name, const std::function<dou
 /// An AMR dataset of the given blocks (null ones too), one vector per level.
 vtkSmartPointer<vtkOverlappingAMR> zylMakeAMR(
   const std::vector<std::vector<vtkSmartPointer<vtkUniformGrid>>>& levels);
-
-/// A directory of its own, removed with everything in it at the end.
-class zylTemporaryDirectory
-{
-public:
-  zylTemporaryDirectory();
-  ~zylTemporaryDirectory();
-  zylTemporaryDirectory(const zylTemporaryDirectory&) = delete;
-  zylTemporaryDirectory& operator=(const zylTemporaryDirectory&) = delete;
-
-  /// Path of `name` in the directory.
-  std::string operator/(const std::string& name) const { return this->Path + "/" + name; }
-
-private:
-  std::string Path;
-};
-
-void zylWriteFile(const std::string& name, const std::string& text);
-std::string zylReadFile(const std::string& name);
 
 /// A plotfile of two levels (8^3 cells in two boxes, one refined 8^3 box in the low corner) with
 /// "value", "part_id" (0 below x = 0.5, 1 above) and "level_mask". 512 - 64 + 512 cells are finest.

@@ -17,6 +17,7 @@
 #include <vtkDataArray.h>
 #include <vtkExecutive.h>
 #include <vtkInformation.h>
+#include <vtkInformationDoubleVectorKey.h>
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
 #include <vtkNew.h>
@@ -25,7 +26,7 @@
 #include <vtkUnstructuredGrid.h>
 
 namespace {
-constexpr int Errors = vtkLogger::VERBOSITY_ERROR;
+using Pipeline = vtkStreamingDemandDrivenPipeline;
 
 std::string Step(const std::string& time, const std::string& rest)
 {
@@ -60,35 +61,35 @@ protected:
   bool Open(const std::string& text)
   {
     const std::string name = this->Directory / "case.json";
-    zylWriteFile(name, text);
+    zylTestData::WriteFile(name, text);
     this->Reader->SetFileName(nullptr); // read again whatever was there
     this->Reader->SetFileName(name.c_str());
     return this->Reader->GetExecutive()->UpdateInformation() != 0;
   }
 
-  vtkInformation* Info() { return this->Reader->GetOutputInformation(0); }
-
-  std::vector<double> Times()
+  std::vector<double> Times(vtkInformationDoubleVectorKey* key)
   {
-    const auto key = vtkStreamingDemandDrivenPipeline::TIME_STEPS();
-    const double* times = this->Info()->Get(key);
-    return std::vector<double>(times, times + this->Info()->Length(key));
+    vtkInformation* information = this->Reader->GetOutputInformation(0);
+    const double* times = information->Get(key);
+    return std::vector<double>(times, times + information->Length(key));
   }
-
-  vtkMultiBlockDataSet* Load(double time)
-  {
-    this->Reader->UpdateTimeStep(time);
-    return this->Reader->GetOutput();
-  }
+  std::vector<double> Steps() { return this->Times(Pipeline::TIME_STEPS()); }
+  std::vector<double> Range() { return this->Times(Pipeline::TIME_RANGE()); }
 
   vtkMultiBlockDataSet* Block(unsigned int i)
   {
     return vtkMultiBlockDataSet::SafeDownCast(this->Reader->GetOutput()->GetBlock(i));
   }
 
-  // Both blocks are there, by name, with these numbers of blocks.
-  void ExpectBlocks(unsigned int surfaces, unsigned int volumes)
+  vtkUnstructuredGrid* Part(unsigned int i)
   {
+    return vtkUnstructuredGrid::SafeDownCast(this->Block(1)->GetBlock(i));
+  }
+
+  // At a time both blocks are there, by name, with these numbers of blocks.
+  void ExpectBlocks(double time, unsigned int surfaces, unsigned int volumes)
+  {
+    this->Reader->UpdateTimeStep(time);
     vtkMultiBlockDataSet* output = this->Reader->GetOutput();
     ASSERT_EQ(output->GetNumberOfBlocks(), 2u);
     EXPECT_STREQ(output->GetMetaData(0u)->Get(vtkCompositeDataSet::NAME()), "Surfaces");
@@ -98,7 +99,7 @@ protected:
     EXPECT_EQ(this->Block(1)->GetNumberOfBlocks(), volumes);
   }
 
-  zylTemporaryDirectory Directory;
+  const std::filesystem::path Directory = zylTestData::MakeFolder();
   vtkNew<vtkZYLVolumeSurfaceReader> Reader;
 };
 } // namespace
@@ -120,23 +121,20 @@ TEST_F(VolumeSurfaceReader, ReadsTheFilesOfTheNearestTime)
       Step(times[i], Surface("surface" + n + ".vtm") + ", " + Volume("plt" + n));
   }
   ASSERT_TRUE(this->Open(Index(steps)));
-  EXPECT_EQ(this->Times(), (std::vector<double>{ 0.5, 1.0, 4.0 }));
-  const double* range = this->Info()->Get(vtkStreamingDemandDrivenPipeline::TIME_RANGE());
-  EXPECT_EQ(range[0], 0.0);
-  EXPECT_EQ(range[1], 4.0);
+  EXPECT_EQ(this->Steps(), (std::vector<double>{ 0.5, 1.0, 4.0 }));
+  EXPECT_EQ(this->Range(), (std::vector<double>{ 0.0, 4.0 }));
 
   const std::pair<double, int> requests[] = { { 0.75, 0 }, { 0.76, 1 }, { -3, 0 }, { 99, 2 } };
   for (const auto& request : requests)
   {
-    this->Load(request.first);
-    this->ExpectBlocks(1, 2);
+    this->ExpectBlocks(request.first, 1, 2);
     EXPECT_STREQ(this->Block(0)->GetMetaData(0u)->Get(vtkCompositeDataSet::NAME()), "ball");
     EXPECT_EQ(
       vtkPolyData::SafeDownCast(this->Block(0)->GetBlock(0))->GetBounds()[1], 1.0 + request.second);
     vtkIdType cells = 0;
     for (unsigned int p = 0; p < 2; ++p)
     {
-      auto* part = vtkUnstructuredGrid::SafeDownCast(this->Block(1)->GetBlock(p));
+      vtkUnstructuredGrid* part = this->Part(p);
       cells += part->GetNumberOfCells();
       EXPECT_EQ(part->GetCellData()->GetArray("part_id")->GetRange()[1], p);
       EXPECT_EQ(part->GetCellData()->GetArray("value")->GetRange()[0], 10.0 * request.second);
@@ -150,12 +148,9 @@ TEST_F(VolumeSurfaceReader, ReadsTheFilesOfTheNearestTime)
 TEST_F(VolumeSurfaceReader, TimeRangeContainsZero)
 {
   ASSERT_TRUE(this->Open(Index(Step("-2", "") + "," + Step("-7.5", "") + "," + Step("-2", ""))));
-  EXPECT_EQ(this->Times(), (std::vector<double>{ -2, -7.5, -2 })); // neither sorted nor unique
-  const double* range = this->Info()->Get(vtkStreamingDemandDrivenPipeline::TIME_RANGE());
-  EXPECT_EQ(range[0], -7.5);
-  EXPECT_EQ(range[1], 0.0);
-  this->Load(-2);
-  this->ExpectBlocks(0, 0);
+  EXPECT_EQ(this->Steps(), (std::vector<double>{ -2, -7.5, -2 })); // neither sorted nor unique
+  EXPECT_EQ(this->Range(), (std::vector<double>{ -7.5, 0.0 }));
+  this->ExpectBlocks(-2, 0, 0);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -167,14 +162,14 @@ TEST_F(VolumeSurfaceReader, ElementsWithoutNamesAreLeftOut)
     Step("4", R"("volume": {})") + "," + Step("5", R"("volume": null)");
   zylTestLog log;
   ASSERT_TRUE(this->Open(Index(steps)));
-  EXPECT_EQ(this->Times(), (std::vector<double>{ 5 }));
+  EXPECT_EQ(this->Steps(), (std::vector<double>{ 5 }));
   // The first one speaks of the volume although the surface lacks its name: kept.
-  EXPECT_TRUE(log.Has(Errors, "No 'fileName' node found in 'volume' node for time 1.5"));
-  EXPECT_TRUE(log.Has(Errors, "No 'fileType' node found in 'surface' node for time 2"));
-  EXPECT_TRUE(log.Has(Errors, "No 'fileName' node found in 'volume' node for time 3"));
-  EXPECT_TRUE(log.Has(Errors, "No 'fileType' node found in 'volume' node for time 4"));
-  EXPECT_EQ(log.Count(Errors, "vtkZYLVolumeSurfaceReader (0x"), 4) << log.Dump();
-  EXPECT_FALSE(log.Has(Errors, "'surface' node for time 1.5"));
+  EXPECT_TRUE(log.HasError("No 'fileName' node found in 'volume' node for time 1.5"));
+  EXPECT_TRUE(log.HasError("No 'fileType' node found in 'surface' node for time 2"));
+  EXPECT_TRUE(log.HasError("No 'fileName' node found in 'volume' node for time 3"));
+  EXPECT_TRUE(log.HasError("No 'fileType' node found in 'volume' node for time 4"));
+  EXPECT_EQ(log.CountErrors("vtkZYLVolumeSurfaceReader (0x"), 4) << log.Dump();
+  EXPECT_FALSE(log.HasError("'surface' node for time 1.5"));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -187,10 +182,9 @@ TEST_F(VolumeSurfaceReader, TracesWhatItReads)
   {
     EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_TRACE, text)) << text;
   }
-  this->Load(1);
+  this->ExpectBlocks(1, 0, 0);
   EXPECT_TRUE(log.Has(vtkLogger::VERBOSITY_TRACE, "Timestep 0 requested"));
-  EXPECT_EQ(log.Count(Errors, ""), 0) << log.Dump(); // types are compared exactly, others ignored
-  this->ExpectBlocks(0, 0);
+  EXPECT_FALSE(log.HasError()); // types are compared exactly, others ignored
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -199,12 +193,13 @@ TEST_F(VolumeSurfaceReader, UnusableIndexes)
   zylTestLog log;
   this->Reader->SetFileName(nullptr);
   EXPECT_FALSE(this->Reader->GetExecutive()->UpdateInformation());
-  EXPECT_TRUE(log.Has(Errors, "No FileName set."));
-  for (const std::string& name : { this->Directory / "missing.json", this->Directory / "." })
+  EXPECT_TRUE(log.HasError("No FileName set."));
+  for (const char* entry : { "missing.json", "." })
   {
+    const std::string name = this->Directory / entry;
     this->Reader->SetFileName(name.c_str());
     EXPECT_FALSE(this->Reader->GetExecutive()->UpdateInformation());
-    EXPECT_TRUE(log.Has(Errors, "Could not open '" + name + "' for reading."));
+    EXPECT_TRUE(log.HasError("Could not open '" + name + "' for reading."));
   }
   const std::string good = Index(Step("1", Surface("a") + "," + Volume("b")));
   std::vector<std::string> texts = { "", " ", "no json", "null", "[]", "3", "\"timesteps\"", "{}",
@@ -218,7 +213,7 @@ TEST_F(VolumeSurfaceReader, UnusableIndexes)
   for (const std::string& text : texts)
   {
     EXPECT_FALSE(this->Open(text)) << text.substr(0, 80);
-    EXPECT_EQ(log.Count(Errors, "No 'timesteps' array found in file."), ++failures);
+    EXPECT_EQ(log.CountErrors("No 'timesteps' array found in file."), ++failures);
   }
 }
 
@@ -280,24 +275,21 @@ TEST_F(VolumeSurfaceReader, FileNamesAreRelativeToTheIndex)
     Step("1", Surface(this->Directory / "s.vtm") + "," + Volume(this->Directory / "run/data/plt")) +
     "," + Step("2", Surface("data") + "," + Volume("data")) + "," +
     Step("3", Surface("") + "," + Volume("")));
-  zylWriteFile(this->Directory / "run/case.json", text);
+  zylTestData::WriteFile(this->Directory / "run/case.json", text);
   this->Reader->SetFileName((this->Directory / "run/case.json").c_str());
-  this->Load(0);
-  this->ExpectBlocks(1, 2);
+  this->ExpectBlocks(0, 1, 2);
   for (double time : { 1.0, 2.0, 3.0 }) // absolute names are joined as well; directories; no names
   {
     zylTestLog log;
-    this->Load(time);
-    this->ExpectBlocks(0, 0);
-    EXPECT_TRUE(log.Has(Errors, "Could not read the volume")) << log.Dump();
+    this->ExpectBlocks(time, 0, 0);
+    EXPECT_TRUE(log.HasError("Could not read the volume"));
   }
 
   // An index named without a directory is in the current one.
   const std::filesystem::path previous = std::filesystem::current_path();
   std::filesystem::current_path(this->Directory / "run");
   this->Reader->SetFileName("case.json");
-  this->Load(0);
-  this->ExpectBlocks(1, 2);
+  this->ExpectBlocks(0, 1, 2);
   std::filesystem::current_path(previous);
 }
 
@@ -306,10 +298,8 @@ TEST_F(VolumeSurfaceReader, NoTimeSteps)
 {
   EXPECT_TRUE(this->Open(Index("")));
   this->Reader->Update();
-  this->ExpectBlocks(0, 0);
-  const double* range = this->Info()->Get(vtkStreamingDemandDrivenPipeline::TIME_RANGE());
-  EXPECT_EQ(range[0], 0.0);
-  EXPECT_EQ(range[1], 0.0);
+  this->ExpectBlocks(0, 0, 0);
+  EXPECT_EQ(this->Range(), (std::vector<double>{ 0.0, 0.0 }));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -319,19 +309,12 @@ TEST_F(VolumeSurfaceReader, VolumesWithoutPartsOrMask)
   ASSERT_TRUE(this->Open(Index(Step("0", Volume("plt")))));
   this->Reader->SetPartIdArrayName("nothing");
   zylTestLog log;
-  this->Load(0);
-  this->ExpectBlocks(0, 1);
-  EXPECT_TRUE(log.Has(Errors, "PartIdArrayName not set. The filter will not produce anything"));
+  this->ExpectBlocks(0, 0, 1);
+  EXPECT_TRUE(log.HasError("PartIdArrayName not set. The filter will not produce anything"));
   this->Reader->SetPartIdArrayName("part_id");
   this->Reader->SetLevelMaskArrayName(nullptr);
-  this->Load(0);
-  this->ExpectBlocks(0, 2);
-  vtkIdType cells = 0;
-  for (unsigned int p = 0; p < 2; ++p)
-  {
-    cells += vtkUnstructuredGrid::SafeDownCast(this->Block(1)->GetBlock(p))->GetNumberOfCells();
-  }
-  EXPECT_EQ(cells, 1024); // both levels
+  this->ExpectBlocks(0, 0, 2);
+  EXPECT_EQ(this->Part(0)->GetNumberOfCells() + this->Part(1)->GetNumberOfCells(), 1024); // all
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -347,11 +330,9 @@ TEST_F(VolumeSurfaceReader, FlatPlotfile)
   ASSERT_TRUE(zylWriteAMReX(this->Directory / "plt", plot, error)) << error;
   EXPECT_EQ(zylCheckAMReXPlotfile(this->Directory / "plt", 5), "");
   ASSERT_TRUE(this->Open(Index(Step("0", Volume("plt")))));
-  this->Load(0);
-  this->ExpectBlocks(0, 2);
-  auto* part = vtkUnstructuredGrid::SafeDownCast(this->Block(1)->GetBlock(1));
-  EXPECT_EQ(part->GetNumberOfCells(), 8);
-  EXPECT_EQ(part->GetCellType(0), VTK_PIXEL);
+  this->ExpectBlocks(0, 0, 2);
+  EXPECT_EQ(this->Part(1)->GetNumberOfCells(), 8);
+  EXPECT_EQ(this->Part(1)->GetCellType(0), VTK_PIXEL);
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -363,12 +344,12 @@ TEST_F(VolumeSurfaceReader, TruncatedPlotfiles)
   for (const char* file : { "Header", "Level_0/Cell_H", "Level_1/Cell_H", "Level_1/Cell_D_00000" })
   {
     const std::string name = this->Directory / (std::string("plt/") + file);
-    const std::string whole = zylReadFile(name);
+    const std::string whole = zylTestData::ReadFile(name);
     const bool header = std::string(file).find("_D_") == std::string::npos;
     const std::size_t step = header ? 7 : 1500;
     for (std::size_t size = 0; size < whole.size(); size += step)
     {
-      zylWriteFile(name, whole.substr(0, size));
+      zylTestData::WriteFile(name, whole.substr(0, size));
       const std::string fault = zylCheckAMReXPlotfile(this->Directory / "plt", 5);
       if (!header)
       {
@@ -378,14 +359,13 @@ TEST_F(VolumeSurfaceReader, TruncatedPlotfiles)
       {
         zylTestLog log;
         this->Reader->Modified();
-        this->Load(0);
-        this->ExpectBlocks(0, fault.empty() ? 2 : 0);
-        EXPECT_EQ(log.Has(Errors, "Could not read the volume"), !fault.empty()) << fault;
+        this->ExpectBlocks(0, 0, fault.empty() ? 2 : 0);
+        EXPECT_EQ(log.HasError("Could not read the volume"), !fault.empty()) << fault;
       }
     }
     std::filesystem::remove(name);
     EXPECT_NE(zylCheckAMReXPlotfile(this->Directory / "plt", 5), "");
-    zylWriteFile(name, whole);
+    zylTestData::WriteFile(name, whole);
   }
   EXPECT_EQ(zylCheckAMReXPlotfile(this->Directory / "plt", 5), "");
 }
@@ -424,20 +404,18 @@ TEST_F(VolumeSurfaceReader, PlotfilesThatDoNotAgreeWithThemselves)
   for (const Case& one : cases)
   {
     const std::string name = this->Directory / (std::string("plt/") + one.File);
-    const std::string whole = zylReadFile(name);
+    const std::string whole = zylTestData::ReadFile(name);
     std::string changed = whole;
     const std::size_t at = changed.find(one.From);
     ASSERT_NE(at, std::string::npos) << one.From;
     changed.replace(at, std::string(one.From).size(), one.To);
-    zylWriteFile(name, changed);
+    zylTestData::WriteFile(name, changed);
     zylTestLog log;
     this->Reader->Modified();
-    this->Load(0);
-    this->ExpectBlocks(0, 0);
-    EXPECT_TRUE(log.Has(Errors, "Could not read the volume")) << one.File << ": " << one.To;
-    zylWriteFile(name, whole);
+    this->ExpectBlocks(0, 0, 0);
+    EXPECT_TRUE(log.HasError("Could not read the volume")) << one.File << ": " << one.To;
+    zylTestData::WriteFile(name, whole);
   }
   this->Reader->Modified();
-  this->Load(0);
-  this->ExpectBlocks(0, 2);
+  this->ExpectBlocks(0, 0, 2);
 }
