@@ -16,6 +16,7 @@
 #include <zylBoundaryRepresentation.h>
 #include <zylDataSet.h>
 #include <zylDerivedSurfaceRepresentation.h>
+#include <zylMessages.h>
 #include <zylPropertyCollection.h>
 #include <zylView.h>
 
@@ -298,15 +299,16 @@ void zylViewCase::ColorBy(const std::string& variable)
 {
   const auto leaves = this->Blocks->GetLeaves();
   const auto array = this->Blocks->GetArray(variable, leaves);
+  const bool derived = this->Blocks->IsDerived(variable);
   this->ShowLegend(false);
-  this->Options.Array = array.Found ? variable : "";
+  this->Options.Array = array.Found || derived ? variable : "";
   this->Options.DirectColors = false;
   this->ColorRange = zylUsableRange(array.Range);
   const auto displays = this->GetSurfaces();
   for (std::size_t i = 0; i < displays.size(); ++i)
   {
-    const bool has =
-      i < leaves.size() ? this->Blocks->GetArray(variable, leaves[i]).Found : array.Found;
+    const bool has = derived ||
+      (i < leaves.size() ? this->Blocks->GetArray(variable, leaves[i]).Found : array.Found);
     displays[i]->Set("ColorMode", 0);
     displays[i]->Set("ColorLegendTitle", "");
     displays[i]->Set("ColorLegendComponentTitle", "");
@@ -315,7 +317,48 @@ void zylViewCase::ColorBy(const std::string& variable)
       zylColorBy(displays[i], variable, this->ColorRange, "");
     }
   }
-  this->ShowLegend(array.Found);
+  if (derived) // its range is known once it is there
+  {
+    this->Update();
+    this->SetColorRange(zylUsableRange(this->GetVariableRange()));
+  }
+  this->ShowLegend(!this->Options.Array.empty());
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewCase::DefineVariable(const std::string& name, const std::string& expression)
+{
+  const std::string before = this->DataSet->GetDerivedPointVariableExpression(name);
+  const std::string shown = this->GetVariable();
+  const auto mark = zylMessages::GetInstance()->GetCount();
+  this->DataSet->DefineDerivedPointVariable(name, expression);
+  bool good = !this->DataSet->GetDerivedPointVariableScript({ name }).empty();
+  if (good)
+  {
+    this->ColorBy(name);
+    this->Update();
+    const auto range = this->GetVariableRange();
+    good = range[0] <= range[1];
+  }
+  if (good)
+  {
+    return "";
+  }
+  const std::string reason = zylOneLine(zylMessages::GetInstance()->GetReason(mark));
+  this->DataSet->DefineDerivedPointVariable(name, before);
+  this->ColorBy(shown);
+  return "the variable '" + name + "' cannot be computed" + (reason.empty() ? "" : ": " + reason);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewCase::RemoveVariable(const std::string& name)
+{
+  const bool shown = this->Blocks->IsDerived(this->GetVariable());
+  this->DataSet->DefineDerivedPointVariable(name, "");
+  if (shown && !this->Blocks->IsDerived(this->GetVariable()))
+  {
+    this->ColorBy("");
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -44,6 +44,11 @@ public:
 
   /// Make the variables that the user defines. Whether the library took them.
   void Define();
+  /// Define one more, or another one of that name, and color by it. Empty, or why it is not done;
+  /// then there is the one that was there before, or none.
+  std::string DefineVariable(const std::string& name, const std::string& expression);
+  /// What was colored by it is solid.
+  void RemoveVariable(const std::string& name);
   /// Look at the blocks, again when they may have changed.
   void ReadBlocks();
   /// Fill in what the user left open.
@@ -81,7 +86,8 @@ public:
   void SetColorRange(const std::array<double, 2>& range);
   /// The range that the displays have been given.
   void TakeColorRange(const std::array<double, 2>& range) { this->ColorRange = range; }
-  /// Color by another array where it exists; solid where it does not, and for "".
+  /// Color by another array, or a variable that is defined, where it exists; solid where it does
+  /// not, and for "".
   void ColorBy(const std::string& variable);
   /// The displays that are colored as the scene is (borrowed).
   std::vector<zylPropertyCollection*> GetColored() const;

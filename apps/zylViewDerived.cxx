@@ -104,9 +104,12 @@ void zylViewDerivedSurfaces::Make()
 const zylViewDerivedSurfaces::Entry& zylViewDerivedSurfaces::AddEntry(const zylViewDerived& wish)
 {
   const std::string kind = zylGetDerivedForm(wish.Kind).Kind;
-  const auto same = [&kind](const Entry& entry) { return entry.Kind == kind; };
-  const auto before = std::count_if(this->Entries.begin(), this->Entries.end(), same);
-  this->Entries.push_back({ wish, kind, static_cast<int>(before) + 1, zylNewDerived(wish.Kind) });
+  int last = 0;
+  for (const Entry& entry : this->Entries)
+  {
+    last = entry.Kind == kind ? std::max(last, entry.Number) : last;
+  }
+  this->Entries.push_back({ wish, kind, last + 1, zylNewDerived(wish.Kind) });
   this->Entries.back().Representation->SetDataSet(this->DataSet);
   return this->Entries.back();
 }
@@ -137,6 +140,18 @@ void zylViewDerivedSurfaces::Add(const zylViewDerived& wish, zylView* view)
   }
   view->AddRepresentation(entry.Representation);
   this->ColorByOwnRange(entry);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewDerivedSurfaces::Remove(const zylDerivedSurfaceRepresentation* derived, zylView* view)
+{
+  const auto meant = [derived](const Entry& entry) { return entry.Representation == derived; };
+  const auto place = std::find_if(this->Entries.begin(), this->Entries.end(), meant);
+  if (place != this->Entries.end())
+  {
+    view->RemoveRepresentation(place->Representation);
+    this->Entries.erase(place);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -42,6 +42,8 @@ public:
 
   /// One more, in a view that shows the others. Throws as Make().
   void Add(const zylViewDerived& wish, zylView* view);
+  /// Take one of them out of the view that shows it; the others keep their numbers.
+  void Remove(const zylDerivedSurfaceRepresentation* derived, zylView* view);
 
   /// Show them, and color them by the range of what they turn out to hold where nobody else knows.
   void AddTo(zylView* view);

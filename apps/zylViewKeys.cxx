@@ -3,12 +3,11 @@
 #include "zylViewCamera.h"
 #include "zylViewCommands.h"
 #include "zylViewError.h"
+#include "zylViewMessages.h"
 #include "zylViewScene.h"
 
 #include <cstdio>
 #include <filesystem>
-
-#include <zylView.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -25,28 +24,20 @@ std::string GetFreeName(const std::string& extension)
   return "zylview-" + std::to_string(number) + extension;
 }
 
-void SaveScene(zylViewScene& scene)
+// With a member function of the scene that takes a file.
+void Save(
+  zylViewScene& scene, void (zylViewScene::*save)(const std::string&), const std::string& extension)
 {
-  const std::string file = GetFreeName(".json");
+  const std::string file = GetFreeName(extension);
   try
   {
-    scene.SaveState(file);
+    (scene.*save)(file);
     std::puts(file.c_str());
+    std::fflush(stdout);
   }
   catch (const zylViewError& error)
   {
-    std::fprintf(stderr, "zylview: %s\n", error.what());
-  }
-  std::fflush(stdout);
-}
-
-void SavePicture(zylViewScene& scene)
-{
-  const std::string file = GetFreeName(".png");
-  if (scene.GetView()->SaveScreenshot(file.c_str()))
-  {
-    std::puts(file.c_str());
-    std::fflush(stdout);
+    zylSay(error.what());
   }
 }
 
@@ -112,10 +103,10 @@ void zylDoKey(zylViewScene& scene, int key, int modifiers)
       scene.UseNextBackground();
       break;
     case GLFW_KEY_P:
-      SavePicture(scene);
+      Save(scene, &zylViewScene::SavePicture, ".png");
       break;
     case GLFW_KEY_S:
-      SaveScene(scene);
+      Save(scene, &zylViewScene::SaveState, ".json");
       break;
     case GLFW_KEY_F5:
       scene.Reload();

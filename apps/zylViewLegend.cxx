@@ -91,7 +91,9 @@ void zylFitLegends(zylView* view, zylRepresentation* representation,
       .Set(scaled(settings->GetInt("ColorLegendLabelFontSize")));
     vtkSMPropertyHelper(legend, "ScalarBarThickness").Set(scaled(BarThickness));
     legend->UpdateVTKObjects();
+    view->PreSelectSetup(); // the legend asks for OpenGL state to know its size
     MoveFromEdge(legend, client->GetNonCompositedRenderer(),
       settings->GetInt("ColorLegendLocation"), width, height);
+    view->PostSelectCleanup();
   }
 }

@@ -197,8 +197,7 @@ vtkSmartPointer<zylDataSet> zylViewLoader::LoadFiles()
   }
   if (!dataset->GetReadErrors().empty() && dataset->GetNumberOfPoints() > 0)
   {
-    std::fprintf(stderr, "zylview: a part of '%s' could not be read%s\n", files.front().c_str(),
-      reason.c_str());
+    zylSay("a part of '" + files.front() + "' could not be read" + reason);
   }
   return dataset;
 }

@@ -47,7 +47,7 @@ std::string Show(zylViewScene& scene, zylViewHost* host, zylViewMessages& messag
   const std::string empty = scene.GetEmptyReason();
   if (!empty.empty())
   {
-    std::fprintf(stderr, "zylview: there is nothing to draw: %s\n", empty.c_str());
+    zylSay("there is nothing to draw: " + empty);
   }
   host->Run(scene);
   return empty;
@@ -126,7 +126,7 @@ int main(int argc, char** argv)
   }
   catch (const zylViewError& error)
   {
-    std::fprintf(stderr, "zylview: %s\n", error.what());
+    zylSay(error.what());
     return error.Code;
   }
 }

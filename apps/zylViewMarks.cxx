@@ -44,6 +44,13 @@ void zylViewMarks::Toggle(Derived derived)
 }
 
 //--------------------------------------------------------------------------------------------------
+void zylViewMarks::Forget(Derived derived)
+{
+  this->Surfaces.erase(derived);
+  this->Outlines.erase(derived);
+}
+
+//--------------------------------------------------------------------------------------------------
 bool zylViewMarks::TakeReveal()
 {
   return std::exchange(this->Hidden, false);

@@ -22,6 +22,7 @@ public:
   void Toggle(unsigned int block);
   void Toggle(Derived derived);
   const std::set<unsigned int>& GetBlocks() const { return this->Blocks; }
+  void Forget(Derived derived); ///< it goes
   bool IsSelected(Derived derived) const { return this->Surfaces.count(derived) > 0; }
   ///@}
 

@@ -1,21 +1,25 @@
 #include "zylViewMessages.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <regex>
 #include <sstream>
 
 #include <vtkLogger.h>
 
 namespace {
-constexpr const char* CallbackId = "zylview";
-constexpr std::size_t Enough = 100; // a failing read can repeat itself without end
+constexpr std::size_t Enough = 200; // lines that a window shows
 constexpr std::size_t LongMessage = 4000;
 constexpr std::size_t LongLine = 200;
 
-void Collect(void* messages, const vtkLogger::Message& message)
+// The viewer's own.
+std::vector<zylViewMessages::Line>& GetNotes()
 {
-  static_cast<zylViewMessages*>(messages)->Add(message.verbosity, message.message);
+  static std::vector<zylViewMessages::Line> notes;
+  return notes;
 }
+
 // The bytes of a damaged file are not for a terminal.
 void KeepText(std::string& line)
 {
@@ -55,17 +59,20 @@ std::string zylOneLine(const std::string& message)
 }
 
 //--------------------------------------------------------------------------------------------------
+void zylSay(const std::string& text)
+{
+  std::fprintf(stderr, "zylview: %s\n", text.c_str());
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  GetNotes().push_back(
+    { zylViewMessages::Level::Note, text, std::chrono::duration<double>(now).count() });
+}
+
+//--------------------------------------------------------------------------------------------------
 zylViewMessages::zylViewMessages(bool verbose)
   : Verbose(verbose)
 {
   this->ApplyVerbosity();
-  vtkLogger::AddCallback(CallbackId, &Collect, this, vtkLogger::VERBOSITY_WARNING);
-}
-
-//--------------------------------------------------------------------------------------------------
-zylViewMessages::~zylViewMessages()
-{
-  vtkLogger::RemoveCallback(CallbackId);
+  this->Clear(); // from now on they are kept
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -78,16 +85,54 @@ void zylViewMessages::ApplyVerbosity() const
 //--------------------------------------------------------------------------------------------------
 void zylViewMessages::Clear()
 {
-  this->Errors.clear();
-  this->Warnings.clear();
+  this->Cleared = zylMessages::GetInstance()->GetCount();
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylViewMessages::Add(int verbosity, const std::string& text)
+std::vector<zylMessages::Message> zylViewMessages::GetErrors() const
 {
-  auto& list = verbosity <= vtkLogger::VERBOSITY_ERROR ? this->Errors : this->Warnings;
-  if (list.size() < Enough)
+  auto messages = zylMessages::GetInstance()->GetMessages(this->Cleared);
+  const auto other = [](const auto& message) {
+    return message.Level != zylMessages::Severity::Error;
+  };
+  messages.erase(std::remove_if(messages.begin(), messages.end(), other), messages.end());
+  return messages;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewMessages::GetFirstError() const
+{
+  const auto errors = this->GetErrors();
+  return errors.empty() ? "" : zylOneLine(errors.front().Text);
+}
+
+//--------------------------------------------------------------------------------------------------
+std::size_t zylViewMessages::GetNumberOfErrors() const
+{
+  return this->GetErrors().size();
+}
+
+//--------------------------------------------------------------------------------------------------
+auto zylViewMessages::GetList() -> std::vector<Line>
+{
+  std::vector<Line> lines = GetNotes();
+  for (const auto& message : zylMessages::GetInstance()->GetMessages())
   {
-    list.push_back(zylOneLine(text));
+    const bool error = message.Level == zylMessages::Severity::Error;
+    lines.push_back(
+      { error ? Level::Error : Level::Warning, zylOneLine(message.Text), message.Time });
   }
+  std::stable_sort(
+    lines.begin(), lines.end(), [](const Line& a, const Line& b) { return a.Time < b.Time; });
+  if (lines.size() > Enough)
+  {
+    lines.erase(lines.begin(), lines.end() - Enough);
+  }
+  return lines;
+}
+
+//--------------------------------------------------------------------------------------------------
+std::size_t zylViewMessages::GetCount()
+{
+  return GetNotes().size() + zylMessages::GetInstance()->GetCount();
 }

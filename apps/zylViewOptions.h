@@ -82,6 +82,26 @@ struct zylViewOptions
     return this->Integrate || !this->Histograms.empty() || !this->ProbePoints.empty();
   }
 
+  /// What holds whatever is shown in the window.
+  zylViewOptions OfWindow() const
+  {
+    zylViewOptions own;
+    own.Connect = this->Connect;
+    own.Output = this->Output;
+    own.Width = this->Width;
+    own.Height = this->Height;
+    own.Samples = this->Samples;
+    own.BackgroundTop = this->BackgroundTop;
+    own.BackgroundBottom = this->BackgroundBottom;
+    own.SaveState = this->SaveState;
+    own.Trust = this->Trust;
+    own.Log = this->Log;
+    own.Verbose = this->Verbose;
+    own.Stats = this->Stats;
+    own.Frames = this->Frames;
+    return own;
+  }
+
   std::string Log;
   bool Verbose = false;
   bool Stats = false;

@@ -51,7 +51,7 @@ void zylViewOverlay::DrawTip(double x, double y, const std::string& text) const
   this->Brush.Measure(text, size);
   const double gap = Gap * this->PixelRatio, aside = TipAside * this->PixelRatio;
   const double width = size[0] + 2.0 * gap, height = size[1] + 2.0 * gap;
-  const double left = x + aside + width <= this->Width ? x + aside : x - aside - width;
+  const double left = std::min(x + aside, this->Width - width);
   const double top = y + aside + height <= this->Height ? y + aside : y - aside - height;
   const double corner[2] = { std::max(left, 0.0),
     std::max(this->Height - std::max(top, 0.0) - height, 0.0) };

@@ -2,23 +2,22 @@
 
 #include "zylViewBlocks.h"
 #include "zylViewCase.h"
-#include "zylViewDerived.h"
 #include "zylViewError.h"
+#include "zylViewMessages.h"
 #include "zylViewPanelBlocks.h"
+#include "zylViewPanelDerived.h"
 #include "zylViewPanelFiles.h"
 #include "zylViewPanelSettings.h"
 #include "zylViewScene.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
 
 #include <zylBoundaryRepresentation.h>
 #include <zylCore.h>
-#include <zylDataSet.h>
-#include <zylDerivedSurfaceRepresentation.h>
 #include <zylPropertyCollection.h>
 #include <zylTimeController.h>
+#include <zylView.h>
 
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
@@ -27,7 +26,11 @@
 #include <imgui.h>
 
 namespace {
+using Purpose = zylViewPanelFiles::Purpose;
 constexpr float Width = 330.0f;
+constexpr float MessagesHeight = 120.0f;
+const ImVec4 Colors[] = { { 1.0f, 0.45f, 0.40f, 1.0f }, { 1.0f, 0.80f, 0.35f, 1.0f },
+  { 0.85f, 0.88f, 0.92f, 1.0f } }; // of errors, warnings, notes
 
 class Panel : public zylViewPanel
 {
@@ -35,24 +38,33 @@ public:
   Panel(GLFWwindow* window, zylViewScene& scene);
   ~Panel() override;
 
-  bool Draw() override;
+  bool Draw(State& state) override;
   bool WantsMouse(double x, double y) const override;
   bool WantsKeys() const override { return ImGui::GetIO().WantTextInput; }
 
 private:
-  void DrawTime();
-  void DrawCase(zylViewCase& one, zylViewPanelBlocks& blocks);
+  struct Part // of a dataset
+  {
+    zylViewPanelBlocks Blocks;
+    zylViewPanelDerived Derived;
+  };
+
+  void DrawMenu(State& state);
+  void DrawTime(State& state);
+  void DrawCase(zylViewCase& one, Part& part);
   bool DrawColors(zylViewCase& one);
-  bool DrawClips(zylViewCase& one);
-  bool DrawDerived(zylViewCase& one);
-  bool AddDerived(zylViewCase& one, zylViewDerived::Shape shape);
   void DrawFiles();
+  void Use(Purpose purpose, const std::vector<std::string>& files);
+  void DrawMessages();
+  std::string GetFolder(Purpose purpose) const;
 
   zylViewScene& Scene;
-  std::vector<zylViewPanelBlocks> Blocks; // of each dataset
-  std::unique_ptr<zylViewPanelFiles> Files;
-  std::string Message; // why the last thing did not work
+  std::vector<Part> Parts;
+  zylViewPanelFiles Files;
+  std::vector<zylViewMessages::Line> Messages;
+  std::size_t NumberOfMessages = 0; // so far
   bool Changed = false;
+  float Height = 0.0f;
   ImVec2 Corner{ 0.0f, 0.0f }, Size{ 0.0f, 0.0f }; // in units of the window system
 };
 
@@ -90,32 +102,32 @@ bool Panel::WantsMouse(double x, double y) const
 }
 
 //--------------------------------------------------------------------------------------------------
-bool Panel::Draw()
+bool Panel::Draw(State& state)
 {
   this->Changed = false;
-  this->Blocks.resize(this->Scene.GetCases().size());
   ImGui_ImplOpenGL3_NewFrame();
   ImGui_ImplGlfw_NewFrame();
   ImGui::NewFrame();
   const float scale = ImGui::GetIO().FontGlobalScale;
+  const float height = ImGui::GetIO().DisplaySize.y;
   ImGui::SetNextWindowPos(ImVec2(0.0f, 0.0f), ImGuiCond_Once);
-  ImGui::SetNextWindowSize(ImVec2(Width * scale, ImGui::GetIO().DisplaySize.y), ImGuiCond_Once);
-  ImGui::Begin("zylview");
+  ImGui::SetNextWindowSize(ImVec2(this->Height > 0.0f ? this->Size.x : Width * scale, height),
+    height != this->Height ? ImGuiCond_Always : ImGuiCond_Once);
+  this->Height = height;
+  ImGui::Begin("zylview", nullptr, ImGuiWindowFlags_MenuBar);
   this->Corner = ImGui::GetWindowPos();
   this->Size = ImGui::GetWindowSize();
   ImGui::PushItemWidth(-0.45f * Width * scale);
-  this->DrawTime();
-  const auto& cases = this->Scene.GetCases();
-  for (std::size_t i = 0; i < cases.size(); ++i)
+  this->DrawMenu(state);
+  this->DrawMessages();
+  this->DrawFiles();
+  this->DrawTime(state);
+  this->Parts.resize(this->Scene.GetCases().size());
+  for (std::size_t i = 0; i < this->Parts.size(); ++i)
   {
     ImGui::PushID(static_cast<int>(i));
-    this->DrawCase(*cases[i], this->Blocks[i]);
+    this->DrawCase(*this->Scene.GetCases()[i], this->Parts[i]);
     ImGui::PopID();
-  }
-  this->DrawFiles();
-  if (!this->Message.empty())
-  {
-    ImGui::TextWrapped("%s", this->Message.c_str());
   }
   ImGui::PopItemWidth();
   ImGui::End();
@@ -129,17 +141,123 @@ bool Panel::Draw()
 }
 
 //--------------------------------------------------------------------------------------------------
-void Panel::DrawTime()
+void Panel::DrawMenu(State& state)
+{
+  if (!ImGui::BeginMenuBar())
+  {
+    return;
+  }
+  if (ImGui::BeginMenu("Scene"))
+  {
+    const std::pair<const char*, Purpose> files[] = { { "Open data ...", Purpose::OpenData },
+      { "Open a scene ...", Purpose::OpenScene }, { "Save the scene ...", Purpose::SaveScene },
+      { "Save a picture ...", Purpose::SavePicture } };
+    for (const auto& [name, purpose] : files)
+    {
+      if (ImGui::MenuItem(name))
+      {
+        this->Files.Show(purpose, this->GetFolder(purpose));
+      }
+    }
+    if (ImGui::MenuItem("Read the files again", "F5"))
+    {
+      this->Scene.Reload();
+      this->Changed = true;
+    }
+    state.Closing = ImGui::MenuItem("Quit", "q");
+    ImGui::EndMenu();
+  }
+  ImGui::EndMenuBar();
+}
+
+//--------------------------------------------------------------------------------------------------
+// Beside the data, which may be the server's, or where the program was started.
+std::string Panel::GetFolder(Purpose purpose) const
+{
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path data = this->Scene.GetCases().front()->GetOptions().Files.front();
+  const bool beside = purpose == Purpose::OpenData && data.has_parent_path();
+  return (beside ? fs::absolute(data, error).parent_path() : fs::current_path(error)).string();
+}
+
+//--------------------------------------------------------------------------------------------------
+void Panel::DrawFiles()
+{
+  const Purpose purpose = this->Files.GetPurpose();
+  if (purpose != Purpose::None)
+  {
+    const auto files = this->Files.Draw();
+    if (!files.empty())
+    {
+      this->Files.Show(Purpose::None, "");
+      this->Use(purpose, files);
+    }
+    ImGui::Separator();
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void Panel::Use(Purpose purpose, const std::vector<std::string>& files)
+{
+  try
+  {
+    switch (purpose)
+    {
+      case Purpose::None:
+        break;
+      case Purpose::OpenData:
+        this->Scene.AddFiles(files);
+        this->Changed = true;
+        break;
+      case Purpose::OpenScene:
+        this->Scene.OpenState(files.front());
+        this->Changed = true;
+        break;
+      case Purpose::SaveScene:
+        this->Scene.SaveState(files.front());
+        zylSay("saved " + files.front());
+        break;
+      case Purpose::SavePicture:
+        this->Scene.SavePicture(files.front());
+        zylSay("saved " + files.front());
+        break;
+    }
+  }
+  catch (const zylViewError& error)
+  {
+    zylSay(error.what());
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void Panel::DrawTime(State& state)
 {
   const auto steps = zylTimeController::GetInstance()->GetTimestepValues();
   if (steps.size() < 2)
   {
     return;
   }
+  const auto count = static_cast<int>(steps.size());
   const double now = zylTimeController::GetInstance()->GetActiveTime();
   int step = std::max(
     static_cast<int>(std::upper_bound(steps.begin(), steps.end(), now) - steps.begin()), 1);
-  if (ImGui::SliderInt("step", &step, 1, static_cast<int>(steps.size())))
+  const int shown = step;
+  const std::pair<const char*, int> moves[] = { { "|<", 1 }, { "<", shown > 1 ? shown - 1 : count },
+    { ">", shown < count ? shown + 1 : 1 }, { ">|", count } };
+  for (const auto& [label, target] : moves)
+  {
+    step = ImGui::Button(label) ? target : step;
+    ImGui::SameLine();
+  }
+  if (ImGui::Button(state.Playing ? "pause" : "play"))
+  {
+    state.Playing = !state.Playing;
+  }
+  ImGui::SameLine();
+  ImGui::Text("time %g", now);
+  ImGui::SliderInt("step", &step, 1, count);
+  if (step != shown)
   {
     this->Scene.GoToStep(step);
     this->Changed = true;
@@ -147,23 +265,22 @@ void Panel::DrawTime()
 }
 
 //--------------------------------------------------------------------------------------------------
-void Panel::DrawCase(zylViewCase& one, zylViewPanelBlocks& blocks)
+void Panel::DrawCase(zylViewCase& one, Part& part)
 {
   const std::string name =
     std::filesystem::path(one.GetOptions().Files.front()).filename().string();
+  const bool reveal = one.GetMarks().TakeReveal();
   if (!ImGui::CollapsingHeader(name.c_str(), ImGuiTreeNodeFlags_DefaultOpen))
   {
     return;
   }
+  zylView* view = this->Scene.GetView();
   this->Changed = this->DrawColors(one) || this->Changed;
-  this->Changed = blocks.DrawTree(one) || this->Changed;
-  this->Changed = blocks.DrawSettings(one) || this->Changed;
-  if (ImGui::TreeNode("Clips"))
-  {
-    this->Changed = this->DrawClips(one) || this->Changed;
-    ImGui::TreePop();
-  }
-  this->Changed = this->DrawDerived(one) || this->Changed;
+  this->Changed = part.Blocks.DrawTree(one, reveal) || this->Changed;
+  this->Changed = part.Blocks.DrawSettings(one) || this->Changed;
+  this->Changed = zylViewPanelDerived::DrawClips(one.GetBoundary(), one) || this->Changed;
+  this->Changed = part.Derived.DrawVariables(one) || this->Changed;
+  this->Changed = part.Derived.DrawDerived(one, view, reveal) || this->Changed;
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -172,7 +289,7 @@ bool Panel::DrawColors(zylViewCase& one)
   bool changed = false;
   std::string variable = one.GetVariable();
   std::vector<std::string> arrays{ "" };
-  const auto known = one.GetBlocks().GetArrayNames();
+  const auto known = zylViewPanelDerived::GetChoices(one);
   arrays.insert(arrays.end(), known.begin(), known.end());
   if (zylEditChoice("color by", variable, arrays))
   {
@@ -201,140 +318,40 @@ bool Panel::DrawColors(zylViewCase& one)
     one.SetColorRange(range);
     changed = true;
   }
-  if (ImGui::Button("this step"))
+  for (const bool all : { false, true })
   {
-    this->Scene.RescaleColors(false);
-    changed = true;
+    if (ImGui::Button(all ? "all steps" : "this step"))
+    {
+      this->Scene.RescaleColors(all);
+      changed = true;
+    }
+    ImGui::SameLine();
   }
-  ImGui::SameLine();
-  if (ImGui::Button("all steps"))
-  {
-    this->Scene.RescaleColors(true);
-    changed = true;
-  }
+  ImGui::NewLine();
   return changed;
 }
 
 //--------------------------------------------------------------------------------------------------
-bool Panel::DrawClips(zylViewCase& one)
+// The newest first.
+void Panel::DrawMessages()
 {
-  bool changed = false;
-  zylBoundaryRepresentation* boundary = one.GetBoundary();
-  for (int i = 0; i < boundary->GetNumberOfClips(); ++i)
+  const std::size_t count = zylViewMessages::GetCount();
+  if (count != this->NumberOfMessages) // something new is to be seen
   {
-    if (ImGui::TreeNode(reinterpret_cast<void*>(static_cast<std::intptr_t>(i)), "clip %d", i + 1))
+    this->NumberOfMessages = count;
+    this->Messages = zylViewMessages::GetList();
+    ImGui::SetNextItemOpen(true);
+  }
+  if (!this->Messages.empty() && ImGui::CollapsingHeader("Messages"))
+  {
+    ImGui::BeginChild("messages", ImVec2(0.0f, MessagesHeight), true);
+    for (auto message = this->Messages.rbegin(); message != this->Messages.rend(); ++message)
     {
-      changed =
-        zylEditSettings({ boundary->GetClipProperties(i) }, one.GetBlocks().GetArrayNames()) ||
-        changed;
-      ImGui::TreePop();
+      ImGui::PushStyleColor(ImGuiCol_Text, Colors[static_cast<int>(message->Kind)]);
+      ImGui::TextWrapped("%s", message->Text.c_str());
+      ImGui::PopStyleColor();
     }
-  }
-  if (ImGui::Button("add a plane"))
-  {
-    double bounds[6];
-    boundary->SetNumberOfClips(boundary->GetNumberOfClips() + 1);
-    zylPropertyCollection* clip = boundary->GetClipProperties(boundary->GetNumberOfClips() - 1);
-    clip->Set("ClipMode", 2);
-    if (boundary->GetBounds(bounds))
-    {
-      const double center[3] = { (bounds[0] + bounds[1]) / 2.0, (bounds[2] + bounds[3]) / 2.0,
-        (bounds[4] + bounds[5]) / 2.0 };
-      clip->Set("PlaneCenter", center, 3);
-    }
-    changed = true;
-  }
-  ImGui::SameLine();
-  if (boundary->GetNumberOfClips() > 0 && ImGui::Button("remove the last"))
-  {
-    boundary->SetNumberOfClips(boundary->GetNumberOfClips() - 1);
-    changed = true;
-  }
-  return changed;
-}
-
-//--------------------------------------------------------------------------------------------------
-bool Panel::DrawDerived(zylViewCase& one)
-{
-  bool changed = false;
-  const auto arrays = one.GetBlocks().GetArrayNames();
-  if (ImGui::Button("add a cut"))
-  {
-    changed = this->AddDerived(one, zylViewDerived::Shape::Cut) || changed;
-  }
-  ImGui::SameLine();
-  if (ImGui::Button("add an isosurface"))
-  {
-    changed = this->AddDerived(one, zylViewDerived::Shape::Isosurface) || changed;
-  }
-  for (const auto& entry : one.GetDerived().GetEntries())
-  {
-    const std::string name = entry.Kind + " " + std::to_string(entry.Number);
-    if (!ImGui::TreeNode(name.c_str()))
-    {
-      continue;
-    }
-    changed = zylEditSettings({ entry.Representation->GetProperties() }, arrays) || changed;
-    for (const zylDerivedDisplay& display : zylGetDerivedDisplays())
-    {
-      if (ImGui::TreeNode(display.Name))
-      {
-        changed = zylEditSettings({ (entry.Representation->*display.Get)() }, arrays) || changed;
-        ImGui::TreePop();
-      }
-    }
-    ImGui::TreePop();
-  }
-  return changed;
-}
-
-//--------------------------------------------------------------------------------------------------
-// Through the middle of the data, or of the values that color them.
-bool Panel::AddDerived(zylViewCase& one, zylViewDerived::Shape shape)
-{
-  zylViewDerived wish;
-  wish.Kind = shape;
-  if (shape == zylViewDerived::Shape::Cut)
-  {
-    double b[6] = { 0, 0, 0, 0, 0, 0 };
-    one.GetDataSet()->GetBounds(b);
-    wish.Values = { (b[0] + b[1]) / 2.0, (b[2] + b[3]) / 2.0, (b[4] + b[5]) / 2.0, 1.0, 0.0, 0.0 };
-  }
-  else
-  {
-    const auto range = one.GetColorRange();
-    wish.Variable = one.GetVariable();
-    wish.Values = { (range[0] + range[1]) / 2.0 };
-  }
-  try
-  {
-    one.GetDerived().Add(wish, this->Scene.GetView());
-    this->Message.clear();
-    return true;
-  }
-  catch (const zylViewError& error)
-  {
-    this->Message = error.what();
-    return false;
-  }
-}
-
-//--------------------------------------------------------------------------------------------------
-void Panel::DrawFiles()
-{
-  if (!ImGui::CollapsingHeader("Open a file"))
-  {
-    return;
-  }
-  if (!this->Files)
-  {
-    this->Files = std::make_unique<zylViewPanelFiles>(std::filesystem::current_path().string());
-  }
-  const auto files = this->Files->Draw();
-  if (!files.empty())
-  {
-    this->Message = this->Scene.AddFiles(files);
-    this->Changed = true;
+    ImGui::EndChild();
   }
 }
 } // namespace

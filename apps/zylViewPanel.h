@@ -1,6 +1,7 @@
 /// @file zylViewPanel.h
-/// The panel beside the picture: blocks, settings, time, colors, files, messages. Drawn by the host
-/// after the scene, in the same context and framebuffer.
+/// The panel beside the picture: scene, time, blocks, settings, colors, clips, what is derived,
+/// variables, files, messages. Drawn by the host after the scene, in the same context and
+/// framebuffer.
 #ifndef zylViewPanel_h
 #define zylViewPanel_h
 
@@ -12,9 +13,16 @@ struct GLFWwindow;
 class zylViewPanel
 {
 public:
+  /// What the panel shows of the window, and asks of it.
+  struct State
+  {
+    bool Playing = false;
+    bool Closing = false;
+  };
+
   virtual ~zylViewPanel() = default;
   /// Draw over the bound framebuffer. Returns whether the user changed something of the scene.
-  virtual bool Draw() = 0;
+  virtual bool Draw(State& state) = 0;
   ///@{
   /// Whether the mouse at a pixel, counted from the upper left corner, or keys are for the panel.
   virtual bool WantsMouse(double x, double y) const = 0;

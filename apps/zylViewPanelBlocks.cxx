@@ -2,6 +2,7 @@
 
 #include "zylViewBlocks.h"
 #include "zylViewCase.h"
+#include "zylViewPanelDerived.h"
 #include "zylViewPanelSettings.h"
 #include "zylViewSettings.h"
 
@@ -35,7 +36,7 @@ void ScrollTo(const std::vector<const zylViewBlock*>& shown, const zylViewMarks&
 } // namespace
 
 //--------------------------------------------------------------------------------------------------
-bool zylViewPanelBlocks::DrawTree(zylViewCase& one)
+bool zylViewPanelBlocks::DrawTree(zylViewCase& one, bool reveal)
 {
   bool changed = false;
   ImGui::InputTextWithHint("##search", "search", this->Search, sizeof this->Search);
@@ -49,7 +50,7 @@ bool zylViewPanelBlocks::DrawTree(zylViewCase& one)
   }
   ImGui::BeginChild("tree", ImVec2(0.0f, TreeHeight), true);
   zylViewMarks& marks = one.GetMarks();
-  if (marks.TakeReveal())
+  if (reveal)
   {
     ScrollTo(shown, marks);
   }
@@ -109,7 +110,10 @@ bool zylViewPanelBlocks::DrawSettings(zylViewCase& one)
     return false;
   }
   bool changed = false;
-  const auto arrays = one.GetBlocks().GetArrayNames();
+  const auto arrays = zylViewPanelDerived::GetChoices(one);
+  const std::string what = selected.size() == 1 ? "block " + std::to_string(*selected.begin())
+                                                : std::to_string(selected.size()) + " blocks";
+  ImGui::TextUnformatted(("Settings of " + what).c_str());
   for (const zylBlockKind& kind : zylGetBlockKinds())
   {
     if (ImGui::TreeNode(kind.Name))

@@ -8,8 +8,9 @@ class zylViewCase;
 class zylViewPanelBlocks
 {
 public:
-  /// The tree of one dataset. Whether the user changed what is shown.
-  bool DrawTree(zylViewCase& one);
+  /// The tree of one dataset; `reveal`: with what is selected in sight. Whether the user changed
+  /// what is shown.
+  bool DrawTree(zylViewCase& one, bool reveal);
   /// The settings of the selected blocks of it, for each kind of display.
   bool DrawSettings(zylViewCase& one);
 

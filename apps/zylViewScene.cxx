@@ -18,6 +18,7 @@
 #include <optional>
 
 #include <zylCore.h>
+#include <zylDataSet.h>
 #include <zylTimeController.h>
 #include <zylView.h>
 
@@ -228,16 +229,10 @@ void zylViewScene::Step(int direction)
     return;
   }
   const double now = time->GetActiveTime();
-  zylViewProgress progress("loading the time step", this->Alive);
-  if (direction > 0)
-  {
-    now >= steps.back() ? time->GoToFirstTimeStep() : time->GoToNextTimeStep();
-  }
-  else
-  {
-    now <= steps.front() ? time->GoToLastTimeStep() : time->GoToPreviousTimeStep();
-  }
-  this->ShowTime();
+  const auto next = std::upper_bound(steps.begin(), steps.end(), now);
+  const auto here = std::lower_bound(steps.begin(), steps.end(), now);
+  this->MoveTime(direction > 0 ? (next == steps.end() ? steps.front() : *next)
+                               : (here == steps.begin() ? steps.back() : *(here - 1)));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -246,10 +241,28 @@ void zylViewScene::GoToStep(int step)
   const auto steps = zylTimeController::GetInstance()->GetTimestepValues();
   if (step >= 1 && step <= static_cast<int>(steps.size()))
   {
-    zylViewProgress progress("loading the time step", this->Alive);
-    zylTimeController::GetInstance()->GoToTime(steps[step - 1]);
-    this->ShowTime();
+    this->MoveTime(steps[step - 1]);
   }
+}
+
+//--------------------------------------------------------------------------------------------------
+// A time step that the user does not wait for is not shown.
+void zylViewScene::MoveTime(double time)
+{
+  zylViewProgress progress("loading the time step", this->Alive);
+  zylTimeController* controller = zylTimeController::GetInstance();
+  const double before = controller->GetActiveTime();
+  controller->GoToTime(time);
+  const auto canceled = [](const auto& one) {
+    const auto& errors = one->GetDataSet()->GetReadErrors();
+    return errors.size() == 1 && errors.front() == "canceled";
+  };
+  if (std::any_of(this->Cases.begin(), this->Cases.end(), canceled))
+  {
+    zylSay("the time step is not loaded: canceled");
+    controller->GoToTime(before);
+  }
+  this->ShowTime();
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -76,9 +76,8 @@ public:
 
   void Reload(); ///< read all files again
   /// Show more files beside what is there, or in place of the built-in sample. What cannot be read
-  /// is said on the terminal
-  /// and returned.
-  std::string AddFiles(const std::vector<std::string>& files);
+  /// is said.
+  void AddFiles(const std::vector<std::string>& files);
 
   /// Color by the range of the values of the time step shown, or of all of them.
   void RescaleColors(bool allSteps);
@@ -88,8 +87,13 @@ public:
   void SetHelpVisible(bool visible);
   bool GetHelpVisible() const;
 
-  /// Save the whole scene. Throws zylViewError.
+  ///@{
+  /// Save the whole scene, or its picture; open another scene in place of this one, but for size
+  /// and server. Throw zylViewError, and then everything is as before.
   void SaveState(const std::string& file);
+  void SavePicture(const std::string& file);
+  void OpenState(const std::string& file);
+  ///@}
 
   /// Why nothing is seen although something should be; empty when something is.
   std::string GetEmptyReason() const;
@@ -101,11 +105,13 @@ private:
   void LoadFiles(const zylViewOptions& all);
   void LoadScene();
   void ShowTime();
+  void MoveTime(double time);
   void Format();
 
   zylViewOptions& Options;
   zylViewMessages& Messages;
   const zylViewState* State;
+  std::unique_ptr<zylViewState> Opened; ///< later
   zylViewCaseList Cases;
   vtkSmartPointer<zylView> View;
   vtkSmartPointer<vtkTextActor> Help;

@@ -4,15 +4,16 @@
 #include "zylViewCase.h"
 #include "zylViewError.h"
 #include "zylViewLoader.h"
+#include "zylViewMessages.h"
 #include "zylViewNumbers.h"
 #include "zylViewOptions.h"
 #include "zylViewProgress.h"
 #include "zylViewScene.h"
 #include "zylViewState.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 #include <zylCore.h>
 #include <zylDataSet.h>
@@ -69,7 +70,7 @@ void zylViewScene::LoadScene()
     {
       if (failure)
       {
-        std::fprintf(stderr, "zylview: %s\n", failure->what());
+        zylSay(failure->what());
       }
       failure.emplace(error);
     }
@@ -80,7 +81,7 @@ void zylViewScene::LoadScene()
   }
   if (failure)
   {
-    std::fprintf(stderr, "zylview: %s\n", failure->what());
+    zylSay(failure->what());
   }
 }
 
@@ -144,14 +145,12 @@ void zylViewScene::Reload()
 }
 
 //--------------------------------------------------------------------------------------------------
-std::string zylViewScene::AddFiles(const std::vector<std::string>& files)
+void zylViewScene::AddFiles(const std::vector<std::string>& files)
 {
   const std::size_t before = this->Cases.size();
-  std::string failure;
   try
   {
-    zylViewOptions options;
-    options.Connect = this->Options.Connect;
+    zylViewOptions options = this->Options.OfWindow();
     options.Files = files;
     this->LoadFiles(options);
     for (std::size_t i = before; i < this->Cases.size(); ++i)
@@ -178,10 +177,72 @@ std::string zylViewScene::AddFiles(const std::vector<std::string>& files)
       this->Cases[i]->RemoveFrom(this->View);
     }
     this->Cases.resize(before);
-    failure = error.what();
-    std::fprintf(stderr, "zylview: %s\n", failure.c_str());
+    zylSay(error.what());
   }
   this->Update();
   this->OpenCamera();
-  return failure;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::SavePicture(const std::string& file)
+{
+  if (!this->View->SaveScreenshot(file.c_str()))
+  {
+    throw zylViewError(zylViewFailed, "cannot write '" + file + "'");
+  }
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewScene::OpenState(const std::string& file)
+{
+  auto state = std::make_unique<zylViewState>(file);
+  if (state->GetServer() != this->Options.Connect)
+  {
+    throw zylViewError(
+      zylViewFailed, "'" + file + "' is of another server: open it with zylview --state");
+  }
+  zylViewOptions options = this->Options.OfWindow();
+  options.Given = { "--size", "--samples", "--connect" };
+  state->GetWindow(options);
+  auto cases = std::exchange(this->Cases, {});
+  const zylViewState* before = std::exchange(this->State, state.get());
+  std::swap(this->Options, options);
+  try
+  {
+    this->LoadScene();
+    for (const auto& one : this->Cases)
+    {
+      one->Define();
+      one->ReadBlocks();
+    }
+    this->GoToTime();
+    for (const auto& one : this->Cases)
+    {
+      one->ReadBlocks();
+      one->Derive();
+      one->MakeBoundary();
+      state->RestoreDisplays(*one->GetOptions().Restored, *one);
+      one->ShowNewBlocks();
+    }
+  }
+  catch (const zylViewError&)
+  {
+    std::swap(this->Options, options);
+    std::swap(this->Cases, cases);
+    this->State = before;
+    throw;
+  }
+  for (const auto& one : cases)
+  {
+    one->RemoveFrom(this->View);
+  }
+  for (const auto& one : this->Cases)
+  {
+    one->AddTo(this->View);
+  }
+  this->Opened = std::move(state);
+  this->Grounds.clear();
+  this->Camera->Follow(this->Cases.front()->GetOptions());
+  this->Update();
+  this->Opened->RestoreView(this->View, *this->Camera);
 }

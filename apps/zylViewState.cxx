@@ -6,11 +6,11 @@
 #include "zylViewDerived.h"
 #include "zylViewError.h"
 #include "zylViewExpressions.h"
+#include "zylViewMessages.h"
 #include "zylViewOptions.h"
 #include "zylViewSettings.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -107,7 +107,7 @@ zylViewState::zylViewState(const std::string& file)
 //--------------------------------------------------------------------------------------------------
 void zylViewState::Skip(const std::string& what) const
 {
-  std::fprintf(stderr, "zylview: %s: %s is skipped\n", this->File.c_str(), what.c_str());
+  zylSay(this->File + ": " + what + " is skipped");
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -137,8 +137,7 @@ void zylViewState::GetWindow(zylViewOptions& options) const
     options.Connect = ReadText(Member(this->Root, "connect"));
     if (!options.Connect.empty())
     {
-      std::fprintf(
-        stderr, "zylview: %s: connects to %s\n", this->File.c_str(), options.Connect.c_str());
+      zylSay(this->File + ": connects to " + options.Connect);
     }
   }
   const Json::Value& time = Member(this->Root, "time");
@@ -147,6 +146,12 @@ void zylViewState::GetWindow(zylViewOptions& options) const
     options.Time = time.asDouble();
   }
   Read(Member(Member(this->Root, "camera"), "upright"), options.Up);
+}
+
+//--------------------------------------------------------------------------------------------------
+std::string zylViewState::GetServer() const
+{
+  return ReadText(Member(this->Root, "connect"));
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -167,7 +172,7 @@ zylViewOptions zylViewState::GetDataSet(std::size_t index, const zylViewOptions&
     if (options.Files.empty() && file.isString())
     {
       own.Files.push_back(file.asString());
-      std::fprintf(stderr, "zylview: %s: reads %s\n", this->File.c_str(), file.asString().c_str());
+      zylSay(this->File + ": reads " + file.asString());
     }
   }
   const std::string reader = ReadText(Member(json, "reader"));
@@ -176,7 +181,7 @@ zylViewOptions zylViewState::GetDataSet(std::size_t index, const zylViewOptions&
   {
     own.ReaderGroup = reader.substr(0, slash);
     own.ReaderName = reader.substr(slash + 1);
-    std::fprintf(stderr, "zylview: %s: with %s\n", this->File.c_str(), reader.c_str());
+    zylSay(this->File + ": with " + reader);
   }
   const Json::Value& expressions = Member(json, "expressions");
   for (const std::string& name :

@@ -34,6 +34,7 @@ public:
 
   /// Server, size and background, where the user has not said otherwise.
   void GetWindow(zylViewOptions& options) const;
+  std::string GetServer() const; ///< empty: none
   std::size_t GetNumberOfDataSets() const;
   /// What to load for a dataset and how, shown to the user first. Expressions that go beyond
   /// arithmetic are left out unless the user trusts the file.

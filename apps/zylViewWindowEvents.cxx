@@ -16,6 +16,7 @@
 namespace {
 constexpr double ZoomPerNotch = 1.15;
 constexpr double RestPerLook = 2.0; // and longer where looking takes long
+constexpr double LongestRest = 1.0;
 
 zylViewWindowHost* HostOf(GLFWwindow* window)
 {
@@ -103,7 +104,7 @@ void zylViewWindowHost::Leave()
 //--------------------------------------------------------------------------------------------------
 bool zylViewWindowHost::MayHover() const
 {
-  return this->Hovering && !this->Looked && !this->Playing && !this->Busy &&
+  return this->Hovering && !this->Looked && !this->State.Playing && !this->Busy &&
     this->Options.Frames == 0 && !this->Interaction->IsPressed() &&
     glfwGetWindowAttrib(this->Window, GLFW_HOVERED) == GLFW_TRUE;
 }
@@ -123,7 +124,7 @@ void zylViewWindowHost::Hover()
   this->IsForPanel() ? this->Pointer->Leave()
                      : this->Pointer->Hover(this->TipPlace[0], this->TipPlace[1]);
   this->Tip = this->Pointer->GetText();
-  this->Rest = std::max(RestTime, RestPerLook * (glfwGetTime() - start));
+  this->Rest = std::clamp(RestPerLook * (glfwGetTime() - start), RestTime, LongestRest);
   this->Wake();
 }
 
@@ -166,7 +167,7 @@ void zylViewWindowHost::OnKey(int key, int modifiers)
   }
   if (key == GLFW_KEY_SPACE)
   {
-    this->Playing = !this->Playing;
+    this->State.Playing = !this->State.Playing;
     return;
   }
   zylDoKey(*this->Scene, key, modifiers);

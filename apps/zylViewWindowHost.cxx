@@ -145,7 +145,7 @@ void zylViewWindowHost::Run(zylViewScene& scene)
   while (glfwWindowShouldClose(this->Window) == GLFW_FALSE)
   {
     this->Work.clear();
-    if (this->Playing && glfwGetTime() - lastStep >= SecondsPerTimeStep)
+    if (this->State.Playing && glfwGetTime() - lastStep >= SecondsPerTimeStep)
     {
       lastStep = glfwGetTime();
       scene.Step(1);
@@ -179,7 +179,7 @@ void zylViewWindowHost::Run(zylViewScene& scene)
 void zylViewWindowHost::Wait()
 {
   this->WaitStart = glfwGetTime();
-  if (this->Playing || this->Options.Frames > 0 || !this->Waiting.empty() || this->Dirty)
+  if (this->State.Playing || this->Options.Frames > 0 || !this->Waiting.empty() || this->Dirty)
   {
     glfwWaitEventsTimeout(0.01);
   }
@@ -213,17 +213,21 @@ void zylViewWindowHost::Draw()
     this->Overlay->DrawRectangle(rectangle);
   }
   this->Overlay->DrawLines(this->Pointer->GetOutline());
-  if (!this->Tip.empty())
-  {
-    this->Overlay->DrawTip(this->TipPlace[0], this->TipPlace[1], this->Tip);
-  }
   if (this->Panel && this->PanelVisible)
   {
     this->Busy = true; // what it changes may take long
-    this->SceneDirty = this->Panel->Draw();
+    this->SceneDirty = this->Panel->Draw(this->State);
     this->Dirty = this->SceneDirty || --this->Settling > 0;
     this->Busy = false;
     this->UpdateTitle();
+    if (this->State.Closing)
+    {
+      glfwSetWindowShouldClose(this->Window, GLFW_TRUE);
+    }
+  }
+  if (!this->Tip.empty())
+  {
+    this->Overlay->DrawTip(this->TipPlace[0], this->TipPlace[1], this->Tip);
   }
   glfwSwapBuffers(this->Window);
 }

@@ -83,7 +83,7 @@ private:
   std::vector<Gesture> Gestures;            // to be done
   bool Dirty = true;                        // something to draw
   bool SceneDirty = true;                   // and not only over the picture that there is
-  bool Playing = false;
+  zylViewPanel::State State;
   bool Hovering = true;              // what the pointer rests on is shown
   double Cursor[2] = { -1.0, -1.0 }; // as the window system counts
   bool Looked = true;                // at what it rests on now

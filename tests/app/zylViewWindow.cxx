@@ -1,9 +1,11 @@
 #include "zylViewWindow.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -18,7 +20,7 @@ using namespace zylViewRun;
 
 namespace {
 constexpr int Patience = 600; // tenths of a second
-constexpr int Still = 15;     // of them: what has not changed for so long is what there is to see
+constexpr int Still = 15;     // of them: who has not worked for so long has nothing to do
 
 std::string FirstLine(const std::string& text)
 {
@@ -46,6 +48,7 @@ zylViewWindow::zylViewWindow(const std::string& arguments, const std::string& ti
     this->Id = found.ExitCode == 0 ? FirstLine(found.Text) : "";
   }
   EXPECT_FALSE(this->Id.empty()) << "no window";
+  this->Process = FirstLine(Execute("xdotool getwindowpid " + this->Id).Text);
   for (int i = 0; i < Patience && this->Grab().Colors < 2; ++i)
   {
     std::this_thread::sleep_for(50ms);
@@ -81,6 +84,7 @@ void zylViewWindow::Do(const std::string& commands)
 //--------------------------------------------------------------------------------------------------
 Json::Value zylViewWindow::Save()
 {
+  this->Settle(); // the panel answers a click later than the window a key
   const std::string file = Folder() + "/zylview-1.json";
   std::filesystem::remove(file);
   this->Do("key s");
@@ -106,16 +110,42 @@ std::string zylViewWindow::GetTitle() const
 //--------------------------------------------------------------------------------------------------
 Picture zylViewWindow::Look() const
 {
-  Picture picture = this->Grab();
+  this->Settle();
+  return this->Grab();
+}
+
+//--------------------------------------------------------------------------------------------------
+// The time that the program has worked, in the system's ticks; -1 while it works.
+long zylViewWindow::GetWork() const
+{
+  std::ifstream stream("/proc/" + this->Process + "/stat");
+  std::string text;
+  std::getline(stream, text);
+  std::istringstream fields(text.substr(std::min(text.rfind(')') + 1, text.size())));
+  std::string state, skipped;
+  long user = 0, system = 0;
+  fields >> state;
+  for (int i = 0; i < 10; ++i)
+  {
+    fields >> skipped;
+  }
+  fields >> user >> system;
+  return state == "S" ? user + system : -1;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylViewWindow::Settle() const
+{
+  long before = -1;
   int same = 0;
   for (int i = 0; i < Patience && same < Still; ++i)
   {
+    const long work = this->GetWork();
+    same =
+      work >= 0 && work <= before + 1 ? same + 1 : 0; // the system itself takes a tick now and then
+    before = same > 0 ? before : work;
     std::this_thread::sleep_for(100ms);
-    Picture next = this->Grab();
-    same = next.Pixels == picture.Pixels && next.Colors > 1 ? same + 1 : 0;
-    picture = std::move(next);
   }
-  return picture;
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -28,7 +28,7 @@ public:
   /// Save the scene with the key, and read it.
   Json::Value Save();
   ///@{
-  /// What is seen now, and once that no longer changes.
+  /// What is seen now, and once the program has nothing to do any more.
   zylViewRun::Picture Grab() const;
   zylViewRun::Picture Look() const;
   ///@}
@@ -36,9 +36,13 @@ public:
   const zylViewRun::Outcome& Quit();
 
 private:
+  long GetWork() const;
+  void Settle() const;
+
   zylViewRun::Outcome Result;
   std::thread Program;
-  std::string Id; ///< of the window, as xdotool names it
+  std::string Id;      ///< of the window, as xdotool names it
+  std::string Process; ///< its number
 };
 
 #endif

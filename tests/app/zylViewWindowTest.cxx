@@ -27,20 +27,6 @@ protected:
     zylTestData::Write(zylTestData::MakeRow(3), zylTestData::MakeFolder() + "/row.vtm");
 };
 
-// The picture beside the panel.
-Picture Beside(const Picture& picture)
-{
-  Picture part;
-  for (std::size_t i = 0; i < picture.Pixels.size(); i += 3)
-  {
-    if (i / 3 % picture.Width >= 340)
-    {
-      part.Pixels.insert(part.Pixels.end(), &picture.Pixels[i], &picture.Pixels[i] + 3);
-    }
-  }
-  return part;
-}
-
 std::vector<int> GetSelected(const Json::Value& scene)
 {
   std::vector<int> blocks;
@@ -269,55 +255,4 @@ TEST_F(zylViewWindowTest, ClicksSelectAndSetTheCenter)
     EXPECT_NEAR(std::stod(matches[0][1 + i]), center[i].asDouble(), 0.01);
     EXPECT_NEAR(std::stod(matches[1][1 + i]), center[i].asDouble(), 0.02);
   }
-}
-
-//--------------------------------------------------------------------------------------------------
-// Where the panel's widgets are follows from its font, which is built in.
-TEST_F(zylViewWindowTest, PanelShowsSelectsAndSets)
-{
-#ifndef ZYL_HAS_PANEL
-  GTEST_SKIP() << "built without";
-#endif
-  zylViewWindow window("--no-legend --from 0,-1,0.4 --zoom 0.5 " + this->Row);
-  const Picture plain = window.Look();
-  window.Do("key Tab");
-  const Picture panel = window.Look();
-  EXPECT_GT(Difference(plain, panel), 0.4);
-  window.Do("mousemove 26 183 click 1"); // the root's check box
-  const Picture hidden = window.Look();
-  EXPECT_GT(Difference(Beside(panel), Beside(hidden)), 0.005);
-  window.Do("mousemove 26 183 click 1");
-  EXPECT_LT(Difference(Beside(panel), Beside(window.Look())), 0.001);
-  // A click on a block outlines it and offers its settings; beside it there is nothing to select.
-  window.Do("mousemove 345 200 click 1 mousemove 560 20");
-  const Picture selected = window.Look();
-  EXPECT_GT(Difference(Beside(panel), Beside(selected)), 0.0003);
-  EXPECT_GT(Difference(panel, selected), Difference(Beside(panel), Beside(selected)));
-  window.Do("mousemove 560 380 click 1 mousemove 560 20");
-  const Picture none = window.Look();
-  EXPECT_LT(Difference(Beside(panel), Beside(none)), 0.0001);
-  EXPECT_GT(Difference(selected, none), 0.005); // no settings
-  // What is typed into the search is no key of the window.
-  window.Do("mousemove 80 152 click 1 type bnq");
-  window.Do("mousemove 560 20");
-  const Picture found = window.Look();
-  EXPECT_GT(Difference(panel, found), 0.002);
-  EXPECT_LT(Difference(Beside(panel), Beside(found)), 0.001);
-  window.Do("mousemove 560 380 click 1 key Tab"); // out of the text, and away
-  EXPECT_LT(Difference(plain, window.Look()), 0.002);
-  EXPECT_EQ(window.Quit().Text, "");
-}
-
-//--------------------------------------------------------------------------------------------------
-TEST_F(zylViewWindowTest, PanelAddsACut)
-{
-#ifndef ZYL_HAS_PANEL
-  GTEST_SKIP() << "built without";
-#endif
-  zylViewWindow window("--size 700x600 --opacity 0.1 --no-legend --array velocity_X " + this->Row);
-  window.Do("key Tab");
-  const Picture before = window.Look();
-  window.Do("mousemove 40 410 click 1"); // "add a cut"
-  EXPECT_GT(Difference(Beside(before), Beside(window.Look())), 0.005);
-  EXPECT_EQ(window.Quit().Text, "");
 }
