@@ -246,6 +246,15 @@ void zylViewScene::GoToStep(int step)
 }
 
 //--------------------------------------------------------------------------------------------------
+bool zylViewScene::IsCanceled() const
+{
+  return std::any_of(this->Cases.begin(), this->Cases.end(), [](const auto& one) {
+    const auto& errors = one->GetDataSet()->GetReadErrors();
+    return errors.size() == 1 && errors.front() == "canceled";
+  });
+}
+
+//--------------------------------------------------------------------------------------------------
 // A time step that the user does not wait for is not shown.
 void zylViewScene::MoveTime(double time)
 {
@@ -253,11 +262,7 @@ void zylViewScene::MoveTime(double time)
   zylTimeController* controller = zylTimeController::GetInstance();
   const double before = controller->GetActiveTime();
   controller->GoToTime(time);
-  const auto canceled = [](const auto& one) {
-    const auto& errors = one->GetDataSet()->GetReadErrors();
-    return errors.size() == 1 && errors.front() == "canceled";
-  };
-  if (std::any_of(this->Cases.begin(), this->Cases.end(), canceled))
+  if (this->IsCanceled())
   {
     zylSay("the time step is not loaded: canceled");
     controller->GoToTime(before);

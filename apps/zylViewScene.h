@@ -106,6 +106,7 @@ private:
   void LoadScene();
   void ShowTime();
   void MoveTime(double time);
+  bool IsCanceled() const; ///< the last update of a dataset
   void Format();
 
   zylViewOptions& Options;

@@ -141,6 +141,10 @@ void zylViewScene::Reload()
   {
     one->Reload();
   }
+  if (this->IsCanceled())
+  {
+    zylSay("the files are not read again: canceled");
+  }
   this->ShowTime();
 }
 

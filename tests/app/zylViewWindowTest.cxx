@@ -115,6 +115,19 @@ TEST_F(zylViewWindowTest, ShowsProgressAndObeysWhileItLoads)
 }
 
 //--------------------------------------------------------------------------------------------------
+TEST_F(zylViewWindowTest, LongWorkCanBeCanceled)
+{
+  const std::string file =
+    zylTestData::Write(zylTestData::MakeRow(1500, 1), zylTestData::MakeFolder() + "/many.vtm");
+  zylViewWindow window("--no-legend " + file);
+  const Picture before = window.Look();
+  window.Do("key F5 sleep 0.2 key c sleep 0.2 key c sleep 0.2 key c sleep 0.2 key c");
+  EXPECT_LT(Difference(before, window.Look()), 0.001);
+  const std::string text = window.Quit().Text;
+  EXPECT_NE(text.find("not read again: canceled"), std::string::npos) << text;
+}
+
+//--------------------------------------------------------------------------------------------------
 TEST_F(zylViewWindowTest, KeysChangeWhatIsShown)
 {
   zylViewWindow window(this->Row);
