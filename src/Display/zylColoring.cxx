@@ -119,32 +119,22 @@ void zylColoring::DeclareLegend(zylPropertyCollection* settings)
 //--------------------------------------------------------------------------------------------------
 void zylColoring::ColorBy(vtkSMProxy* representation, const zylVariable& variable)
 {
-  if (this->LookupTable && variable.Array == this->Array && variable.Suffix == this->Suffix &&
+  if (this->IsByArray() && variable.Array == this->Array && variable.Suffix == this->Suffix &&
     variable.Association == this->Association)
   {
     return;
   }
-  // As ParaView's SetScalarColoring(), which would ask the server for all about the data.
-  const std::string table =
-    std::string("Separate_") + representation->GetGlobalIDAsString() + "_" + variable.Array;
-  vtkNew<vtkSMTransferFunctionManager> manager;
-  vtkSmartPointer<vtkSMProxy> lut =
-    manager->GetColorTransferFunction(table.c_str(), representation->GetSessionProxyManager());
-  if (!lut)
+  if (!this->EnsureLookupTable(representation))
   {
     return;
   }
-  if (lut != this->LookupTable)
-  {
-    this->Release(representation);
-    this->LookupTable = lut;
-  }
-  vtkSMPropertyHelper(lut, "VectorMode").Set(variable.Component < 0 ? "Magnitude" : "Component");
-  vtkSMPropertyHelper(lut, "VectorComponent").Set(std::max(variable.Component, 0));
-  lut->UpdateVTKObjects();
+  vtkSMPropertyHelper(this->LookupTable, "VectorMode")
+    .Set(variable.Component < 0 ? "Magnitude" : "Component");
+  vtkSMPropertyHelper(this->LookupTable, "VectorComponent").Set(std::max(variable.Component, 0));
+  this->LookupTable->UpdateVTKObjects();
   vtkSMPropertyHelper(representation, "ColorArrayName")
     .SetInputArrayToProcess(variable.Association, variable.Array.c_str());
-  vtkSMPropertyHelper(representation, "LookupTable").Set(lut);
+  vtkSMPropertyHelper(representation, "LookupTable").Set(this->LookupTable);
   representation->UpdateVTKObjects();
   this->Array = variable.Array;
   this->Suffix = variable.Suffix;
@@ -152,12 +142,32 @@ void zylColoring::ColorBy(vtkSMProxy* representation, const zylVariable& variabl
 }
 
 //--------------------------------------------------------------------------------------------------
+// One table serves all variables in turn: the server's side of a representation keeps every table
+// that it was ever given.
+bool zylColoring::EnsureLookupTable(vtkSMProxy* representation)
+{
+  if (!zylIsAlive(this->LookupTable))
+  {
+    // As ParaView's SetScalarColoring(), which would ask the server for all about the data.
+    const std::string name = std::string("Separate_") + representation->GetGlobalIDAsString();
+    vtkNew<vtkSMTransferFunctionManager> manager;
+    this->Release(representation);
+    this->LookupTable =
+      manager->GetColorTransferFunction(name.c_str(), representation->GetSessionProxyManager());
+  }
+  return this->LookupTable != nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
 void zylColoring::ColorSolid(vtkSMProxy* representation)
 {
-  if (this->LookupTable)
+  if (this->IsByArray())
   {
     vtkSMPropertyHelper(representation, "ColorArrayName").SetInputArrayToProcess(0, "");
-    this->Release(representation);
+    vtkSMPropertyHelper(representation, "LookupTable").RemoveAllValues();
+    representation->UpdateVTKObjects();
+    this->HideLegend();
+    this->ForgetArray();
   }
 }
 
@@ -177,7 +187,7 @@ vtkMTimeType zylColoring::GetMapMTime(zylPropertyCollection* settings)
 void zylColoring::UpdateMap(zylPropertyCollection* settings)
 {
   const vtkMTimeType time = GetMapMTime(settings);
-  if (!this->LookupTable || time <= this->MapTime)
+  if (!this->IsByArray() || time <= this->MapTime)
   {
     return;
   }
@@ -272,9 +282,15 @@ void zylColoring::Release(vtkSMProxy* representation)
     UnregisterFunction(this->LookupTable);
   }
   this->LookupTable = nullptr;
+  this->MapTime = 0;
+  this->MapHash = 0;
+  this->ForgetArray();
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylColoring::ForgetArray()
+{
   this->Array.clear();
   this->Suffix.clear();
   this->Association = -1;
-  this->MapTime = 0;
-  this->MapHash = 0;
 }

@@ -27,10 +27,10 @@ public:
 
   /// Color `representation` by an array. What is so already is not sent again.
   void ColorBy(vtkSMProxy* representation, const zylVariable& variable);
-  /// Color it in its solid color; the lookup table and the legend are released.
+  /// Color it in its solid color, without a legend.
   void ColorSolid(vtkSMProxy* representation);
   /// Whether it is colored by an array.
-  bool IsByArray() const { return this->LookupTable != nullptr; }
+  bool IsByArray() const { return !this->Array.empty(); }
 
   /// The latest modification time of the settings of the color map.
   static vtkMTimeType GetMapMTime(zylPropertyCollection* settings);
@@ -47,6 +47,9 @@ public:
   void Release(vtkSMProxy* representation);
 
 private:
+  bool EnsureLookupTable(vtkSMProxy* representation);
+  void ForgetArray();
+
   vtkSmartPointer<vtkSMProxy> LookupTable;
   vtkSmartPointer<vtkSMProxy> ScalarBar;
 

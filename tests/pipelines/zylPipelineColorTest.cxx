@@ -3,10 +3,14 @@
 #include "zylSurfacePipeline.h"
 #include "zylTest.h"
 
+#include <set>
+#include <vector>
+
 #include <vtkColorTransferFunction.h>
 #include <vtkDataSet.h>
 #include <vtkSMPVRepresentationProxy.h>
 #include <vtkSMRenderViewProxy.h>
+#include <vtkWeakPointer.h>
 
 using Values = zylValues;
 
@@ -157,6 +161,32 @@ TEST_F(zylPipelineTest, ColorMap)
   pipeline->Update(this->View);
   EXPECT_TRUE(log.HasWarning("No color map named 'No such map' exists"));
   EXPECT_TRUE(log.HasWarning("range [2, 1] is not valid"));
+}
+
+//--------------------------------------------------------------------------------------------------
+// The server's side of a representation would keep every table that it was given.
+TEST_F(zylPipelineTest, TablesOfFormerVariablesGo)
+{
+  vtkNew<zylSurfacePipeline> pipeline;
+  pipeline->GetProperties()->Set("ColorLegendVisibility", true);
+  this->Show(pipeline);
+  std::vector<vtkWeakPointer<vtkObjectBase>> tables;
+  for (const char* variable : { "pressure", "velocity_X", "", "quality", "pressure" })
+  {
+    pipeline->GetProperties()->Set("ColorMode", *variable ? 1 : 0);
+    pipeline->GetProperties()->Set("ColorVariableName", variable);
+    pipeline->Update(this->View);
+    vtkSMProxy* lut =
+      vtkSMPropertyHelper(pipeline->GetRepresentation(), "LookupTable").GetAsProxy();
+    ASSERT_EQ(lut != nullptr, *variable != 0);
+    if (lut)
+    {
+      tables.emplace_back(lut->GetClientSideObject());
+    }
+  }
+  std::set<vtkObjectBase*> alive(tables.begin(), tables.end());
+  alive.erase(nullptr);
+  EXPECT_EQ(alive.size(), 1u);
 }
 
 //--------------------------------------------------------------------------------------------------
