@@ -16,8 +16,8 @@
  * Render(), screenshots, selections and the setup pairs draw in the context that is current. All
  * other calls, of this and the other classes, may come with this context current, another one, or
  * none, and touch no other than the view's: OpenGL objects that they drop while it is not current
- * are deleted at the view's next frame. What a view still has when it is deleted elsewhere goes
- * with its context.
+ * are deleted at the view's next frame, those of a view that is deleted while another context of
+ * its display is current at once. With none current they go with its context.
  *
  * Every call leaves the OpenGL state, the pending error and the host's objects as they were.
  * Transform feedback is paused meanwhile (from OpenGL 4.0 on); queries that are running count what

@@ -99,9 +99,7 @@ bool zylHostRenderWindow::BeginAdoption()
   }
   if (this->Adopted && !this->IsAdopted())
   {
-    const zylHostContextKeeper keeper;
-    this->Lost = current.SameContext(this->Adopted) || !this->Adopted.TryMakeCurrent(current) ||
-      !this->IsAdopted();
+    this->Lost = current.SameContext(this->Adopted);
     this->ReleaseGraphicsResources(this);
     this->Lost = false;
   }
@@ -376,16 +374,18 @@ void zylHostRenderWindow::PushContext()
   {
     return;
   }
-  if (this->IsReady())
+  this->Suspended = zylHostContext::Current();
+  const bool there = this->IsCurrent() ||
+    (!this->Lost && this->Suspended && this->Adopted.TryMakeCurrent(this->Suspended));
+  if (there && this->IsReady())
   {
     this->BeginFrame();
     this->PushedFrame = true;
     return;
   }
-  // Names of the adopted context mean something else in this one. Without any context the releasing
-  // calls do nothing.
-  this->Suspended = zylHostContext::Current();
-  this->Suspended.Release();
+  // Names of the adopted context mean something else in another one. Without any context the
+  // releasing calls do nothing.
+  zylHostContext::Current().Release();
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -400,7 +400,10 @@ void zylHostRenderWindow::PopContext()
     this->PushedFrame = false;
     this->EndFrame();
   }
-  this->Suspended.MakeCurrent();
+  if (!this->Suspended.SameContext(zylHostContext::Current()))
+  {
+    this->Suspended.MakeCurrent();
+  }
   this->Suspended = zylHostContext();
 }
 

@@ -6,7 +6,9 @@
  * swapping it; keeps the host's OpenGL state apart from the renderer's; gives its framebuffers the
  * host's depth format, so that colors and depths can be copied both ways; and never touches another
  * context than the one it adopted: what is to be released while that one is not current waits for
- * the next frame in WhenCurrent(), or is forgotten and goes with the context.
+ * the next frame in WhenCurrent(). What cannot wait is released between PushContext() and
+ * PopContext(), which make the adopted context current; where they cannot, it is forgotten and goes
+ * with the context.
  *
  * Private to the library. zylHostWindowFactory has it made by the view proxy.
  */
@@ -140,7 +142,7 @@ private:
   std::vector<std::unique_ptr<zylHostGLState>> Frames;
   std::vector<std::function<void()>> Pending;
   zylHostMark Mark;         // in the adopted context
-  zylHostContext Suspended; // current before PushContext() of a release elsewhere
+  zylHostContext Suspended; // current before PushContext()
   int PushDepth = 0;
   bool PushedFrame = false;
   int PictureSize[2] = { 0, 0 }; // of the last picture; 0 without one

@@ -138,6 +138,37 @@ INSTANTIATE_TEST_SUITE_P(
     return std::string(info.param == Own ? "Own" : info.param == Other ? "Other" : "None");
   });
 
+// So it is with all that a view has, when it is dropped while another context is current.
+TEST_F(zylHostTest, ViewsTakeTheirObjectsAlong)
+{
+  auto other = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
+  ASSERT_NE(other, nullptr);
+  const zylGLObjects otherObjects(600);
+  for (const bool free : { false, true })
+  {
+    int counts[3];
+    for (int& count : counts)
+    {
+      this->Host->MakeCurrent();
+      zylViewScene scene;
+      scene.Color(true, true);
+      scene.View->Render();
+      other->MakeCurrent();
+      if (free)
+      {
+        scene.Boundary->FreeResources();
+      }
+      scene.View->RemoveRepresentation(scene.Boundary);
+      scene.View = nullptr;
+      EXPECT_TRUE(other->IsCurrent());
+      EXPECT_EQ(otherObjects.Missing(), "");
+      this->Host->MakeCurrent();
+      count = zylGLObjects::Count();
+    }
+    EXPECT_EQ(counts[2], counts[0]) << "freed before: " << free;
+  }
+}
+
 // A view that moves between two contexts leaves nothing behind in either.
 TEST_F(zylHostTest, ViewsMayMoveToAndFro)
 {
