@@ -4,6 +4,7 @@
 #include "Host/zylHostWindowFactory.h"
 #include "Host/zylTranslucentPass.h"
 #include "ParaView/zylParaViewCompat.h"
+#include "ParaView/zylProxyBuilder.h"
 #include "ParaView/zylSession.h"
 
 #include <vtkCommand.h>
@@ -29,6 +30,7 @@ vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
   vtkSmartPointer<vtkSMProxy> proxy;
   if (manager && zylIsAlive(manager->GetSession()))
   {
+    zylDropDeadLinks(manager);
     proxy.TakeReference(manager->NewProxy("views", "RenderView"));
   }
   vtkSmartPointer<vtkSMRenderViewProxy> view = vtkSMRenderViewProxy::SafeDownCast(proxy);

@@ -9,16 +9,19 @@
 #include <vtkCommand.h>
 #include <vtkLogger.h>
 #include <vtkNew.h>
+#include <vtkPVRepresentedArrayListSettings.h>
 #include <vtkPVView.h>
 #include <vtkSMParaViewPipelineController.h>
 #include <vtkSMProperty.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMPropertyIterator.h>
 #include <vtkSMProxy.h>
+#include <vtkSMProxyIterator.h>
 #include <vtkSMProxyListDomain.h>
 #include <vtkSMRepresentationProxy.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
+#include <vtkSMSettingsProxy.h>
 #include <vtkSMSourceProxy.h>
 #include <vtkSMViewProxy.h>
 
@@ -91,36 +94,38 @@ zylHostRenderWindow* WindowOf(vtkSMProxy* proxy)
 }
 
 //--------------------------------------------------------------------------------------------------
-// Takes away the observers of the producer that properties add while this lives.
-class MutedProducer
+// Takes away what comes to observe an event of `subject` while this lives.
+class MutedSubject
 {
 public:
-  explicit MutedProducer(vtkSMProxy* producer)
-    : Producer(producer)
-    , FirstTag(NextTag(producer))
+  MutedSubject(vtkObject* subject, unsigned long event)
+    : Subject(subject)
+    , Event(event)
+    , FirstTag(NextTag(subject))
   {
   }
-  ~MutedProducer()
+  ~MutedSubject()
   {
-    const unsigned long end = NextTag(this->Producer);
+    const unsigned long end = NextTag(this->Subject);
     for (unsigned long tag = this->FirstTag; tag < end; ++tag)
     {
-      RemoveObserver(this->Producer, tag, vtkCommand::UpdateDataEvent);
+      RemoveObserver(this->Subject, tag, this->Event);
     }
   }
-  MutedProducer(const MutedProducer&) = delete;
-  void operator=(const MutedProducer&) = delete;
+  MutedSubject(const MutedSubject&) = delete;
+  void operator=(const MutedSubject&) = delete;
 
 private:
-  static unsigned long NextTag(vtkSMProxy* producer)
+  static unsigned long NextTag(vtkObject* subject)
   {
     vtkNew<vtkCallbackCommand> probe;
-    const unsigned long tag = producer->AddObserver(vtkCommand::NoEvent, probe);
-    producer->RemoveObserver(tag);
+    const unsigned long tag = subject->AddObserver(vtkCommand::NoEvent, probe);
+    subject->RemoveObserver(tag);
     return tag;
   }
 
-  vtkSmartPointer<vtkSMProxy> Producer;
+  vtkSmartPointer<vtkObject> Subject;
+  unsigned long Event;
   unsigned long FirstTag;
 };
 } // namespace
@@ -208,10 +213,10 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::New() const
 void zylProxyBuilder::Configure(vtkSMProxy* proxy) const
 {
   MuteChanges(proxy);
-  std::deque<MutedProducer> muted;
+  std::deque<MutedSubject> muted;
   for (vtkSMProxy* producer : this->Producers)
   {
-    muted.emplace_back(producer);
+    muted.emplace_back(producer, vtkCommand::UpdateDataEvent);
   }
   for (const auto& step : this->Steps)
   {
@@ -271,11 +276,16 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeProxy()
 //--------------------------------------------------------------------------------------------------
 vtkSmartPointer<vtkSMProxy> zylProxyBuilder::MakeRepresentation(vtkSMProxy* view)
 {
+  // The choice of an array follows settings that no host of the library has, by observers that
+  // stay when the representation goes.
+  const MutedSubject arraySettings(
+    vtkPVRepresentedArrayListSettings::GetInstance(), vtkCommand::ModifiedEvent);
   auto proxy = this->New();
   if (!proxy || !zylIsAlive(view))
   {
     return nullptr;
   }
+  zylDropDeadLinks(proxy->GetSessionProxyManager());
   vtkNew<vtkSMParaViewPipelineController> controller;
   controller->PreInitializeProxy(proxy);
   this->Configure(proxy);
@@ -318,7 +328,7 @@ void zylConnect(vtkSMProxy* proxy, vtkSMProxy* source, const char* property)
   if (helper.GetNumberOfElements() != 1 || helper.GetAsProxy(0) != source ||
     helper.GetOutputPort(0) != 0)
   {
-    const MutedProducer muted(source);
+    const MutedSubject muted(source, vtkCommand::UpdateDataEvent);
     helper.Set(source, 0);
   }
   proxy->UpdateVTKObjects();
@@ -374,6 +384,22 @@ void zylUnregister(vtkSMProxy* proxy)
     proxy->UpdateVTKObjects();
   }
   window->WhenCurrent(unregister);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylDropDeadLinks(vtkSMSessionProxyManager* manager)
+{
+  vtkNew<vtkSMProxyIterator> settings;
+  settings->SetSessionProxyManager(manager);
+  settings->SetModeToOneGroup();
+  for (settings->Begin("settings"); !settings->IsAtEnd(); settings->Next())
+  {
+    if (auto* shared = vtkSMSettingsProxy::SafeDownCast(settings->GetProxy()))
+    {
+      // Whatever link it is to remove, this removes the dead ones as well.
+      shared->RemoveLink("", nullptr, "");
+    }
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -100,6 +100,10 @@ ZYL_PRIVATE bool zylUpdatePipeline(vtkSMSourceProxy* source, double time, double
 /// frame.
 ZYL_PRIVATE void zylUnregister(vtkSMProxy* proxy);
 
+/// Views and representations follow the settings of the session. ParaView keeps the links of those
+/// that are gone, and walks through all of them with each new one: drop them before that.
+ZYL_PRIVATE void zylDropDeadLinks(vtkSMSessionProxyManager* manager);
+
 /// Push the values of a proxy that a view shows where that may drop OpenGL objects (a color legend
 /// that hides): now if the view's context is current, or before its next frame.
 ZYL_PRIVATE void zylPushShown(vtkSMProxy* proxy);

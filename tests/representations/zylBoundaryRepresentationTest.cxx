@@ -3,9 +3,12 @@
 #include "ParaView/zylBlockMapper.h"
 #include "zylHostTest.h"
 #include "zylTest.h"
+#include "zylTestMemory.h"
 #include "zylView.h"
 
+#include <vtkCallbackCommand.h>
 #include <vtkCollection.h>
+#include <vtkPVRepresentedArrayListSettings.h>
 
 namespace {
 using Ints = std::vector<int>;
@@ -354,6 +357,44 @@ TEST_F(zylBoundary, LeavesNothingBehind)
   EXPECT_EQ(zylRegisteredProxies(), before);
   this->View->AddRepresentation(this->Boundary); // the settings are still there
   EXPECT_EQ(this->Draw(), "www");
+}
+
+// Views and representations follow the settings of the session, which live longer.
+TEST_F(zylBoundary, LeavesNothingWithTheSettings)
+{
+  this->ShowLeaves();
+  const auto round = [this] {
+    vtkNew<zylView> view;
+    vtkNew<zylBoundaryRepresentation> other;
+    other->SetDataSet(this->Data);
+    other->GetSurfaceProperties(1)->Set("Visibility", true);
+    view->AddRepresentation(other);
+    view->RemoveRepresentation(other);
+  };
+  const auto observers = [] {
+    auto* settings = vtkPVRepresentedArrayListSettings::GetInstance();
+    vtkNew<vtkCallbackCommand> last;
+    const unsigned long end = settings->AddObserver(vtkCommand::NoEvent, last);
+    settings->RemoveObserver(end);
+    int count = 0;
+    for (unsigned long tag = 0; tag < end; ++tag)
+    {
+      count += settings->HasObserver(vtkCommand::ModifiedEvent, settings->GetCommand(tag));
+    }
+    return count;
+  };
+  round();
+  const int before = observers();
+  constexpr int rounds = 10;
+  long kilobytes = 0;
+  for (int i = 0; i < 2 * rounds; ++i)
+  {
+    round();
+    kilobytes = i < rounds ? zylTestMemory::GetAllocated() : kilobytes;
+  }
+  EXPECT_EQ(observers(), before);
+  // The session itself keeps some 8 kB: the numbers of all proxies that it ever had.
+  EXPECT_LT((zylTestMemory::GetAllocated() - kilobytes) / rounds, 12);
 }
 
 TEST_F(zylBoundary, DrawsNothingWithoutADataset)
