@@ -1,12 +1,12 @@
 // A host's long day: frames, loads, time steps, connections and views, again and again. What the
 // process holds is counted after the first tenth of each kind of work and at its end.
 //
-//     zylSoak [--paraview] [SECONDS] [WORK...]
+//     zylSoak [--paraview] [SECONDS] [WORK[=TIMES]...]
 //
-// WORK: frames, steps, loads, views, connections; all where none is named. SECONDS (none: as long
-// as it takes) are shared out among all kinds; --paraview makes and ends sessions with ParaView
-// alone, to compare. Prints a line of JSON per kind; the exit code is 1 if anything grew beyond its
-// bound.
+// WORK: frames, steps, loads, views, connections; all where none is named, each as often as a long
+// day asks for. SECONDS (none: as long as it takes) are shared out among all kinds; --paraview does
+// the last three with ParaView alone, to compare. Prints a line of JSON per kind; the exit code is
+// 1 if anything grew beyond its bound.
 #include "zylBoundaryRepresentation.h"
 #include "zylCore.h"
 #include "zylDataSet.h"
@@ -25,17 +25,23 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <vtkNew.h>
 #include <vtkProcessModule.h>
-#include <vtkSMParaViewPipelineController.h>
+#include <vtkSMParaViewPipelineControllerWithRendering.h>
+#include <vtkSMPropertyHelper.h>
 #include <vtkSMProxyIterator.h>
 #include <vtkSMSession.h>
+#include <vtkSMSessionClient.h>
+#include <vtkSMSessionProxyManager.h>
+#include <vtkSMSourceProxy.h>
+#include <vtkSMViewProxy.h>
+#include <vtkSmartPointer.h>
 #include <vtk_glew.h>
 
 namespace {
@@ -44,6 +50,7 @@ constexpr long GrowthKilobytes = 2048;
 struct Holdings
 {
   long Kilobytes = 0;
+  long Allocated = 0;
   int GLObjects = 0;
   int Proxies = 0;
   int Handles = 0;
@@ -75,6 +82,7 @@ Holdings Count()
     held.Handles += handle.is_symlink();
   }
   held.Kilobytes = zylTestMemory::GetResident();
+  held.Allocated = zylTestMemory::GetAllocated();
   return held;
 }
 
@@ -82,16 +90,23 @@ class Soak
 {
 public:
   /// Without `wanted` every kind of work.
-  Soak(double seconds, std::set<std::string> wanted)
+  Soak(double seconds, std::map<std::string, int> wanted)
     : Seconds(seconds)
     , Wanted(std::move(wanted))
   {
   }
 
-  // Run `work` so many times, or for `share` of the time.
-  void Run(const char* name, int times, double share, const std::function<void(int)>& work)
+  // Run `work` so many times, or for `share` of the time. `settle` makes what is held comparable.
+  void Run(
+    const char* name, int times, double share, const std::function<void(int)>& work,
+    const std::function<void()>& settle = [] {})
   {
-    if (!this->Wanted.empty() && this->Wanted.count(name) == 0)
+    const auto wanted = this->Wanted.find(name);
+    if (wanted != this->Wanted.end() && wanted->second > 0)
+    {
+      times = wanted->second;
+    }
+    else if (wanted == this->Wanted.end() && !this->Wanted.empty())
     {
       return;
     }
@@ -111,19 +126,23 @@ public:
       if (!counted && (done >= times / 10 || (this->Seconds > 0.0 && tenth)))
       {
         counted = true;
+        settle();
         early = Count();
       }
     }
+    settle();
     const Holdings late = Count();
     const long kilobytes = late.Kilobytes - early.Kilobytes;
     const bool good = kilobytes < GrowthKilobytes && late.GLObjects <= early.GLObjects &&
       late.Proxies <= early.Proxies && late.Handles <= early.Handles;
     this->Good = this->Good && good;
     std::printf("{\"work\": \"%s\", \"times\": %d, \"seconds\": %.1f, \"kilobytes\": [%ld, %ld], "
-                "\"glObjects\": [%d, %d], \"proxies\": [%d, %d], \"handles\": [%d, %d], "
+                "\"allocated\": [%ld, %ld], \"glObjects\": [%d, %d], \"proxies\": [%d, %d], "
+                "\"handles\": [%d, %d], "
                 "\"grown\": %s}\n",
-      name, done, elapsed(), early.Kilobytes, late.Kilobytes, early.GLObjects, late.GLObjects,
-      early.Proxies, late.Proxies, early.Handles, late.Handles, good ? "false" : "true");
+      name, done, elapsed(), early.Kilobytes, late.Kilobytes, early.Allocated, late.Allocated,
+      early.GLObjects, late.GLObjects, early.Proxies, late.Proxies, early.Handles, late.Handles,
+      good ? "false" : "true");
     std::fflush(stdout);
   }
 
@@ -131,7 +150,7 @@ public:
 
 private:
   double Seconds;
-  std::set<std::string> Wanted;
+  std::map<std::string, int> Wanted;
   bool Good = true;
 };
 
@@ -192,16 +211,107 @@ void Change(Scene& scene, int i)
   scene.Boundary->Update();
 }
 
-void MakeParaViewSession()
+// What a scene has, with ParaView's server manager alone: as many stages, a representation, a view
+// in a window of its own.
+class ParaViewScene
 {
-  auto session = vtkSmartPointer<vtkSMSession>::Take(vtkSMSession::New());
-  vtkProcessModule::GetProcessModule()->RegisterSession(session);
-  vtkNew<vtkSMParaViewPipelineController> controller;
-  controller->InitializeSession(session);
-  vtkSMSession::Disconnect(session);
+public:
+  explicit ParaViewScene(vtkSMSession* session, const std::string& file)
+    : Manager(session->GetSessionProxyManager())
+  {
+    static const char* const stages[] = { "ForceTime", "CellDataToPointData", "PassThrough" };
+    auto* source = this->Make("sources", "PVDReader", "FileName",
+      [&file](vtkSMPropertyHelper& name) { name.Set(file.c_str()); });
+    for (int i = 0; i < 15; ++i)
+    {
+      source = this->Make("filters", stages[i % 3], "Input",
+        [source](vtkSMPropertyHelper& input) { input.Set(source, 0); });
+    }
+    vtkSMSourceProxy::SafeDownCast(source)->UpdatePipeline();
+    this->View.TakeReference(
+      vtkSMViewProxy::SafeDownCast(this->Manager->NewProxy("views", "RenderView")));
+    const int size[] = { 100, 100 };
+    this->Controller->InitializeProxy(this->View);
+    vtkSMPropertyHelper(this->View, "ViewSize").Set(size, 2);
+    this->Controller->RegisterViewProxy(this->View);
+    this->Controller->Show(vtkSMSourceProxy::SafeDownCast(source), 0, this->View);
+  }
+  ~ParaViewScene()
+  {
+    this->Controller->UnRegisterProxy(this->View);
+    while (!this->Sources.empty())
+    {
+      this->Controller->UnRegisterProxy(this->Sources.back());
+      this->Sources.pop_back();
+    }
+  }
+  ParaViewScene(const ParaViewScene&) = delete;
+  void operator=(const ParaViewScene&) = delete;
+
+  void Render() { this->View->StillRender(); }
+
+private:
+  vtkSMProxy* Make(const char* group, const char* name, const char* property,
+    const std::function<void(vtkSMPropertyHelper&)>& set)
+  {
+    auto proxy = vtkSmartPointer<vtkSMProxy>::Take(this->Manager->NewProxy(group, name));
+    this->Controller->PreInitializeProxy(proxy);
+    vtkSMPropertyHelper helper(proxy, property);
+    set(helper);
+    this->Controller->PostInitializeProxy(proxy);
+    proxy->UpdateVTKObjects();
+    this->Controller->RegisterPipelineProxy(proxy);
+    this->Sources.push_back(proxy);
+    return proxy;
+  }
+
+  vtkSMSessionProxyManager* Manager;
+  vtkNew<vtkSMParaViewPipelineControllerWithRendering> Controller;
+  std::vector<vtkSmartPointer<vtkSMProxy>> Sources;
+  vtkSmartPointer<vtkSMViewProxy> View;
+};
+
+std::unique_ptr<zylTestServer> MakeServer(int i)
+{
+  return i % 2 == 0 && zylTestServer::IsAvailable(1)
+    ? std::make_unique<zylTestServer>(1, ZYL_PLUGIN_DIRECTORY)
+    : nullptr;
 }
 
-int RunSoak(double seconds, bool paraview, const std::set<std::string>& wanted)
+// The same work as below, without the library.
+void RunParaView(Soak& soak, const std::string& file)
+{
+  soak.Run("loads", 1000, 0.4, [&](int i) {
+    ParaViewScene scene(Core()->GetSession(), file);
+    if (i % 10 == 0)
+    {
+      scene.Render();
+    }
+  });
+  soak.Run("views", 200, 0.3, [&](int) { ParaViewScene(Core()->GetSession(), file).Render(); });
+  Core()->Disconnect();
+  soak.Run("connections", 200, 0.3, [&](int i) {
+    const auto server = MakeServer(i);
+    vtkSmartPointer<vtkSMSession> session;
+    if (server)
+    {
+      auto client = vtkSmartPointer<vtkSMSessionClient>::New();
+      client->Connect(server->GetUrl().c_str(), 60);
+      session = client;
+    }
+    else
+    {
+      session = vtkSmartPointer<vtkSMSession>::Take(vtkSMSession::New());
+    }
+    vtkProcessModule::GetProcessModule()->RegisterSession(session);
+    vtkNew<vtkSMParaViewPipelineController> controller;
+    controller->InitializeSession(session);
+    ParaViewScene(session, file).Render();
+    vtkSMSession::Disconnect(session);
+  });
+}
+
+int RunSoak(double seconds, bool paraview, const std::map<std::string, int>& wanted)
 {
   const auto first = zylTestHost::New(zylTestHost::DefaultPlatform(), 100, 100);
   const auto second = zylTestHost::New(zylTestHost::DefaultPlatform(), 100, 100);
@@ -212,21 +322,21 @@ int RunSoak(double seconds, bool paraview, const std::set<std::string>& wanted)
   }
   first->MakeCurrent();
   Soak soak(seconds, wanted);
-  if (paraview)
-  {
-    Core()->Disconnect();
-    soak.Run("connections", 200, 1.0, [](int) { MakeParaViewSession(); });
-    return soak.IsGood() ? 0 : 1;
-  }
   const double steps[] = { 0.0, 1.0, 2.0, 3.0, 4.0 };
   const std::string file = zylTestData::WriteSeries(zylTestData::MakeFolder(), steps, 5);
+  if (paraview)
+  {
+    RunParaView(soak, file);
+    return soak.IsGood() ? 0 : 1;
+  }
   {
     Scene scene(file);
-    soak.Run("frames", 10000, 0.25, [&](int i) {
+    const auto draw = [&](int i) {
       Change(scene, i);
       first->Clear(0, 0, 1);
       scene.View->Render();
-    });
+    };
+    soak.Run("frames", 10000, 0.25, draw, [&] { draw(0); });
     soak.Run("steps", 1000, 0.2, [&](int i) {
       i % 5 == 4 ? zylTimeController::GetInstance()->GoToFirstTimeStep()
                  : zylTimeController::GetInstance()->GoToNextTimeStep();
@@ -251,16 +361,8 @@ int RunSoak(double seconds, bool paraview, const std::set<std::string>& wanted)
   });
   first->MakeCurrent();
   soak.Run("connections", 200, 0.2, [&](int i) {
-    std::unique_ptr<zylTestServer> server;
-    if (i % 2 == 0 && zylTestServer::IsAvailable(1))
-    {
-      server = std::make_unique<zylTestServer>(1, ZYL_PLUGIN_DIRECTORY);
-      Core()->Connect(server->GetUrl().c_str(), 60);
-    }
-    else
-    {
-      Core()->Connect("builtin:", 0);
-    }
+    const auto server = MakeServer(i);
+    Core()->Connect(server ? server->GetUrl().c_str() : "builtin:", server ? 60 : 0);
     {
       Scene scene(file);
       scene.View->Render();
@@ -275,7 +377,7 @@ int main(int argc, char** argv)
 {
   double seconds = 0.0;
   bool paraview = false;
-  std::set<std::string> wanted;
+  std::map<std::string, int> wanted;
   for (const std::string& argument : std::vector<std::string>(argv + 1, argv + argc))
   {
     if (argument == "--paraview")
@@ -288,7 +390,9 @@ int main(int argc, char** argv)
     }
     else
     {
-      wanted.insert(argument);
+      const std::size_t equals = argument.find('=');
+      wanted[argument.substr(0, equals)] =
+        equals == std::string::npos ? 0 : std::atoi(argument.c_str() + equals + 1);
     }
   }
   return RunSoak(seconds, paraview, wanted);
