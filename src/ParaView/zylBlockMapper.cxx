@@ -2,6 +2,9 @@
 
 #include "ParaView/zylParaViewCompat.mapper.h"
 
+#include <algorithm>
+#include <vector>
+
 #include <vtkCompositeDataDisplayAttributes.h>
 #include <vtkGeometryRepresentation.h>
 #include <vtkObjectFactory.h>
@@ -23,6 +26,25 @@ public:
 protected:
   Helper() = default;
   ~Helper() override = default;
+
+  // The toolkit goes through its blocks in the order of their addresses, which decides what is seen
+  // of surfaces at the same depth. While it fills buffers and draws, the first address stands for
+  // the first block, and so on; it takes note of new and former blocks at other times.
+  void RenderPiece(vtkRenderer* renderer, vtkActor* actor) override
+  {
+    std::vector<vtkCompositeMapperHelperData*> blocks;
+    blocks.reserve(this->Data.size());
+    for (const auto& item : this->Data)
+    {
+      blocks.push_back(item.second);
+    }
+    const std::vector<vtkCompositeMapperHelperData*> byAddress = blocks;
+    std::sort(blocks.begin(), blocks.end(),
+      [](const auto* a, const auto* b) { return a->FlatIndex < b->FlatIndex; });
+    this->Assign(blocks);
+    this->Superclass::RenderPiece(renderer, actor);
+    this->Assign(byAddress);
+  }
 
   void BuildBufferObjects(vtkRenderer* renderer, vtkActor* actor) override
   {
@@ -50,6 +72,15 @@ protected:
 private:
   Helper(const Helper&) = delete;
   void operator=(const Helper&) = delete;
+
+  void Assign(const std::vector<vtkCompositeMapperHelperData*>& blocks)
+  {
+    auto next = blocks.begin();
+    for (auto& item : this->Data)
+    {
+      item.second = *next++;
+    }
+  }
 
   enum
   {

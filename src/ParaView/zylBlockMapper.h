@@ -1,10 +1,11 @@
 /// @file zylBlockMapper.h
-/// Draws the surfaces of many blocks at a cost that grows with their number. Private to the
-/// library.
+/// Draws the surfaces of many blocks in their order, at a cost that grows with their number.
+/// Private to the library.
 ///
 /// The toolkit's mapper of composite data puts its blocks into the vertex buffers one after
 /// another, and for each of them looks through all blocks for a reason not to color by texture.
-/// This mapper looks once for all.
+/// This mapper looks once for all. The toolkit's order is that of addresses in memory, so that the
+/// same data give other pictures where surfaces meet; this one's is that of the flat indices.
 #ifndef zylBlockMapper_h
 #define zylBlockMapper_h
 

@@ -7,7 +7,10 @@
 #include "zylView.h"
 
 #include <vtkCallbackCommand.h>
+#include <vtkCellData.h>
 #include <vtkCollection.h>
+#include <vtkDataArray.h>
+#include <vtkDataSet.h>
 #include <vtkPVRepresentedArrayListSettings.h>
 
 namespace {
@@ -448,6 +451,42 @@ TEST_F(zylBoundary, TheHighlightIsOnTop)
   this->Boundary->Update();
   this->SetColor(2, 0, 1, 0);
   EXPECT_EQ(this->Redraw(), "w?w");
+}
+
+// Blocks in the same place: the last one is seen, wherever the toolkit has put its data.
+TEST_F(zylBoundary, TheLastBlockIsOnTop)
+{
+  const int count = 16;
+  const auto blocks = zylTestData::MakeRow(count, 1);
+  for (int b = 0; b < count; ++b)
+  {
+    auto* cube = vtkDataSet::SafeDownCast(blocks->GetBlock(b));
+    cube->ShallowCopy(zylTestData::MakeCube(0.0, 0.0, 0.0, 1));
+    cube->GetCellData()->GetArray("quality")->Fill(b);
+  }
+  ASSERT_TRUE(this->Data->InitializeFromVTKDataSet(blocks));
+  this->Boundary->SetDataSet(this->Data);
+  const double range[2] = { -1.0, count };
+  for (int id = 1; id <= count; ++id)
+  {
+    this->Surface(id)->Set("Visibility", true);
+    this->Surface(id)->Set("ColorMode", 1);
+    this->Surface(id)->Set("ColorVariableName", "quality");
+    this->Surface(id)->Set("ColorMapName", "Grayscale");
+    this->Surface(id)->Set("ColorMapRange", range, 2);
+  }
+  this->ShowLeaves();
+  int above = 256;
+  for (int id = count; id >= 1; --id)
+  {
+    this->Draw();
+    const int shade = this->Host->Pixel(50, 150)[1];
+    EXPECT_LT(shade, above) << id;
+    above = shade;
+    this->Boundary->Hide(id);
+    this->Boundary->Update();
+  }
+  EXPECT_EQ(this->Draw().front(), 'b');
 }
 
 TEST_F(zylBoundary, DoesNothingWithoutADataset)
