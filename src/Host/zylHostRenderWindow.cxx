@@ -4,6 +4,7 @@
 #include "Host/zylHostFramebuffer.h"
 #include "Host/zylHostObstacle.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <set>
 #include <sstream>
@@ -311,19 +312,34 @@ bool zylHostRenderWindow::IsHostFramebuffer(unsigned int name) const
   }
   for (const zylHostRenderWindow* window : LiveWindows)
   {
-    if (window->Adopted.SameContext(this->Adopted))
+    if (window->Adopted.SameContext(this->Adopted) && window->HasFramebuffer(name))
     {
-      for (vtkOpenGLFramebufferObject* own :
-        { window->RenderFramebuffer, window->DisplayFramebuffer, window->ResolveFramebuffer })
-      {
-        if (own->GetFBOIndex() == name)
-        {
-          return false;
-        }
-      }
+      return false;
     }
   }
   return glIsFramebuffer(name) == GL_TRUE;
+}
+
+//--------------------------------------------------------------------------------------------------
+bool zylHostRenderWindow::HasFramebuffer(unsigned int name) const
+{
+  const auto hasName = [name](vtkOpenGLFramebufferObject* framebuffer) {
+    return framebuffer && framebuffer->GetFBOIndex() == name;
+  };
+  return hasName(this->RenderFramebuffer) || hasName(this->DisplayFramebuffer) ||
+    hasName(this->ResolveFramebuffer) || hasName(FindDepthFramebuffer(this, 0)) ||
+    std::any_of(this->PassFramebuffers.begin(), this->PassFramebuffers.end(), hasName);
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostRenderWindow::NotePassFramebuffer(vtkOpenGLFramebufferObject* framebuffer)
+{
+  auto& known = this->PassFramebuffers;
+  if (std::find(known.begin(), known.end(), framebuffer) == known.end())
+  {
+    known.erase(std::remove(known.begin(), known.end(), nullptr), known.end());
+    known.emplace_back(framebuffer);
+  }
 }
 
 //--------------------------------------------------------------------------------------------------

@@ -96,6 +96,9 @@ public:
   /// it. The adopted context must be current.
   bool IsHostFramebuffer(unsigned int name) const;
 
+  /// A framebuffer (not kept alive) that a render pass has made in this window.
+  void NotePassFramebuffer(vtkOpenGLFramebufferObject* framebuffer);
+
   void Render() override;
   bool IsCurrent() override;
   int SupportsOpenGL() override { return 1; }
@@ -131,6 +134,22 @@ private:
   zylHostRenderWindow(const zylHostRenderWindow&) = delete;
   void operator=(const zylHostRenderWindow&) = delete;
 
+  bool HasFramebuffer(unsigned int name) const;
+
+  ///@{
+  /// The framebuffer for picking depths, where the toolkit's window has one.
+  template <class Window>
+  static auto FindDepthFramebuffer(const Window* window, int) -> decltype(window->DepthFramebuffer)
+  {
+    return window->DepthFramebuffer;
+  }
+  template <class Window>
+  static vtkOpenGLFramebufferObject* FindDepthFramebuffer(const Window*, long)
+  {
+    return nullptr;
+  }
+  ///@}
+
   void MatchFramebuffers(unsigned int depthFormat);
   void Populate(vtkOpenGLFramebufferObject* framebuffer, int colors);
   bool IsReady();
@@ -141,6 +160,7 @@ private:
   bool Lost = false; // the adopted context is gone although its handle may look alive
   std::vector<std::unique_ptr<zylHostGLState>> Frames;
   std::vector<std::function<void()>> Pending;
+  std::vector<vtkWeakPointer<vtkOpenGLFramebufferObject>> PassFramebuffers;
   zylHostMark Mark;         // in the adopted context
   zylHostContext Suspended; // current before PushContext()
   int PushDepth = 0;

@@ -3,6 +3,7 @@
 #include "Host/zylHostRenderWindow.h"
 
 #include <vtkObjectFactory.h>
+#include <vtkOpenGLFramebufferObject.h>
 #include <vtkOpenGLRenderer.h>
 #include <vtkOrderIndependentTranslucentPass.h>
 #include <vtkRenderState.h>
@@ -36,6 +37,10 @@ public:
       }
     }
     this->Superclass::Render(state);
+    if (window && this->Framebuffer)
+    {
+      window->NotePassFramebuffer(this->Framebuffer);
+    }
   }
 
 private:

@@ -191,19 +191,38 @@ TEST_F(zylViewRender, ReportsWhatCannotBeCopied)
 }
 
 // The default source, framebuffer object 1, does not exist for a host that draws in its window; the
-// view's own framebuffers must not be taken for it.
+// view's own framebuffers, of whichever pass, must not be taken for it.
 TEST_F(zylViewRender, SaysThatTheSourceFramebufferIsMissing)
 {
-  ShowSphere(this->View);
-  this->View->SetSourceFBO(1);
-  zylTestLog log;
-  for (int frame = 0; frame < 2; ++frame)
+  const auto sphere = ShowSphere(this->View);
+  this->View->SetSourceFBO(0);
+  for (const double opacity : { 0.5, 1.0 })
   {
-    this->PaintScene();
-    this->Render();
-    this->ExpectScene("window");
+    vtkSMPropertyHelper(sphere, "Opacity").Set(opacity);
+    sphere->UpdateVTKObjects();
+    this->View->Render();
   }
-  EXPECT_EQ(log.CountErrors("no framebuffer object 1"), 1) << log.Dump();
+  std::vector<int> missing = { 1, 999 };
+  for (int name = 2; name < 100; ++name)
+  {
+    if (glIsFramebuffer(name) == GL_TRUE)
+    {
+      missing.push_back(name); // the host has made none
+    }
+  }
+  EXPECT_GT(missing.size(), 4U) << "rendered to, shown, blended";
+  for (const int name : missing)
+  {
+    this->View->SetSourceFBO(name);
+    zylTestLog log;
+    for (int frame = 0; frame < 2; ++frame)
+    {
+      this->PaintScene();
+      this->Render();
+      this->ExpectScene("window, not " + std::to_string(name));
+    }
+    EXPECT_EQ(log.CountErrors("no framebuffer object " + std::to_string(name)), 1) << log.Dump();
+  }
 }
 
 //--------------------------------------------------------------------------------------------------
