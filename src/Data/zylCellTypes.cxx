@@ -6,10 +6,13 @@
 
 #include <algorithm>
 
+#include <vtkCellType.h>
 #include <vtkCompositeDataIterator.h>
 #include <vtkCompositeDataSet.h>
 #include <vtkDataSet.h>
+#include <vtkIdList.h>
 #include <vtkMultiBlockDataSet.h>
+#include <vtkNew.h>
 #include <vtkSMSession.h>
 #include <vtkSMSessionProxyManager.h>
 #include <vtkSMSourceProxy.h>
@@ -18,7 +21,29 @@ namespace {
 int FirstCellType(vtkDataObject* object)
 {
   auto* data = vtkDataSet::SafeDownCast(object);
-  return data && data->GetNumberOfCells() > 0 ? data->GetCellType(0) : -1;
+  if (!data || data->GetNumberOfCells() == 0)
+  {
+    return -1;
+  }
+  const int type = data->GetCellType(0);
+  if (type != VTK_EMPTY_CELL)
+  {
+    return type;
+  }
+  // Cells of a uniform grid that are covered by a finer one are empty, but still have their points.
+  const vtkNew<vtkIdList> points;
+  data->GetCellPoints(0, points);
+  switch (points->GetNumberOfIds())
+  {
+    case 2:
+      return VTK_LINE;
+    case 4:
+      return VTK_PIXEL;
+    case 8:
+      return VTK_VOXEL;
+    default:
+      return type;
+  }
 }
 
 int NumberOfProcesses(vtkSMSourceProxy* source)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include <vtkLogger.h>
 #include <vtkMultiBlockDataSet.h>
@@ -21,6 +22,11 @@
 #include <vtksys/SystemTools.hxx>
 
 namespace {
+// Readers of AMR data read the coarsest level or two unless they are told how many; with these they
+// read all of them.
+constexpr std::pair<const char*, int> AllLevels[] = { { "DefaultNumberOfLevels", 0 },
+  { "Level", 100 } };
+
 using Reader = zylReaderChoice::Reader;
 
 std::vector<Reader> GetReaders(
@@ -120,6 +126,15 @@ vtkSmartPointer<vtkSMSourceProxy> zylMakeReader(vtkSMSessionProxyManager* manage
         const std::string value = settings->GetString(setting);
         vtkVLogF(vtkLogger::VERBOSITY_TRACE, "setting %s to '%s'", setting, value.c_str());
         vtkSMPropertyHelper(reader, setting).Set(0, value.c_str());
+      }
+    });
+  }
+  for (const auto& [setting, all] : AllLevels)
+  {
+    builder.Then([setting = setting, all = all](vtkSMProxy* reader) {
+      if (reader->GetProperty(setting))
+      {
+        vtkSMPropertyHelper(reader, setting).Set(all);
       }
     });
   }

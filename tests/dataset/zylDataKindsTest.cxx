@@ -15,9 +15,11 @@
 #include <vtkPartitionedDataSet.h>
 #include <vtkPartitionedDataSetCollection.h>
 #include <vtkStringArray.h>
+#include <vtkStructuredData.h>
 #include <vtkTable.h>
 #include <vtkUniformGrid.h>
 #include <vtkUnsignedCharArray.h>
+#include <vtkXMLUniformGridAMRWriter.h>
 
 namespace {
 using Ids = std::vector<unsigned int>;
@@ -185,9 +187,71 @@ TYPED_TEST(zylDataKindsAMR, IsDrawnWithoutWhatFinerLevelsCover)
   const vtkIdType fine = 2 * (4 * 8 + 4 * 2 + 8 * 2);
   EXPECT_GE(zylCountSurfaceCells(data), coarse + fine);
   EXPECT_LE(zylCountSurfaceCells(data), coarse + 4 + fine);
-  EXPECT_EQ(data->GetCellType(3), VTK_VOXEL);
-  EXPECT_EQ(data->GetCellType(4), VTK_VOXEL);
+  for (const unsigned int block : { 1u, 2u, 3u, 4u }) // the first cell of 2 is covered
+  {
+    EXPECT_EQ(data->GetCellType(block), VTK_VOXEL) << block;
+  }
+  EXPECT_EQ(data->GetCellTypes()[2], VTK_VOXEL);
   EXPECT_TRUE(data->GetReadErrors().empty());
+}
+
+// Readers offer less than the file has; users expect what is in it.
+TEST(zylDataKinds, FilesHaveAllTheirLevelsAndParts)
+{
+  const std::string folder = zylTestData::MakeFolder();
+  const double origin[3] = { 0.0, 0.0, 0.0 };
+  const int cells[3] = { 4, 4, 4 };
+  vtkNew<vtkOverlappingAMR> amr;
+  const int counts[3] = { 1, 1, 1 };
+  amr->Initialize(3, counts);
+  amr->SetOrigin(origin);
+  amr->SetGridDescription(VTK_XYZ_GRID);
+  for (unsigned int level = 0; level < 3; ++level)
+  {
+    const double size = 1.0 / (1 << level);
+    const double spacing[3] = { size, size, size };
+    const int last[3] = { 3, 3, 3 }, first[3] = { 0, 0, 0 };
+    amr->SetSpacing(level, spacing);
+    amr->SetAMRBox(level, 0, vtkAMRBox(first, last));
+    amr->SetDataSet(level, 0, MakeBox(size, cells, origin));
+  }
+  vtkNew<vtkXMLUniformGridAMRWriter> writer;
+  writer->SetFileName((folder + "/levels.vthb").c_str());
+  writer->SetInputData(amr);
+  writer->Write();
+  zylTestData::Write(zylTestData::MakeCube(0, 0, 0), folder + "/a.vtu");
+  zylTestData::Write(zylTestData::MakeCube(2, 0, 0), folder + "/b.vtu");
+  std::ofstream(folder + "/parts.vtpc")
+    << "<VTKFile type='vtkPartitionedDataSetCollection'><vtkPartitionedDataSetCollection>"
+       "<Partitions index='0'><DataSet index='0' file='a.vtu'/><DataSet index='1' file='b.vtu'/>"
+       "</Partitions><Partitions index='1'><DataSet index='0' file='b.vtu'/></Partitions>"
+       "</vtkPartitionedDataSetCollection></VTKFile>";
+  const struct
+  {
+    const char* File;
+    Ids Blocks;
+    vtkIdType Cells, LeastSurface;
+  } rows[] = {
+    { "levels.vthb", { 0, 1, 3, 5 }, 3 * 64, 96 },
+    { "parts.vtpc", { 0, 1, 4 }, 3 * 8, 3 * 24 },
+  };
+  for (const auto& row : rows)
+  {
+    vtkNew<zylDataSet> data;
+    ASSERT_TRUE(data->LoadFromFile({ folder + "/" + row.File })) << row.File;
+    EXPECT_EQ(data->GetBlockIDs(), row.Blocks) << row.File;
+    EXPECT_EQ(data->GetNumberOfCells(), row.Cells) << row.File;
+    EXPECT_GE(zylCountSurfaceCells(data), row.LeastSurface) << row.File;
+    EXPECT_TRUE(data->GetReadErrors().empty()) << row.File;
+  }
+  for (const char* name : { "/bad.vthb", "/bad.vtpc" })
+  {
+    std::ofstream(folder + name) << "rubbish";
+    zylTestLog log;
+    vtkNew<zylDataSet> data;
+    EXPECT_FALSE(data->LoadFromFile({ folder + name })) << name;
+    EXPECT_EQ(log.CountErrors(name), 1) << log.Dump();
+  }
 }
 
 TEST(zylDataKinds, PartitionedCollectionsKeepTheirIndices)
