@@ -290,55 +290,117 @@ TEST_F(zylViewState, KeepsOldStates)
   EXPECT_EQ(zylGLState::Read().Difference(before), "") << "the list is empty";
 }
 
-// Sequences of public calls under random states; ZYL_STATE_SEED and ZYL_STATE_SEQUENCES choose
-// others and more.
+namespace {
+// One of the host's windows: a scene that changes, beside a second view, whose picture is always
+// the same.
+struct Window
+{
+  zylTestHost& Host;
+  zylOddState Odd;
+  zylViewScene Scene;
+  zylViewScene Still;
+  Pixels Expected;
+  zylGLState Before;
+  std::size_t Calls = 0;
+
+  Window(zylTestHost& host, unsigned int seed)
+    : Host(host)
+    , Odd(seed)
+  {
+    for (zylViewScene* scene : { &this->Scene, &this->Still })
+    {
+      scene->View->SetSourceFBO(host.GetFramebuffer());
+    }
+    for (int id = 1; id <= 3; ++id)
+    {
+      this->Still.Boundary->GetMeshLineProperties(id)->Set("Visibility", false);
+    }
+    this->Still.Boundary->Update();
+  }
+};
+} // namespace
+
+// Sequences of public calls under random states in two contexts, with either current or none;
+// ZYL_STATE_SEED and ZYL_STATE_SEQUENCES choose others and more.
 TEST_F(zylViewState, StaysWhateverItIs)
 {
   const char* seed = std::getenv("ZYL_STATE_SEED");
   const char* count = std::getenv("ZYL_STATE_SEQUENCES");
   const unsigned int first = seed ? std::atoi(seed) : 1;
-  zylOddState odd(first);
   std::mt19937 random(first);
   const std::vector<zylViewCall> calls = zylViewCalls();
-  // A second view, whose picture is always the same.
-  zylViewScene still;
-  still.View->SetSourceFBO(this->Host->GetFramebuffer());
-  for (int id = 1; id <= 3; ++id)
+  auto other = zylTestHost::New(zylTestHost::DefaultPlatform(), 300, 300);
+  ASSERT_NE(other, nullptr);
+  other->UseFramebuffer(300, 300);
+  Window second(*other, first + 1);
+  this->Host->MakeCurrent();
+  Window one(*this->Host, first);
+  Window* const windows[] = { &one, &second };
+  for (Window* window : windows)
   {
-    still.Boundary->GetMeshLineProperties(id)->Set("Visibility", false);
+    window->Host.MakeCurrent();
+    this->Clear();
+    window->Still.View->Render();
+    window->Expected = ReadPixels();
   }
-  still.Boundary->Update();
-  this->Clear();
-  still.View->Render();
-  const Pixels expected = ReadPixels();
   std::string done;
   for (int i = 0; i < (count ? std::atoi(count) : 500); ++i)
   {
+    for (Window* window : windows)
+    {
+      window->Host.MakeCurrent();
+      this->Clear();
+      window->Odd.Apply();
+      window->Before = zylGLState::Read();
+    }
+    Window& subject = *windows[random() % 2];
     // In their order, with gaps: each finds what it needs.
-    const zylViewCall& call = calls[i % calls.size()];
-    this->Clear();
-    odd.Apply();
-    const zylGLState before = zylGLState::Read();
-    const bool pending = random() % 2;
+    const zylViewCall& call = calls[subject.Calls++ % calls.size()];
+    const unsigned int where = random() % 6;
+    Window* current = where == 0 ? nullptr : where == 1 ? windows[&subject == &one] : &subject;
+    const bool pending = current && random() % 2;
+    done += std::string(call.Name) + " of " + (&subject == &one ? "1" : "2") +
+      (!current                 ? ", no context"
+          : current != &subject ? ", the other context"
+                                : "") +
+      "\n";
+    current ? current->Host.MakeCurrent() : second.Host.Release();
     if (pending)
     {
       glEnable(GL_NONE);
     }
-    call.Run(*this->Scene);
-    still.View->Render();
-    if (random() % 2 && this->Scene->View)
+    call.Run(subject.Scene);
+    if (current == &subject && subject.Scene.View && random() % 2)
     {
-      this->Scene->View->PreSelectSetup();
-      this->Scene->View->PostSelectCleanup();
+      subject.Scene.View->PreSelectSetup();
+      subject.Scene.View->PostSelectCleanup();
     }
-    done += std::string(call.Name) + "\n";
-    EXPECT_EQ(glGetError(), static_cast<GLenum>(pending ? GL_INVALID_ENUM : GL_NO_ERROR));
-    EXPECT_EQ(zylGLState::Read().Difference(before), "");
-    EXPECT_TRUE(ReadPixels() == expected);
-    if (this->Scene->View && random() % 4 == 0)
+    for (Window* window : windows)
     {
-      this->Scene->View->SetSourceFBO(this->Host->GetFramebuffer());
-      this->Scene->View->Render();
+      EXPECT_EQ(window->Host.IsCurrent(), window == current);
+    }
+    if (current)
+    {
+      current->Still.View->Render();
+      EXPECT_EQ(glGetError(), static_cast<GLenum>(pending ? GL_INVALID_ENUM : GL_NO_ERROR));
+    }
+    for (Window* window : windows)
+    {
+      window->Host.MakeCurrent();
+      EXPECT_EQ(zylGLState::Read().Difference(window->Before), "");
+      if (window != current)
+      {
+        window->Still.View->Render();
+        EXPECT_EQ(zylGLState::Read().Difference(window->Before), "") << "after a frame";
+      }
+      EXPECT_TRUE(ReadPixels() == window->Expected);
+      EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    }
+    if (subject.Scene.View && random() % 4 == 0)
+    {
+      subject.Host.MakeCurrent();
+      subject.Scene.View->SetSourceFBO(subject.Host.GetFramebuffer());
+      subject.Scene.View->Render();
       EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     }
     ASSERT_FALSE(this->HasFailure()) << "seed " << first << ", sequence " << i << ":\n" << done;
