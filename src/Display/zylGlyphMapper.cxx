@@ -28,8 +28,14 @@ void zylGlyphMapper::Render(vtkRenderer* renderer, vtkActor* actor)
 //--------------------------------------------------------------------------------------------------
 bool zylGlyphMapper::KeepsBlocks()
 {
-  std::vector<const vtkDataObject*> blocks;
   vtkDataObject* data = this->GetInputDataObject(0, 0);
+  const vtkMTimeType time = data ? data->GetMTime() : 0;
+  if (time == this->BlocksTime)
+  {
+    return true; // no two objects have the same
+  }
+  this->BlocksTime = time;
+  std::vector<const vtkDataObject*> blocks;
   if (auto* composite = vtkCompositeDataSet::SafeDownCast(data))
   {
     vtkSmartPointer<vtkCompositeDataIterator> leaves;

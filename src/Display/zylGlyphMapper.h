@@ -38,6 +38,7 @@ private:
   bool KeepsBlocks();
 
   std::vector<const vtkDataObject*> Blocks; // sorted addresses, not looked into
+  vtkMTimeType BlocksTime = 0;
 };
 
 /// While it lives, a new vtkGlyph3DMapper is a zylGlyphMapper.
