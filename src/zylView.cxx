@@ -25,19 +25,11 @@
 #include <vtkLogger.h>
 #include <vtkNew.h>
 #include <vtkObjectFactory.h>
-#include <vtkOpenGLRenderUtilities.h>
 #include <vtkOpenGLRenderWindow.h>
 #include <vtkRenderer.h>
 #include <vtkSMPropertyHelper.h>
 #include <vtkSMRenderViewProxy.h>
 #include <vtksys/SystemInformation.hxx>
-
-namespace {
-void Mark(const std::string& text)
-{
-  vtkOpenGLRenderUtilities::MarkDebugEvent(text);
-}
-} // namespace
 
 vtkStandardNewMacro(zylView);
 
@@ -122,7 +114,7 @@ void zylView::Render()
   {
     return;
   }
-  Mark("begin ZYL render");
+  zylHostView::Mark("begin ZYL render");
   if (!this->IgnoreHostContext && !this->Host->Adopt())
   {
     return;
@@ -133,7 +125,7 @@ void zylView::Render()
     this->GetProxy()->StillRender();
   }
   this->PostRenderCleanup();
-  Mark("finish ZYL render");
+  zylHostView::Mark("finish ZYL render");
 }
 
 //--------------------------------------------------------------------------------------------------
@@ -469,12 +461,12 @@ vtkSmartPointer<zylSelection> zylView::Select(int kind, const Rectangle& rectang
   {
     return selection;
   }
-  Mark("begin zylView::" + operation);
+  zylHostView::Mark("begin zylView::" + operation);
   this->PreSelectSetup();
   zylHostSelector(*this->Host, this->GetOccluder())
     .Select(kind, rectangle.data(), /*multiple*/ true, representations, sources);
   this->PostSelectCleanup();
-  Mark("end zylView::" + operation);
+  zylHostView::Mark("end zylView::" + operation);
   return selection;
 }
 
@@ -503,11 +495,11 @@ bool zylView::PickPointOnSurface(int x, int y, double point[3])
   {
     return false;
   }
-  Mark("begin zylView::PickPointOnSurface");
+  zylHostView::Mark("begin zylView::PickPointOnSurface");
   this->PreSelectSetup();
   const bool picked = zylHostSelector(*this->Host, this->GetOccluder()).PickPoint(x, y, point);
   this->PostSelectCleanup();
-  Mark("end zylView::PickPointOnSurface");
+  zylHostView::Mark("end zylView::PickPointOnSurface");
   return picked;
 }
 
@@ -532,12 +524,12 @@ void zylView::ShowSelection(zylSelection* sel, vtkCollection* among, const std::
 {
   if (sel && this->Host->IsUsable("HighlightSelection()"))
   {
-    Mark("begin " + mark);
+    zylHostView::Mark("begin " + mark);
     this->PreRenderSetup();
     zylSelectionSource::Show(
       sel->GetPVSelectedRepresentations(), sel->GetPVSelectionSources(), among);
     this->PostRenderCleanup();
-    Mark("end " + mark);
+    zylHostView::Mark("end " + mark);
   }
 }
 
@@ -548,11 +540,11 @@ void zylView::ClearHighlight()
   {
     return;
   }
-  Mark("begin zylView::ClearHighlight");
+  zylHostView::Mark("begin zylView::ClearHighlight");
   this->PreSelectSetup();
   zylSelectionSource::HideAll(this->GetProxy());
   this->PostSelectCleanup();
-  Mark("end zylView::ClearHighlight");
+  zylHostView::Mark("end zylView::ClearHighlight");
 }
 
 //--------------------------------------------------------------------------------------------------

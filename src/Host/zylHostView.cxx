@@ -26,13 +26,6 @@
 #include <vtkSMSessionProxyManager.h>
 #include <vtk_glew.h>
 
-namespace {
-void Mark(const char* text)
-{
-  vtkOpenGLRenderUtilities::MarkDebugEvent(text);
-}
-} // namespace
-
 //--------------------------------------------------------------------------------------------------
 zylHostView::zylHostView(vtkObject* owner, vtkCommand* startRender)
   : Owner(owner)
@@ -72,6 +65,12 @@ zylHostView::~zylHostView()
   }
   zylHostViewProxy::Release(this->Proxy, this->StartRender);
   this->Proxy = nullptr;
+}
+
+//--------------------------------------------------------------------------------------------------
+void zylHostView::Mark(const std::string& text)
+{
+  vtkOpenGLRenderUtilities::MarkDebugEvent(text);
 }
 
 //--------------------------------------------------------------------------------------------------

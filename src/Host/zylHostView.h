@@ -20,6 +20,7 @@
 #include "Host/zylHostFrame.h"
 #include "zylExport.h"
 
+#include <string>
 #include <vector>
 
 #include <vtkSmartPointer.h>
@@ -42,6 +43,9 @@ public:
   ~zylHostView();
   zylHostView(const zylHostView&) = delete;
   zylHostView& operator=(const zylHostView&) = delete;
+
+  /// A mark for debuggers of OpenGL among the calls to the current context.
+  static void Mark(const std::string& text);
 
   /// Borrowed; null without a session.
   vtkSMRenderViewProxy* GetProxy() const;
