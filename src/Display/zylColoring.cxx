@@ -21,6 +21,8 @@
 #include <vtkSMTransferFunctionProxy.h>
 
 namespace {
+constexpr char ParaViewsOwn[] = "Cool to Warm";
+
 constexpr zylPropertyRow MapRows[] = {
   zylPropertyRow::Int("ColorMode", 0),
   zylPropertyRow::Double3("Color", 1.0, 1.0, 1.0),
@@ -211,6 +213,8 @@ void zylColoring::UpdateMap(zylPropertyCollection* settings)
     !vtkSMTransferFunctionProxy::ApplyPreset(this->LookupTable, preset.c_str()))
   {
     vtkLogF(WARNING, "No color map named '%s' exists", preset.c_str());
+    vtkSMTransferFunctionProxy::ApplyPreset(
+      this->LookupTable, ParaViewsOwn); // not one of no colors
   }
   KeepListedColors(this->LookupTable);
   const double* range = settings->GetDoubleElements("ColorMapRange");

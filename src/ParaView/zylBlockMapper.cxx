@@ -9,7 +9,6 @@
 #include <vtkGeometryRepresentation.h>
 #include <vtkObjectFactory.h>
 #include <vtkPVLODActor.h>
-#include <vtkSMProperty.h>
 #include <vtkSMProxy.h>
 #include <vtkSelection.h>
 
@@ -92,6 +91,23 @@ private:
 };
 
 vtkStandardNewMacro(Helper);
+
+// Reaches what a proxy is made of.
+class PartAccess : public vtkSMProxy
+{
+public:
+  static std::vector<vtkSMProxy*> GetParts(vtkSMProxy* proxy)
+  {
+    constexpr vtkSMProxy* (vtkSMProxy::*getPart)(unsigned int) = &PartAccess::GetSubProxy;
+    const unsigned int count = proxy ? (proxy->*&PartAccess::GetNumberOfSubProxies)() : 0;
+    std::vector<vtkSMProxy*> parts;
+    for (unsigned int i = 0; i < count; ++i)
+    {
+      parts.push_back((proxy->*getPart)(i));
+    }
+    return parts;
+  }
+};
 } // namespace
 
 vtkStandardNewMacro(zylBlockMapper);
@@ -114,22 +130,26 @@ public:
 };
 
 //--------------------------------------------------------------------------------------------------
-vtkGeometryRepresentation* zylBlockMapper::FindDrawn(vtkSMProxy* representation)
+std::vector<vtkGeometryRepresentation*> zylBlockMapper::FindDrawn(vtkSMProxy* representation)
 {
-  // The part of the proxy that draws surfaces is the one that has this setting.
-  vtkSMProperty* ofSurfaces =
-    representation ? representation->GetProperty("InterpolateScalarsBeforeMapping") : nullptr;
-  vtkSMProxy* surface = ofSurfaces ? ofSurfaces->GetParent() : nullptr;
-  return vtkGeometryRepresentation::SafeDownCast(
-    surface ? surface->GetClientSideObject() : nullptr);
+  std::vector<vtkGeometryRepresentation*> drawn;
+  for (vtkSMProxy* part : PartAccess::GetParts(representation))
+  {
+    auto* geometry = vtkGeometryRepresentation::SafeDownCast(part->GetClientSideObject());
+    if (geometry)
+    {
+      drawn.push_back(geometry);
+    }
+  }
+  return drawn;
 }
 
 //--------------------------------------------------------------------------------------------------
 void zylBlockMapper::Use(vtkSMProxy* representation)
 {
-  if (vtkGeometryRepresentation* drawn = zylBlockMapper::FindDrawn(representation))
+  for (vtkGeometryRepresentation* part : zylBlockMapper::FindDrawn(representation))
   {
-    zylMapperAccess::Replace(drawn);
+    zylMapperAccess::Replace(part);
   }
 }
 

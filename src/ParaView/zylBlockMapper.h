@@ -6,10 +6,14 @@
 /// another, and for each of them looks through all blocks for a reason not to color by texture.
 /// This mapper looks once for all. The toolkit's order is that of addresses in memory, so that the
 /// same data give other pictures where surfaces meet; this one's is that of the flat indices.
+///
+/// The toolkit asks no factory for its mapper: this one takes the place of one that was made.
 #ifndef zylBlockMapper_h
 #define zylBlockMapper_h
 
 #include "zylExport.h"
+
+#include <vector>
 
 #include <vtkCompositePolyDataMapper2.h>
 
@@ -22,8 +26,9 @@ public:
   static zylBlockMapper* New();
   vtkTypeMacro(zylBlockMapper, vtkCompositePolyDataMapper2);
 
-  /// What this process draws of a "GeometryRepresentation" proxy (borrowed); null for others.
-  static vtkGeometryRepresentation* FindDrawn(vtkSMProxy* representation);
+  /// The parts of a "GeometryRepresentation" proxy (borrowed) that this process draws, one for each
+  /// kind of display, as surface or feature edges; none of other proxies.
+  static std::vector<vtkGeometryRepresentation*> FindDrawn(vtkSMProxy* representation);
 
   /// Let a new "GeometryRepresentation" proxy, which has drawn nothing yet, draw with such mappers
   /// what this process draws of it. Other proxies stay as they are.

@@ -10,7 +10,6 @@
 #include <vtkPVRenderView.h>
 #include <vtkPropCollection.h>
 #include <vtkRenderer.h>
-#include <vtkSMProperty.h>
 #include <vtkSMProxy.h>
 #include <vtkSmartPointer.h>
 
@@ -29,17 +28,10 @@ public:
 std::vector<vtkProp*> GetProps(vtkSMProxy* representation)
 {
   std::vector<vtkProp*> props;
-  if (vtkGeometryRepresentation* drawn = zylBlockMapper::FindDrawn(representation))
+  for (vtkGeometryRepresentation* part : zylBlockMapper::FindDrawn(representation))
   {
-    props.push_back(drawn->GetActor());
-  }
-  vtkSMProperty* ofGlyphs = representation ? representation->GetProperty("Scaling") : nullptr;
-  vtkSMProxy* proxy = ofGlyphs ? ofGlyphs->GetParent() : nullptr;
-  auto* glyphs =
-    vtkGlyph3DRepresentation::SafeDownCast(proxy ? proxy->GetClientSideObject() : nullptr);
-  if (glyphs)
-  {
-    props.push_back(GlyphAccess::GetProp(glyphs));
+    auto* glyphs = vtkGlyph3DRepresentation::SafeDownCast(part);
+    props.push_back(glyphs ? GlyphAccess::GetProp(glyphs) : part->GetActor());
   }
   return props;
 }
