@@ -7,12 +7,14 @@
 #include "zylViewTerminal.h"
 #include "zylViewTimes.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <system_error>
+
+#include <fnmatch.h>
 
 #include <zylCore.h>
 #include <zylDataSet.h>
@@ -74,18 +76,28 @@ void CheckReader(const zylViewOptions& options)
   throw zylUnknownName("reader", options.ReaderGroup + "/" + options.ReaderName, known);
 }
 
-// Whether a file of this name is of a kind that --list-file-types lists.
+// Whether a file of this name is of a kind that --list-file-types lists, as "Description (*.a b*)".
 bool IsListedKind(const std::string& file)
 {
-  const std::string extension = fs::path(file).extension().string();
-  const auto names = [&extension](const std::string& type) {
-    const auto place = type.find("*" + extension);
-    const auto end = place + 1 + extension.size();
-    return place != std::string::npos &&
-      (end == type.size() || type[end] == ' ' || type[end] == ')');
-  };
-  const auto types = zylCore::GetSupportedFileTypes();
-  return !extension.empty() && std::any_of(types.begin(), types.end(), names);
+  const std::string name = fs::path(file).filename().string();
+  for (const std::string& type : zylCore::GetSupportedFileTypes())
+  {
+    const auto begin = type.rfind('(');
+    const auto end = type.rfind(')');
+    if (begin == std::string::npos || end == std::string::npos || end < begin)
+    {
+      continue;
+    }
+    std::istringstream patterns(type.substr(begin + 1, end - begin - 1));
+    for (std::string pattern; patterns >> pattern;)
+    {
+      if (fnmatch(pattern.c_str(), name.c_str(), 0) == 0)
+      {
+        return true;
+      }
+    }
+  }
+  return false;
 }
 } // namespace
 

@@ -310,7 +310,7 @@ TEST_P(zylViewAppFailure, SaysSoInOneLine)
 {
   const Failure& f = GetParam();
   const std::string folder = Folder();
-  for (const char* extension : { "vtu", "nope", "ex2" })
+  for (const char* extension : { "vtu", "nope", "ex2", "spcth" })
   {
     std::ofstream(folder + "/garbage." + extension) << "no xml here";
   }
@@ -338,6 +338,7 @@ INSTANTIATE_TEST_SUITE_P(All, zylViewAppFailure,
     Failure{ "MissingFile", "--list @none.vtu", 3, "No such file" },
     Failure{ "EmptyFile", "--list @empty.vtu", 3, "empty" },
     Failure{ "GarbageFile", "--list @garbage.vtu", 3, "its content is not what" },
+    Failure{ "KindByPattern", "--list @garbage.spcth", 3, "its content is not what" },
     Failure{ "UnknownKind", "--list @garbage.nope", 3, "no reader for this kind" },
     Failure{ "ArrayInNoneOfTheFiles", "--output @out.png --array nope @good.vtu @good.vtm", 4,
       "no array 'nope'" },
