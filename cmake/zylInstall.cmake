@@ -38,4 +38,5 @@ configure_package_config_file(cmake/zylConfig.cmake.in "${PROJECT_BINARY_DIR}/zy
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/zylConfigVersion.cmake"
   COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/zylConfig.cmake" "${PROJECT_BINARY_DIR}/zylConfigVersion.cmake"
+  cmake/zylParaViewPython.cmake
   DESTINATION "${zyl_package_dir}")
