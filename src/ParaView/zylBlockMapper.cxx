@@ -1,10 +1,5 @@
 #include "ParaView/zylBlockMapper.h"
 
-#include "ParaView/zylParaViewCompat.mapper.h"
-
-#include <algorithm>
-#include <vector>
-
 #include <vtkCompositeDataDisplayAttributes.h>
 #include <vtkGeometryRepresentation.h>
 #include <vtkObjectFactory.h>
@@ -16,34 +11,15 @@ namespace {
 int Searches = 0;
 
 // Fills and draws the buffers of blocks that have the same attributes.
-class Helper : public vtkCompositeMapperHelper2
+class Batch : public zylParaView::BatchMapper
 {
 public:
-  static Helper* New();
-  vtkTypeMacro(Helper, vtkCompositeMapperHelper2);
+  static Batch* New();
+  vtkTypeMacro(Batch, BatchMapper);
 
 protected:
-  Helper() = default;
-  ~Helper() override = default;
-
-  // The toolkit goes through its blocks in the order of their addresses, which decides what is seen
-  // of surfaces at the same depth. While it fills buffers and draws, the first address stands for
-  // the first block, and so on; it takes note of new and former blocks at other times.
-  void RenderPiece(vtkRenderer* renderer, vtkActor* actor) override
-  {
-    std::vector<vtkCompositeMapperHelperData*> blocks;
-    blocks.reserve(this->Data.size());
-    for (const auto& item : this->Data)
-    {
-      blocks.push_back(item.second);
-    }
-    const std::vector<vtkCompositeMapperHelperData*> byAddress = blocks;
-    std::sort(blocks.begin(), blocks.end(),
-      [](const auto* a, const auto* b) { return a->FlatIndex < b->FlatIndex; });
-    this->Assign(blocks);
-    this->Superclass::RenderPiece(renderer, actor);
-    this->Assign(byAddress);
-  }
+  Batch() = default;
+  ~Batch() override = default;
 
   void BuildBufferObjects(vtkRenderer* renderer, vtkActor* actor) override
   {
@@ -69,17 +45,8 @@ protected:
   }
 
 private:
-  Helper(const Helper&) = delete;
-  void operator=(const Helper&) = delete;
-
-  void Assign(const std::vector<vtkCompositeMapperHelperData*>& blocks)
-  {
-    auto next = blocks.begin();
-    for (auto& item : this->Data)
-    {
-      item.second = *next++;
-    }
-  }
+  Batch(const Batch&) = delete;
+  void operator=(const Batch&) = delete;
 
   enum
   {
@@ -90,7 +57,7 @@ private:
   int Answer = 0;
 };
 
-vtkStandardNewMacro(Helper);
+vtkStandardNewMacro(Batch);
 
 // Reaches what a proxy is made of.
 class PartAccess : public vtkSMProxy
@@ -156,7 +123,7 @@ void zylBlockMapper::Use(vtkSMProxy* representation)
 //--------------------------------------------------------------------------------------------------
 void zylBlockMapper::Replace(vtkMapper*& mapper)
 {
-  auto* old = vtkCompositePolyDataMapper2::SafeDownCast(mapper);
+  auto* old = zylToolkitBlockMapper::SafeDownCast(mapper);
   if (old && !old->IsA("zylBlockMapper"))
   {
     zylBlockMapper* own = zylBlockMapper::New();
@@ -167,7 +134,7 @@ void zylBlockMapper::Replace(vtkMapper*& mapper)
 }
 
 //--------------------------------------------------------------------------------------------------
-void zylBlockMapper::TakeOver(vtkCompositePolyDataMapper2* other)
+void zylBlockMapper::TakeOver(zylToolkitBlockMapper* other)
 {
   this->vtkMapper::ShallowCopy(other); // those of the classes between warn, or copy the input
   this->SetPointIdArrayName(other->GetPointIdArrayName());
@@ -187,7 +154,7 @@ int zylBlockMapper::GetNumberOfSearches()
 }
 
 //--------------------------------------------------------------------------------------------------
-vtkCompositeMapperHelper2* zylBlockMapper::CreateHelper()
+zylParaView::BatchMapper* zylBlockMapper::CreateBatch()
 {
-  return Helper::New();
+  return Batch::New();
 }

@@ -11,20 +11,19 @@
 #ifndef zylBlockMapper_h
 #define zylBlockMapper_h
 
+#include "ParaView/zylParaViewCompat.mapper.h"
 #include "zylExport.h"
 
 #include <vector>
 
-#include <vtkCompositePolyDataMapper2.h>
-
 class vtkGeometryRepresentation;
 class vtkSMProxy;
 
-class ZYL_PRIVATE zylBlockMapper : public vtkCompositePolyDataMapper2
+class ZYL_PRIVATE zylBlockMapper : public zylParaView::BlockMapper
 {
 public:
   static zylBlockMapper* New();
-  vtkTypeMacro(zylBlockMapper, vtkCompositePolyDataMapper2);
+  vtkTypeMacro(zylBlockMapper, BlockMapper);
 
   /// The parts of a "GeometryRepresentation" proxy (borrowed) that this process draws, one for each
   /// kind of display, as surface or feature edges; none of other proxies.
@@ -41,13 +40,13 @@ protected:
   zylBlockMapper() = default;
   ~zylBlockMapper() override = default;
 
-  vtkCompositeMapperHelper2* CreateHelper() override;
+  zylParaView::BatchMapper* CreateBatch() override;
 
 private:
   zylBlockMapper(const zylBlockMapper&) = delete;
   void operator=(const zylBlockMapper&) = delete;
 
-  void TakeOver(vtkCompositePolyDataMapper2* other);
+  void TakeOver(zylToolkitBlockMapper* other);
   static void Replace(vtkMapper*& mapper);
   friend class zylMapperAccess;
 };

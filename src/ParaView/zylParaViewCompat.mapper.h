@@ -1,6 +1,6 @@
 /// @file zylParaViewCompat.mapper.h
-/// The toolkit's mapper of composite data and the mappers that draw its blocks, a batch of them
-/// each: other classes in each version, made in other ways. Private to the library.
+/// The toolkit's mapper of composite data, and the mappers by which it draws its blocks in batches:
+/// other classes in each version, made in other ways. Private to the library.
 #ifndef zylParaViewCompat_mapper_h
 #define zylParaViewCompat_mapper_h
 
@@ -9,15 +9,16 @@
 #include <vtk_glew.h> // the older ones name OpenGL's types without it
 
 #if __has_include(<vtkOpenGLBatchedPolyDataMapper.h>)
+#define ZYL_DELEGATED_BATCHES 1
 
 #include <vtkCompositePolyDataMapper.h>
 #include <vtkOpenGLBatchedPolyDataMapper.h>
-#include <vtkOpenGLCompositePolyDataMapperDelegator.h>
 
 using zylToolkitBlockMapper = vtkCompositePolyDataMapper;
 using zylToolkitBatchMapper = vtkOpenGLBatchedPolyDataMapper;
 
 #else
+#define ZYL_DELEGATED_BATCHES 0
 
 #include <vtkCompositePolyDataMapper2.h>
 #if __has_include(<vtkCompositeMapperHelper2.h>)
@@ -33,36 +34,45 @@ using zylToolkitBatchMapper = vtkCompositeMapperHelper2;
 
 namespace zylParaView {
 
-/// The toolkit's mapper of composite data, drawing each batch of blocks with what CreateBatch()
-/// makes (owned by the caller).
+/// Draws blocks that have the same attributes, in the order of their flat indices.
+class ZYL_PRIVATE BatchMapper : public zylToolkitBatchMapper
+{
+public:
+  vtkTypeMacro(BatchMapper, zylToolkitBatchMapper);
+
+protected:
+  BatchMapper() = default;
+  ~BatchMapper() override = default;
+
+  void RenderPiece(vtkRenderer* renderer, vtkActor* actor) override;
+
+private:
+  BatchMapper(const BatchMapper&) = delete;
+  void operator=(const BatchMapper&) = delete;
+};
+
+/// The toolkit's mapper of composite data, drawing with what CreateBatch() makes.
 class ZYL_PRIVATE BlockMapper : public zylToolkitBlockMapper
 {
 public:
-  vtkAbstractTypeMacro(BlockMapper, zylToolkitBlockMapper);
+  vtkTypeMacro(BlockMapper, zylToolkitBlockMapper);
 
 protected:
-  virtual zylToolkitBatchMapper* CreateBatch() = 0;
+  BlockMapper() = default;
+  ~BlockMapper() override = default;
 
-#if __has_include(<vtkOpenGLBatchedPolyDataMapper.h>)
-  vtkCompositePolyDataMapperDelegator* CreateADelegator() override
-  {
-    return new Delegator(this->CreateBatch());
-  }
+  /// A new one, owned by the caller.
+  virtual BatchMapper* CreateBatch() = 0;
+
+#if ZYL_DELEGATED_BATCHES
+  vtkCompositePolyDataMapperDelegator* CreateADelegator() override;
+#else
+  vtkCompositeMapperHelper2* CreateHelper() override;
+#endif
 
 private:
-  class Delegator : public vtkOpenGLCompositePolyDataMapperDelegator
-  {
-  public:
-    explicit Delegator(zylToolkitBatchMapper* batch)
-    {
-      this->GLDelegate = batch;
-      this->Delegate.TakeReference(batch);
-      this->InitializeObjectBase();
-    }
-  };
-#else
-  vtkCompositeMapperHelper2* CreateHelper() override { return this->CreateBatch(); }
-#endif
+  BlockMapper(const BlockMapper&) = delete;
+  void operator=(const BlockMapper&) = delete;
 };
 
 } // namespace zylParaView
