@@ -198,6 +198,10 @@ void zylCore::ConfigureSession(vtkSMSession* session)
     ? zylUsePluginClasses(zylProxyDefinitions)
     : zylProxyDefinitions;
   manager->LoadConfigurationXML(definitions.c_str());
+  if (const char* missing = zylParaView::GetMissingDefinitions())
+  {
+    manager->LoadConfigurationXML(missing);
+  }
   ApplySettings(manager);
   zylPython::RunDerivedVariableModule();
 }

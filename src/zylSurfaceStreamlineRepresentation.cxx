@@ -105,13 +105,17 @@ void zylSurfaceStreamlineRepresentation::CreateSurfacePipeline()
       .Make();
   // The surface itself, with what was sampled off it: seeds picked on the surface lie in it.
   this->BareSurface = this->MakeFilter("PassArrays", this->SurfaceNormals);
-  this->SampledSurface = this->MakeFilter("AppendAttributes", this->BareSurface);
+  this->SampledSurface = this->Made("AppendAttributes",
+    zylProxyBuilder(volume->GetSessionProxyManager(), "filters", "AppendAttributes")
+      .Input(this->BareSurface)
+      .Then([this](vtkSMProxy* filter) { // both at once, too
+        vtkSMPropertyHelper(filter, "Input").Add(this->Sampler);
+      })
+      .Make());
   if (!this->SampledSurface)
   {
     return;
   }
-  vtkSMPropertyHelper(this->SampledSurface, "Input").Add(this->Sampler);
-  this->SampledSurface->UpdateVTKObjects();
   this->CreateTracedLines(this->SampledSurface);
   if (!this->Tracer)
   {

@@ -72,6 +72,7 @@ vtkSmartPointer<vtkSMRenderViewProxy> zylHostViewProxy::New(
   }
   vtkSMPropertyHelper(view, "OrientationAxesVisibility").Set(0);
   zylParaView::UseOwnBackground(view);
+  zylParaView::RemoveCameraWidget(view);
   view->UpdateVTKObjects();
   return view;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,6 +41,15 @@
 #else
 #define ZYL_PARAVIEW_59 0
 #include <vtkDataAssembly.h>
+#endif
+#if __has_include(<vtkOpenGLBatchedPolyDataMapper.h>)
+#define ZYL_PARAVIEW_513 1
+#include <vtkPVRenderView.h>
+#include <vtkRenderWindow.h>
+#include <vtkRenderer.h>
+#include <vtkRendererCollection.h>
+#else
+#define ZYL_PARAVIEW_513 0
 #endif
 
 namespace {
@@ -473,6 +483,43 @@ bool HasServerPlugin(vtkSMSession* session)
 }
 
 //--------------------------------------------------------------------------------------------------
+const char* GetMissingDefinitions()
+{
+#if ZYL_PARAVIEW_513
+  return R"(<ServerManagerConfiguration>
+  <ProxyGroup name="filters">
+    <SourceProxy name="AppendArcLength" class="vtkAppendArcLength"
+                 base_proxygroup="filters" base_proxyname="PolylineLength"/>
+    <SourceProxy name="PolyDataNormals" class="vtkPPolyDataNormals"
+                 base_proxygroup="filters" base_proxyname="SurfaceNormals"/>
+    <!-- Of a class of the plugin: to be made only on servers that have it. -->
+    <SourceProxy name="ZYLClip" class="vtkZYLClip"
+                 base_proxygroup="filters" base_proxyname="Clip"/>
+  </ProxyGroup>
+</ServerManagerConfiguration>)";
+#else
+  return nullptr;
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+const char* GetDefinition(vtkSMSession* session, const char* group, const char* name)
+{
+#if ZYL_PARAVIEW_513
+  // A block without the array to clip by ends the process.
+  if (std::strcmp(group, "filters") == 0 && std::strcmp(name, "Clip") == 0 &&
+    HasServerPlugin(session))
+  {
+    return "ZYLClip";
+  }
+#else
+  static_cast<void>(session);
+  static_cast<void>(group);
+#endif
+  return name;
+}
+
+//--------------------------------------------------------------------------------------------------
 bool CanTraceFromTraces(vtkSMSession* session)
 {
 #if ZYL_PARAVIEW_59
@@ -519,6 +566,10 @@ void SetBlockVisibility(vtkSMProxy* representation, const BlockVisibility& block
   auto* property =
     vtkSMStringVectorProperty::SafeDownCast(representation->GetProperty("BlockSelectors"));
   property->SetElements(selectors); // element by element would be quadratic
+  if (vtkSMProperty* assembly = representation->GetProperty("Assembly"))
+  {
+    vtkSMPropertyHelper(assembly).Set("Hierarchy"); // whose paths they are
+  }
 #endif
 }
 
@@ -543,6 +594,31 @@ void ResetCamera(vtkSMRenderViewProxy* view, const double* bounds)
   {
     view->ResetCamera(false);
   }
+#endif
+}
+
+//--------------------------------------------------------------------------------------------------
+void RemoveCameraWidget(vtkSMRenderViewProxy* view)
+{
+#if ZYL_PARAVIEW_513
+  auto* client = vtkPVRenderView::SafeDownCast(view->GetClientSideObject());
+  vtkRendererCollection* renderers = client ? client->GetRenderWindow()->GetRenderers() : nullptr;
+  vtkCollectionSimpleIterator at;
+  if (renderers)
+  {
+    renderers->InitTraversal(at);
+    while (vtkRenderer* renderer = renderers->GetNextRenderer(at))
+    {
+      if (renderer != client->GetRenderer(vtkPVRenderView::DEFAULT_RENDERER) &&
+        renderer != client->GetRenderer(vtkPVRenderView::NON_COMPOSITED_RENDERER) &&
+        renderer->VisibleActorCount() == 0) // the orientation axes have some
+      {
+        renderer->DrawOff();
+      }
+    }
+  }
+#else
+  static_cast<void>(view);
 #endif
 }
 

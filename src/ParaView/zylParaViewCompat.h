@@ -1,6 +1,6 @@
 /// @file zylParaViewCompat.h
-/// The one place that knows in what ParaView 5.9 and 5.11 differ. Functions are named by intent and
-/// do the same on both. Private to the library.
+/// The one place that knows in what ParaView 5.9, 5.11 and 5.13 differ. Functions are named by
+/// intent and do the same on both. Private to the library.
 #ifndef zylParaViewCompat_h
 #define zylParaViewCompat_h
 
@@ -53,6 +53,13 @@ ZYL_PRIVATE std::vector<vtkZYLBlockInformation::Node> GetBlockTypes(vtkSMSourceP
 /// Whether the server of the session (this process in a built-in one) has the library's plugin.
 ZYL_PRIVATE bool HasServerPlugin(vtkSMSession* session);
 
+/// Definitions (XML) of proxies that this version lacks or warns of. Null where there are none.
+ZYL_PRIVATE const char* GetMissingDefinitions();
+
+/// The name of the definition in `group` by which to make the proxy that is known as `name`: `name`
+/// itself unless this version's must not meet ordinary data. Valid as long as `name`.
+ZYL_PRIVATE const char* GetDefinition(vtkSMSession* session, const char* group, const char* name);
+
 /// Whether lines can be traced from points of traced lines. The tracers of ParaView 5.9 wait for
 /// each other for ever when there are several processes.
 ZYL_PRIVATE bool CanTraceFromTraces(vtkSMSession* session);
@@ -86,6 +93,10 @@ ZYL_PRIVATE void SetBlockVisibility(vtkSMProxy* representation, const BlockVisib
 
 /// Reset the camera to the visible data, or to `bounds` (xmin, xmax, ymin, ...) when not null.
 ZYL_PRIVATE void ResetCamera(vtkSMRenderViewProxy* view, const double* bounds);
+
+/// Have a new view draw nothing of its own accord: the camera widget of 5.13 clears the depths
+/// below it, shown or not.
+ZYL_PRIVATE void RemoveCameraWidget(vtkSMRenderViewProxy* view);
 
 /// Let the view's background be what the host sets, not what a colour palette says.
 ZYL_PRIVATE void UseOwnBackground(vtkSMRenderViewProxy* view);

@@ -46,8 +46,8 @@ vtkCompositeMapperHelper2* BlockMapper::CreateHelper()
 }
 
 //--------------------------------------------------------------------------------------------------
-// The toolkit goes through its blocks in the order of their addresses, which decides what is seen of
-// surfaces at the same depth. While it fills buffers and draws, the first address stands for the
+// The toolkit goes through its blocks in the order of their addresses, which decides what is seen
+// of surfaces at the same depth. While it fills buffers and draws, the first address stands for the
 // first block, and so on; it takes note of new and former blocks at other times.
 void BatchMapper::RenderPiece(vtkRenderer* renderer, vtkActor* actor)
 {

@@ -1,6 +1,7 @@
 #include "ParaView/zylProxyBuilder.h"
 
 #include "Host/zylHostRenderWindow.h"
+#include "ParaView/zylParaViewCompat.h"
 #include "ParaView/zylSession.h"
 
 #include <deque>
@@ -199,7 +200,9 @@ vtkSmartPointer<vtkSMProxy> zylProxyBuilder::New() const
   vtkSmartPointer<vtkSMProxy> proxy;
   if (this->Manager && zylIsAlive(this->Manager->GetSession()))
   {
-    proxy.TakeReference(this->Manager->NewProxy(this->Group.c_str(), this->Name.c_str()));
+    proxy.TakeReference(this->Manager->NewProxy(this->Group.c_str(),
+      zylParaView::GetDefinition(
+        this->Manager->GetSession(), this->Group.c_str(), this->Name.c_str())));
   }
   if (!proxy)
   {

@@ -75,9 +75,7 @@ zylTestServer::zylTestServer(int ranks, const char* pluginDirectory)
   std::string command = "exec ";
   if (ranks > 1)
   {
-    command += std::string(ZYL_MPIRUN) +
-      " --oversubscribe --mca btl self,vader,tcp --mca btl_tcp_if_include lo"
-      " --mca oob_tcp_if_include lo -np " +
+    command += std::string(ZYL_MPIRUN) + " --oversubscribe " ZYL_MPIRUN_LOOPBACK " -np " +
       std::to_string(ranks) + " ";
   }
   command += std::string(ZYL_PVSERVER) + " --server-port=" + std::to_string(this->Port);

@@ -19,6 +19,7 @@ extern void vtkZYLConvertToMultiBlock_Init(vtkClientServerInterpreter*);
 extern void vtkZYLCrinkleCutter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLPlaneCutter_Init(vtkClientServerInterpreter*);
 extern void vtkZYLShareLines_Init(vtkClientServerInterpreter*);
+extern void vtkZYLClip_Init(vtkClientServerInterpreter*);
 extern void vtkZYLUniformCells_Init(vtkClientServerInterpreter*);
 extern void vtkZYLVolumeSurfaceReader_Init(vtkClientServerInterpreter*);
 
@@ -66,6 +67,7 @@ extern "C" void ZYLFiltersCS_Initialize(vtkClientServerInterpreter* interpreter)
   vtkZYLCrinkleCutter_Init(interpreter);
   vtkZYLPlaneCutter_Init(interpreter);
   vtkZYLShareLines_Init(interpreter);
+  vtkZYLClip_Init(interpreter);
   vtkZYLUniformCells_Init(interpreter);
 }
 
