@@ -1,6 +1,6 @@
 #include "ParaView/zylParaViewCompat.mapper.h"
 
-#if ZYL_DELEGATED_BATCHES
+#if ZYL_PARAVIEW_513
 #include <vtkOpenGLCompositePolyDataMapperDelegator.h>
 #else
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace zylParaView {
 
-#if ZYL_DELEGATED_BATCHES
+#if ZYL_PARAVIEW_513
 
 namespace {
 // Hands the calls of the mapper on to a batch.

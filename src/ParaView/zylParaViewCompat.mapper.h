@@ -4,12 +4,12 @@
 #ifndef zylParaViewCompat_mapper_h
 #define zylParaViewCompat_mapper_h
 
+#include "ParaView/zylParaViewCompat.version.h"
 #include "zylExport.h"
 
 #include <vtk_glew.h> // the older ones name OpenGL's types without it
 
-#if __has_include(<vtkOpenGLBatchedPolyDataMapper.h>)
-#define ZYL_DELEGATED_BATCHES 1
+#if ZYL_PARAVIEW_513
 
 #include <vtkCompositePolyDataMapper.h>
 #include <vtkOpenGLBatchedPolyDataMapper.h>
@@ -18,7 +18,6 @@ using zylToolkitBlockMapper = vtkCompositePolyDataMapper;
 using zylToolkitBatchMapper = vtkOpenGLBatchedPolyDataMapper;
 
 #else
-#define ZYL_DELEGATED_BATCHES 0
 
 #include <vtkCompositePolyDataMapper2.h>
 #if __has_include(<vtkCompositeMapperHelper2.h>)
@@ -64,7 +63,7 @@ protected:
   /// A new one, owned by the caller.
   virtual BatchMapper* CreateBatch() = 0;
 
-#if ZYL_DELEGATED_BATCHES
+#if ZYL_PARAVIEW_513
   vtkCompositePolyDataMapperDelegator* CreateADelegator() override;
 #else
   vtkCompositeMapperHelper2* CreateHelper() override;
