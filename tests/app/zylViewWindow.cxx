@@ -19,8 +19,9 @@ using namespace std::chrono_literals;
 using namespace zylViewRun;
 
 namespace {
-constexpr int Patience = 600; // tenths of a second
-constexpr int Still = 15;     // of them: who has not worked for so long has nothing to do
+constexpr int Patience = 600;       // tenths of a second
+constexpr int Still = 15;           // of them: who has not worked for so long has nothing to do
+const std::string Lifetime = "300"; // seconds: a window that misses its last key is a failure
 
 std::string FirstLine(const std::string& text)
 {
@@ -38,7 +39,8 @@ bool zylViewWindow::IsPossible()
 zylViewWindow::zylViewWindow(const std::string& arguments, const std::string& title)
   : Program([this, arguments] {
     Execute("xdotool mousemove 1270 1010"); // beside the window, wherever it was left
-    this->Result = Execute("cd " + Folder() + " && " + ZYL_VIEW + " --size 600x400 " + arguments);
+    this->Result = Execute("cd " + Folder() + " && timeout " + Lifetime + " " + ZYL_VIEW +
+      " --size 600x400 " + arguments);
   })
 {
   for (int i = 0; i < Patience && this->Id.empty(); ++i)
